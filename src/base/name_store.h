@@ -1,0 +1,41 @@
+// A list of names, one text per row (column, set, ...), in one pool of characters.
+//
+// Names are zero-terminated inside the pool, so a pointer can be handed to C callers; it stays
+// valid until the next change of the store. A store with zero names and `present() == false` means
+// that the model has no names of that kind.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "base/containers.h"
+
+namespace kelvo {
+
+class NameStore {
+ public:
+  bool present() const { return present_; }
+  int size() const { return static_cast<int>(offset_.size()); }
+  const char* operator[](int i) const { return text_.data() + offset_[i]; }
+  std::string_view view(int i) const { return std::string_view((*this)[i]); }
+
+  /// Makes the store present without adding a name.
+  void create() { present_ = true; }
+  /// Removes all names; present() is false afterwards.
+  void clear();
+  void reserve(int names, std::int64_t characters);
+  /// Adds a name at the end (zeros inside it end it). Throws std::bad_alloc, leaving the store as
+  /// it was.
+  void append(std::string_view name);
+  /// Replaces name i. Throws std::bad_alloc, leaving the store as it was.
+  void rename(int i, std::string_view name);
+  /// Keeps only the names i with keep[i] != 0, in order. Never throws.
+  void keep_marked(const char* keep) noexcept;
+
+ private:
+  Vector<char> text_;            // the names, each followed by a zero; may hold unused stretches
+  Vector<std::int64_t> offset_;  // [size] start of each name in text_
+  bool present_ = false;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,106 @@
+// LU factorization of a simplex basis, B = L U up to permutations, with updates.
+//
+// The basis matrix B has one column per basis position p: the column of variable header[p], which
+// is column j of A for j < n and the unit column e_{j-n} for a logical. Right-hand sides of B x = a
+// are indexed by row, solutions by basis position; for y'B = c' it is the other way round. A call
+// never changes the order of the positions; only a repair exchanges variables in the header.
+#pragma once
+
+#include "base/containers.h"
+#include "base/sparse_matrix.h"
+#include "base/status.h"
+#include "base/work_vector.h"
+
+namespace kelvo {
+
+struct FactorSettings {
+  double markowitz_threshold = 0.01;  // relative pivot tolerance u at the start
+  double absolute_tolerance = 1e-13;  // pivots of smaller magnitude are refused
+  double row_file_multiplier = 3.0;   // initial capacity of the row file / nonzeros of B
+  double col_file_multiplier = 3.0;   // likewise for the column file
+  double dense_switch_density = 0.3;  // active density that ends the sparse phase; 10 disables
+  int update_limit = 10000;           // updates after which update() asks for a refactorization
+  bool adaptive_refactor = true;      // should_refactor() weighs the cost per iteration
+  int singularity_limit = 10;         // repairs allowed in the life of this object
+};
+
+/// One exchange made by a repair: at `position` the variable `leaving` was replaced by the logical
+/// of `row`.
+struct BasisRepair {
+  int position;
+  int leaving;
+  int row;
+};
+
+enum class FactorOutcome {
+  ok,
+  repaired,  // the header was changed: primal and dual values must be recomputed
+  singular,  // repair not allowed or its budget is spent
+};
+
+/// Observer of a factorization, for the log.
+class FactorEvents {
+ public:
+  virtual ~FactorEvents() = default;
+  virtual void compressing_files() {}
+  virtual void no_memory_for_dense() {}
+  virtual void repairing() {}
+  virtual void threshold_set(double /*threshold*/) {}
+};
+
+/// Work counters, in nonzeros touched; deterministic, never a clock.
+struct FactorStatistics {
+  int factorizations = 0;
+  int updates = 0;  // since the last factorization
+  int repairs = 0;
+  double pivot_ratio = 1.0;  // largest / smallest pivot magnitude of the last factorization
+  long basis_nonzeros = 0;   // of B at the last factorization
+  long factor_nonzeros = 0;  // of L and U at the last factorization
+  double work = 0.0;         // total nonzeros touched by everything so far
+};
+
+class BasisFactor {
+ public:
+  /// `columns` (m rows) must outlive the object. `events` may be null.
+  BasisFactor(const SparseMatrix& columns, const FactorSettings& settings, FactorEvents* events);
+  ~BasisFactor();
+  BasisFactor(const BasisFactor&) = delete;
+  BasisFactor& operator=(const BasisFactor&) = delete;
+
+  /// Factorizes the basis `header` [m]. On `repaired` the exchanges are appended to `repairs` and
+  /// made in `header`. Throws std::bad_alloc only after the retries with smaller files failed.
+  FactorOutcome factorize(Vector<int>& header, bool allow_repair, Vector<BasisRepair>& repairs);
+
+  /// Solves B x = a in place. `expected_density` of the result (a running average kept by the
+  /// caller; 1 when unknown) helps to choose between the sparse and the dense pass. With
+  /// `keep_for_update` the partially transformed column is kept for the next update().
+  void ftran(WorkVector& x, double expected_density, bool keep_for_update = false);
+  /// Two independent solves in one pass over the factor; the first may be kept for the update.
+  void ftran_pair(WorkVector& a, double density_a, WorkVector& b, double density_b,
+                  bool keep_a_for_update);
+  /// Solves y'B = c' in place.
+  void btran(WorkVector& y, double expected_density);
+  /// Two independent transposed solves in one pass.
+  void btran_pair(WorkVector& a, double density_a, WorkVector& b, double density_b);
+
+  /// Replaces the column at `position` by the one of the last ftran(.., keep_for_update).
+  /// `pivot` is that solve's entry at `position`; a disagreement with the updated factor beyond
+  /// rounding asks for a refactorization. False: refactorize instead (nothing was changed).
+  bool update(int position, double pivot);
+
+  /// True when a fresh factorization is cheaper than going on (the adaptive rule), or the update
+  /// limit is reached.
+  bool should_refactor() const;
+
+  double markowitz_threshold() const;
+  /// Raises the threshold: to 0.1 below that, else by 0.1, at most 0.99999.
+  void raise_markowitz();
+  const FactorStatistics& statistics() const;
+  bool valid() const;
+
+ private:
+  struct Impl;
+  Owned<Impl> impl_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,40 @@
+// The linear program that the engines solve, as plain data.
+//
+//     minimize    c'x + offset
+//     subject to  A x + s = 0,   lower <= (x, s) <= upper
+//
+// Variables 0..n-1 are the structural columns, n..n+m-1 the logicals (slacks) of the rows in order,
+// each with the unit column +e_i. A row  L_i <= a_i x <= U_i  gives its logical the bounds
+// [-U_i, -L_i]. An absent bound is an IEEE infinity. Always a minimization.
+#pragma once
+
+#include <limits>
+
+#include "base/containers.h"
+#include "base/sparse_matrix.h"
+
+namespace kelvo {
+
+inline constexpr double kInf = std::numeric_limits<double>::infinity();
+
+/// Basis status codes, the same in every interface of the library.
+enum BasisStatus : int { kAtLower = 0, kBasic = 1, kAtUpper = 2, kFreeSuper = 3 };
+
+struct LpProblem {
+  int num_rows = 0;
+  int num_cols = 0;
+  SparseMatrix columns;  // column-wise, num_major = num_cols, num_minor = num_rows
+  SparseMatrix rows;     // the same matrix row-wise
+  Vector<double> cost;   // [num_cols + num_rows]; logicals cost 0
+  Vector<double> lower;  // [num_cols + num_rows]
+  Vector<double> upper;  // [num_cols + num_rows]
+  double offset = 0.0;
+  // Names for messages: a function rather than copies; either may be null.
+  const char* (*column_name)(const void* context, int column) = nullptr;
+  const char* (*row_name)(const void* context, int row) = nullptr;
+  const void* name_context = nullptr;
+
+  int num_vars() const { return num_cols + num_rows; }
+};
+
+}  // namespace kelvo

@@ -1,0 +1,121 @@
+// The simplex methods over one LpProblem: what a driver sees.
+//
+// A Simplex owns the basis, its factor and the primal and dual values, and keeps them between runs,
+// so that a run after a change of bounds or costs starts warm. It never scales and never presolves:
+// the problem it is given is the problem it solves.
+#pragma once
+
+#include "base/containers.h"
+#include "base/messages.h"
+#include "base/stop_check.h"
+#include "lp/lp_problem.h"
+
+namespace kelvo {
+
+enum class DualPricing {
+  automatic = 0,
+  standard = 1,
+  steepest = 2,
+  steepest_slack = 3,
+  steepest_unit = 4,
+  devex = 5
+};
+enum class PrimalPricing {
+  reduced_cost = -1,
+  automatic = 0,
+  devex = 1,
+  steepest = 2,
+  steepest_slack = 3,
+  full = 4
+};
+
+/// What a run needs to know; a copy of the parameters made when it starts.
+struct SimplexSettings {
+  double feasibility_tolerance = 1e-6;
+  double optimality_tolerance = 1e-6;
+  double markowitz_threshold = 0.01;
+  double singularity_tolerance = 1e-13;
+  int singularity_limit = 10;
+  double row_file_multiplier = 3.0;
+  double col_file_multiplier = 3.0;
+  int refactor_frequency = 0;  // 0: adaptive; k > 0: every k iterations
+  int iteration_limit = 2100000000;
+  double objective_lower_limit = -1e75;  // on the minimized objective; primal stops below it
+  double objective_upper_limit = 1e75;   // dual stops above it
+  DualPricing dual_pricing = DualPricing::automatic;
+  PrimalPricing primal_pricing = PrimalPricing::automatic;
+  bool perturb_at_start = false;
+  double perturbation = 1e-6;  // initial magnitude
+  int perturbation_limit = 0;  // degenerate iterations tolerated before perturbing; 0 automatic
+  int price_limit = 0;         // candidates of partial pricing; 0 automatic
+  int display = 0;             // 0 nothing, 1 a line per refactorization, 2 a line per iteration
+  int service_period = 2100000000;
+  bool scaled = false;  // the problem is a scaled one: log lines say so
+  double sense = 1.0;   // the caller's: objectives in the log are sense * (internal value)
+};
+
+enum class SimplexOutcome {
+  optimal,     // within the tolerances of the problem as given, no perturbation left
+  infeasible,  // proof in farkas_dual()
+  unbounded,   // proof in primal_ray()
+  iteration_limit,
+  time_limit,
+  aborted,
+  objective_limit,
+  singular,     // the basis cannot be factored, repairs spent
+  non_optimal,  // numerical trouble: stopped at the best known basis
+};
+
+/// Called before each iteration; non-zero stops the run as aborted. `phase_one` tells the phase.
+class IterationHook {
+ public:
+  virtual ~IterationHook() = default;
+  virtual int before_iteration(bool dual, bool phase_one) = 0;
+};
+
+class SimplexState;
+
+class Simplex {
+ public:
+  /// The problem, sink and stop check must outlive the object; `hook` may be null. The problem's
+  /// costs and bounds may change between runs (then call bounds_changed() or costs_changed()).
+  Simplex(const LpProblem& problem, MessageSink& sink, StopCheck& stop,
+          IterationHook* hook = nullptr);
+  ~Simplex();
+  Simplex(const Simplex&) = delete;
+  Simplex& operator=(const Simplex&) = delete;
+
+  /// Starts from the slack basis.
+  void set_slack_basis();
+  /// Starts from given statuses [num_vars], BasisStatus codes; a wrong number of basic variables is
+  /// made right (missing logicals enter, surplus ones leave), and nonbasic statuses that point to
+  /// an absent bound are moved to a present one.
+  void set_basis(const Vector<int>& status);
+  void bounds_changed();
+  void costs_changed();
+
+  SimplexOutcome run_dual(const SimplexSettings& settings);
+  SimplexOutcome run_primal(const SimplexSettings& settings);
+
+  // Results of the last run; lengths num_vars() where not said otherwise.
+  const Vector<int>& status() const;            // BasisStatus of every variable
+  const Vector<int>& header() const;            // [num_rows] variable at each basis position
+  const Vector<double>& values() const;         // primal values, logicals included
+  const Vector<double>& reduced_costs() const;  // d = c - [A I]'y, 0 for basic ones
+  const Vector<double>& row_duals() const;      // [num_rows] y with B'y = c_B
+  double objective() const;                     // c'x + offset of the minimization
+  int iterations() const;                       // all runs since the construction
+  int phase_one_iterations() const;
+  /// After `infeasible`: y [num_rows] such that the bounds on (A I)'y prove that no point exists:
+  /// max over the box of y'(A x + s) < 0 or min > 0.
+  const Vector<double>& farkas_dual() const;
+  /// After `unbounded`: a direction [num_vars] with A r_x + r_s = 0, c'r < 0 that keeps the bounds.
+  const Vector<double>& primal_ray() const;
+  double condition_estimate() const;   // largest / smallest pivot magnitude of the factor
+  double markowitz_threshold() const;  // as raised by the runs
+
+ private:
+  Owned<SimplexState> state_;
+};
+
+}  // namespace kelvo
