@@ -1,0 +1,62 @@
+# The front door. `make run` and `make test` work on a bare Debian 12 machine: they install what
+# is missing, build, and run.
+.DEFAULT_GOAL := help
+.PHONY: help packages build run test test-long bench asan tsan format format-check check tidy install clean
+
+PREFIX ?= /usr/local
+KELVO := build/release/tools/kelvo
+
+help:
+	@echo "make run          build the command and solve an example with it"
+	@echo "make test         build everything and run the tests"
+	@echo "make test-long    the tests that take minutes"
+	@echo "make bench        solve the instances at hand and show the times"
+	@echo "make asan, tsan   the tests under the address and undefined, or the thread sanitizer"
+	@echo "make check        the checks of the sources: format, floors, header"
+	@echo "make tidy         clang-tidy over the sources"
+	@echo "make format       format the sources"
+	@echo "make install      install into PREFIX (default /usr/local)"
+
+packages:
+	@scripts/install-packages.sh
+
+build: packages
+	@cmake --preset release
+	@cmake --build --preset release
+
+run: build
+	$(KELVO) examples/models/diet.lp --values /dev/stdout
+
+test: build
+	ctest --preset release --label-exclude long
+
+test-long: build
+	ctest --preset release --label-regex long
+
+bench: build
+	bench/instances.py --kelvo $(KELVO)
+
+asan tsan: packages
+	cmake --preset $@
+	cmake --build --preset $@
+	ctest --preset $@ --label-exclude 'long|install'
+
+format:
+	scripts/format.sh
+
+format-check:
+	scripts/format.sh --check
+
+check: build format-check
+	scripts/check_floors.py
+	scripts/check_header.py --library build/release/libkelvo.so
+
+tidy: build
+	@command -v run-clang-tidy >/dev/null || { echo "install clang-tidy for this" >&2; exit 1; }
+	run-clang-tidy -quiet -p build/release '/(src|tools)/'
+
+install: build
+	cmake --install build/release --prefix $(PREFIX)
+
+clean:
+	rm -rf build
