@@ -90,7 +90,10 @@ class Simplex {
   /// Starts from given statuses [num_vars], BasisStatus codes; a wrong number of basic variables is
   /// made right (missing logicals enter, surplus ones leave), and nonbasic statuses that point to
   /// an absent bound are moved to a present one.
-  void set_basis(const Vector<int>& status);
+  /// `values` [num_vars], when given, says where superbasic variables (kFreeSuper) stand; without
+  /// it they stand at their point nearest to 0. A basis whose basic variables are those of the
+  /// current one keeps the factor and the pricing weights.
+  void set_basis(const Vector<int>& status, const double* values = nullptr);
   void bounds_changed();
   void costs_changed();
 
@@ -113,6 +116,9 @@ class Simplex {
   const Vector<double>& primal_ray() const;
   double condition_estimate() const;   // largest / smallest pivot magnitude of the factor
   double markowitz_threshold() const;  // as raised by the runs
+
+  /// The machinery itself, for engines of this floor that work on the same basis.
+  SimplexState& state();
 
  private:
   Owned<SimplexState> state_;
