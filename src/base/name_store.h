@@ -24,15 +24,33 @@ class NameStore {
   /// Removes all names; present() is false afterwards.
   void clear();
   void reserve(int names, std::int64_t characters);
+  /// Makes room for `names` more names with together `characters` characters (without the ends),
+  /// growing geometrically, so that appending them does not throw. Throws std::bad_alloc.
+  void make_room(int names, std::int64_t characters);
   /// Adds a name at the end (zeros inside it end it). Throws std::bad_alloc, leaving the store as
   /// it was.
   void append(std::string_view name);
   /// Replaces name i. Throws std::bad_alloc, leaving the store as it was.
   void rename(int i, std::string_view name);
   /// Keeps only the names i with keep[i] != 0, in order. Never throws.
-  void keep_marked(const char* keep) noexcept;
+  void keep_marked(const char* keep) noexcept {
+    keep_if([keep](int i) { return keep[i] != 0; });
+  }
+  /// Keeps only the names i with keep(i), in order. Never throws.
+  template <class Keep>
+  void keep_if(Keep keep) noexcept {
+    int kept = 0;
+    for (int i = 0; i < size(); ++i) {
+      if (keep(i)) offset_[kept++] = offset_[i];
+    }
+    offset_.resize(kept);
+  }
 
  private:
+  /// Makes room for `extra` characters; texts that no name uses any more are dropped whenever the
+  /// pool has to grow.
+  void grow_text(std::size_t extra);
+
   Vector<char> text_;            // the names, each followed by a zero; may hold unused stretches
   Vector<std::int64_t> offset_;  // [size] start of each name in text_
   bool present_ = false;

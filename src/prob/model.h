@@ -7,7 +7,7 @@
 //                  lower <= x <= upper, column types, sets, indicator and quadratic constraints.
 //
 // A bound or right-hand side of magnitude 1e20 or more is infinite. Readers build a new Model aside
-// and swap it in when it is complete.
+// and swap it in when it is complete. Edits of a model that stands are in model_edit.h.
 #pragma once
 
 #include "base/name_store.h"

@@ -1,0 +1,37 @@
+// The names that rows and columns carry when a caller names only some of them: "c1", "c2", ... for
+// rows and "x1", "x2", ... for columns, by position.
+#pragma once
+
+#include <string_view>
+
+#include "base/name_store.h"
+
+namespace kelvo {
+
+enum class NameKind : char { row = 'c', column = 'x' };
+
+/// The text of a default name, in a buffer of its own.
+class DefaultName {
+ public:
+  /// Name of the row or column with this index, counted from 0.
+  DefaultName(NameKind kind, int index);
+  std::string_view view() const { return {text_, length_}; }
+
+ private:
+  char text_[16];
+  std::size_t length_ = 0;
+};
+
+/// Room for `count` names of which `given` (may be null, as may its entries) are to be taken and
+/// the rest by default. Throws std::bad_alloc, leaving the names as they were.
+void make_room_for_names(NameStore& names, const char* const* given, int count);
+
+/// Appends `count` names for the indices `first_index`, ... as make_room_for_names() prepared it;
+/// throws nothing after that.
+void append_names(NameStore& names, NameKind kind, int first_index, const char* const* given,
+                  int count);
+
+/// A store of `count` default names. Throws std::bad_alloc.
+NameStore default_names(NameKind kind, int count);
+
+}  // namespace kelvo

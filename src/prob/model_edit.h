@@ -1,0 +1,43 @@
+// Edits of a model that keep all of its parts in step: linear data, column types, names, ranges,
+// quadratic terms, sets, indicators and cuts.
+//
+// Arguments have been checked by the caller. Functions that need memory throw std::bad_alloc and
+// leave the model as it was; the others never fail.
+#pragma once
+
+#include "prob/blocks.h"
+#include "prob/model.h"
+
+namespace kelvo {
+
+/// Appends rows. Names appear when the block gives some or the model has some: rows that nobody
+/// named get default names.
+void append_rows(Model& model, const RowBlock& block);
+
+/// Appends columns, likewise. A block with types gives the model types.
+void append_columns(Model& model, const ColumnBlock& block);
+
+/// Deletes the rows i with new_index[i] < 0; the others carry their new indices, which ascend.
+void delete_rows(Model& model, const int* new_index) noexcept;
+
+/// Deletes the columns j with new_index[j] < 0, likewise, with their places in quadratic terms,
+/// sets and indicator rows. An indicator constraint whose binary column goes is deleted too. User
+/// cuts and lazy constraints are all deleted.
+void delete_columns(Model& model, const int* new_index) noexcept;
+
+/// Gives every row (column) a default name when the model has no names of that kind.
+void ensure_row_names(Model& model);
+void ensure_column_names(Model& model);
+
+/// Makes the array of ranges exist.
+void ensure_ranges(Model& model);
+
+/// Changes the sense of a row. The range of a row that is not ranged is 0; ensure_ranges() must
+/// have been called before a row becomes ranged.
+void change_sense(Model& model, int row, char sense) noexcept;
+
+/// Removes matrix coefficients of magnitude below `eps` and sets such entries of the objective,
+/// the right-hand sides, the ranges and the bounds to 0.
+void remove_negligible(Model& model, double eps) noexcept;
+
+}  // namespace kelvo
