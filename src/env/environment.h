@@ -93,9 +93,9 @@ class Environment {
   /// stop hook; of this environment and then of its ancestors.
   int check_stop();
 
-  void* host = nullptr;                // owned by a host layer
-  StopHook stop_hook = nullptr;        // may be null
-  bool in_info_callback = false;       // on a root: an informational callback is running
+  void* host = nullptr;           // owned by a host layer
+  StopHook stop_hook = nullptr;   // may be null
+  bool in_info_callback = false;  // on a root: an informational callback is running
 
  private:
   class Sink final : public MessageSink {

@@ -59,8 +59,7 @@ bool MessageChannel::detach_last(Matches matches) {
 }
 
 bool MessageChannel::detach(std::FILE* file) {
-  return detach_last(
-      [&](const Destination& d) { return d.kind == Kind::file && d.file == file; });
+  return detach_last([&](const Destination& d) { return d.kind == Kind::file && d.file == file; });
 }
 
 bool MessageChannel::detach(void* handle, MessageFunction function) {

@@ -45,9 +45,9 @@ class MessageChannel {
   enum class Kind { file = 1, file_pointer = 2, function = 3 };
   struct Destination {
     Kind kind;
-    std::FILE* file;         // kind file
-    std::FILE** pointer;     // kind file_pointer
-    void* handle;            // kind function
+    std::FILE* file;           // kind file
+    std::FILE** pointer;       // kind file_pointer
+    void* handle;              // kind function
     MessageFunction function;  // kind function
   };
 

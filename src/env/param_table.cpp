@@ -323,7 +323,8 @@ struct ParamGroup {
   int lowest, highest;
 };
 
-constexpr ParamGroup kGroups[] = {{1001, 1123}, {2000, 2134}, {3001, 3032}, {4001, 4010}, {5001, 5005}};
+constexpr ParamGroup kGroups[] = {
+    {1001, 1123}, {2000, 2134}, {3001, 3032}, {4001, 4010}, {5001, 5005}};
 
 constexpr int kLowestNumber = kGroups[0].lowest;
 constexpr int kHighestNumber = kGroups[std::size(kGroups) - 1].highest;

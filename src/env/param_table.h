@@ -24,13 +24,13 @@ struct ParamRow {
   int number;
   const char* name;  // "" for a hidden parameter
   ParamKind kind;
-  bool up_to_processors;  // the maximum is the number of processors, not int_max
-  int int_default, int_min, int_max;            // kind integer
-  double real_default, real_min, real_max;      // kind real; equal bounds mean no bounds
-  const char* text_default;                     // kind text
+  bool up_to_processors;                    // the maximum is the number of processors, not int_max
+  int int_default, int_min, int_max;        // kind integer
+  double real_default, real_min, real_max;  // kind real; equal bounds mean no bounds
+  const char* text_default;                 // kind text
 
-  bool is_public() const { return name[0] != '\0'; }
-  bool has_bounds() const { return real_min != real_max; }
+  constexpr bool is_public() const { return name[0] != '\0'; }
+  constexpr bool has_bounds() const { return real_min != real_max; }
 };
 
 /// Number of parameters, the public ones among them, and the texts among them.

@@ -51,7 +51,9 @@ class Settings {
   Status check_double(int number, double value) const;
 
   /// Maximum of an integer parameter.
-  int int_max(const ParamRow& row) const { return row.up_to_processors ? processors_ : row.int_max; }
+  int int_max(const ParamRow& row) const {
+    return row.up_to_processors ? processors_ : row.int_max;
+  }
 
   /// True when the parameter of this row differs from its default; a NaN always does.
   bool is_changed(int row) const;
@@ -71,8 +73,8 @@ class Settings {
   bool polish_after_in_use() const;
   bool conflicts_with_polishing(int number, double value) const;
 
-  Value values_[kNumParams];                      // by row of the parameter table
-  char texts_[kNumTextParams][kParamTextSize];    // in the order of the table
+  Value values_[kNumParams];                    // by row of the parameter table
+  char texts_[kNumTextParams][kParamTextSize];  // in the order of the table
   Callback callbacks_[kNumCallbackKinds];
   int processors_;
 };

@@ -47,8 +47,8 @@ class TimeLimit {
 
   const double start_;
   std::atomic<double> deadline_;
-  std::atomic<double> reference_;      // start of the stretch over which the calls are averaged
-  std::atomic<double> last_reading_;   // of the clock
+  std::atomic<double> reference_;     // start of the stretch over which the calls are averaged
+  std::atomic<double> last_reading_;  // of the clock
   std::atomic<int> calls_{0};
   std::atomic<int> calls_at_reading_{0};
 };
