@@ -1,0 +1,130 @@
+#include "base/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+
+namespace kelvo {
+namespace {
+
+/// Powers of ten by repeated multiplication; the first 23 are exact.
+constexpr int kPowers = 300;
+constexpr std::array<double, kPowers> kPowerOfTen = [] {
+  std::array<double, kPowers> power{};
+  power[0] = 1.0;
+  for (std::size_t k = 1; k < power.size(); ++k) power[k] = power[k - 1] * 10.0;
+  return power;
+}();
+
+bool is_digit(char c) {
+  return static_cast<unsigned char>(c - '0') < 10;
+}
+
+bool is_exponent_letter(char c, bool fortran_exponents) {
+  const char lower = static_cast<char>(c | 0x20);
+  return lower == 'e' || (fortran_exponents && lower == 'd');
+}
+
+/// Digits accumulated exactly in an integer as long as they fit a double's 53 bits, then with one
+/// rounding per digit.
+class Digits {
+ public:
+  const char* take(const char* at, const char* end) {
+    for (; at != end && is_digit(*at); ++at) {
+      const int digit = *at - '0';
+      if (exact_ < kExactLimit) {
+        exact_ = 10 * exact_ + static_cast<std::uint64_t>(digit);
+      } else {
+        if (!rounded_) value_ = static_cast<double>(exact_);
+        rounded_ = true;
+        value_ = value_ * 10.0 + digit;
+      }
+    }
+    return at;
+  }
+  double value() const { return rounded_ ? value_ : static_cast<double>(exact_); }
+
+ private:
+  /// 10 * x + 9 stays below 2^53 for every x under it.
+  static constexpr std::uint64_t kExactLimit = 900000000000000u;
+  std::uint64_t exact_ = 0;
+  double value_ = 0.0;
+  bool rounded_ = false;
+};
+
+/// Reads "[sign]digits" after an exponent letter; the result is cut at 10000.
+const char* take_exponent(const char* at, const char* end, int& exponent) {
+  const bool negative = at != end && *at == '-';
+  if (at != end && (*at == '-' || *at == '+')) ++at;
+  for (; at != end && is_digit(*at); ++at) exponent = std::min(10 * exponent + (*at - '0'), 10000);
+  if (negative) exponent = -exponent;
+  return at;
+}
+
+}  // namespace
+
+ParsedNumber parse_number(const char* begin, const char* end, bool fortran_exponents) {
+  ParsedNumber result;
+  const char* at = begin;
+  const bool negative = at != end && *at == '-';
+  if (at != end && (*at == '-' || *at == '+')) {
+    if (++at == end) {
+      result.value = negative ? -1.0 : 1.0;
+      return result;
+    }
+  }
+  Digits digits;
+  const char* const first = at;
+  at = digits.take(at, end);
+  std::ptrdiff_t count = at - first;
+  std::ptrdiff_t decimals = 0;
+  if (at != end && *at == '.') {
+    const char* const point = at++;
+    at = digits.take(at, end);
+    decimals = at - point - 1;
+    count += decimals;
+  }
+  double value = digits.value();
+  for (; decimals >= kPowers; decimals -= kPowers - 1) value /= kPowerOfTen[kPowers - 1];
+  if (decimals > 0) value /= kPowerOfTen[static_cast<std::size_t>(decimals)];
+
+  if (at != end && is_exponent_letter(*at, fortran_exponents)) {
+    const char* const letter = at++;
+    if (count == 0) {
+      result.fault = NumberFault::exponent_not_started;
+      result.exponent = letter;
+      return result;
+    }
+    if (at == end || !(is_digit(*at) || *at == '+' || *at == '-')) {
+      result.fault = NumberFault::exponent_not_ended;
+      result.exponent = letter;
+      return result;
+    }
+    int exponent = 0;
+    at = take_exponent(at, end, exponent);
+    if (exponent > kLargestExponent) {
+      result.fault = NumberFault::exponent_too_large;
+      result.exponent = letter;
+      return result;
+    }
+    if (exponent < -kLargestExponent) {
+      value = 0.0;
+    } else if (exponent >= 0) {
+      value *= kPowerOfTen[static_cast<std::size_t>(exponent)];
+    } else {
+      value /= kPowerOfTen[static_cast<std::size_t>(-exponent)];
+    }
+  }
+  if (at != end || count == 0) {
+    result.fault = NumberFault::trailing_characters;
+  } else if (!std::isfinite(value)) {
+    result.fault = NumberFault::exponent_too_large;
+    result.exponent = begin;
+  }
+  result.value = negative ? -value : value;
+  return result;
+}
+
+}  // namespace kelvo
