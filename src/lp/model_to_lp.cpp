@@ -27,6 +27,25 @@ void put(double& slot, double value, bool& changed) {
   changed = true;
 }
 
+/// Appends column j without its zeros; entries of the same row, which an unordered column may hold
+/// several times, are added up.
+void append_column(const ColumnStore& matrix, int j, SparseMatrix& columns, Vector<int>& place) {
+  const int begin = columns.start[j];
+  const int end = matrix.start[j] + matrix.count[j];
+  for (int k = matrix.start[j]; k < end; ++k) {
+    if (matrix.value[k] == 0.0) continue;
+    const int row = matrix.index[k];
+    if (place[row] >= begin) {
+      columns.value[place[row]] += matrix.value[k];
+      continue;
+    }
+    place[row] = static_cast<int>(columns.index.size());
+    columns.index.push_back(row);
+    columns.value.push_back(matrix.value[k]);
+  }
+  columns.start.push_back(static_cast<int>(columns.index.size()));
+}
+
 int slack_at_end(const Model& model, int row, int logical_status) {
   // The slack of a ranged row runs against its logical.
   if (model.row_sense[row] == 'R') return logical_status == kAtLower ? kAtUpper : kAtLower;
@@ -60,15 +79,8 @@ LpProblem make_lp_problem(const Model& model) {
   columns.start.reserve(model.num_cols + 1);
   columns.index.reserve(nonzeros);
   columns.value.reserve(nonzeros);
-  for (int j = 0; j < model.num_cols; ++j) {
-    const int end = matrix.start[j] + matrix.count[j];
-    for (int k = matrix.start[j]; k < end; ++k) {
-      if (matrix.value[k] == 0.0) continue;
-      columns.index.push_back(matrix.index[k]);
-      columns.value.push_back(matrix.value[k]);
-    }
-    columns.start.push_back(static_cast<int>(columns.index.size()));
-  }
+  Vector<int> place(model.num_rows, -1);  // of the row's last entry seen
+  for (int j = 0; j < model.num_cols; ++j) append_column(matrix, j, columns, place);
   lp.rows = transpose(columns);
   lp.cost.assign(lp.num_vars(), 0.0);
   lp.lower.assign(lp.num_vars(), 0.0);
@@ -116,15 +128,6 @@ LpChanges refresh_costs_and_bounds(LpProblem& lp, const Scaling& scaling, const 
     put(lp.upper[v], -limits.lower * factor, changes.bounds);
   }
   return changes;
-}
-
-int find_empty_interval(const LpProblem& lp, double tolerance) {
-  for (int v = 0; v < lp.num_vars(); ++v) {
-    if (lp.lower[v] > lp.upper[v] + tolerance || lp.lower[v] == kInf || lp.upper[v] == -kInf) {
-      return v;
-    }
-  }
-  return -1;
 }
 
 void close_crossed_bounds(LpProblem& lp) {

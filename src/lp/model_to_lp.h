@@ -27,12 +27,8 @@ struct LpChanges {
 /// says whether anything was different.
 LpChanges refresh_costs_and_bounds(LpProblem& lp, const Scaling& scaling, const Model& model);
 
-/// The first variable (LpProblem numbering) whose bounds leave no value: the lower one above the
-/// upper one by more than `tolerance`, or an infinity on the wrong side; -1 when there is none.
-int find_empty_interval(const LpProblem& lp, double tolerance);
-
-/// Closes intervals whose bounds cross by no more than find_empty_interval() tolerates: both become
-/// their mean.
+/// Closes intervals whose bounds cross: both become their mean. For crossings within the feasibility
+/// tolerance; anything wider is infeasible and never comes here.
 void close_crossed_bounds(LpProblem& lp);
 
 /// Status codes of all variables of the program from a stored basis, and back.

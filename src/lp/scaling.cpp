@@ -146,9 +146,8 @@ double nearest_power_of_two(double factor) {
     int step;
   };
   // Each window is [0.75, 1.5] widened by the steps of the one after it.
-  constexpr Window kWindows[] = {{0.0029296875, 384.0, kLargeStep},
-                                 {0.046875, 24.0, kMiddleStep},
-                                 {0.75, 1.5, kSmallStep}};
+  constexpr Window kWindows[] = {
+      {0.0029296875, 384.0, kLargeStep}, {0.046875, 24.0, kMiddleStep}, {0.75, 1.5, kSmallStep}};
   double rest = std::clamp(factor, kSmallestFactor, kLargestFactor);
   int exponent = 0;
   for (const Window& window : kWindows) {

@@ -104,8 +104,8 @@ double measure_dual(const Model& model, const Vector<int>& status, SolutionRecor
   for (int j = 0; j < n; ++j) {
     const Sum sum = sum_column(model, j, record.pi.data(), model.objective[j], -1.0);
     const double reduced_cost = static_cast<double>(sum.value);
-    const double wrong = wrong_sign(status[j], model.lower[j], model.upper[j],
-                                    model.sense * reduced_cost);
+    const double wrong =
+        wrong_sign(status[j], model.lower[j], model.upper[j], model.sense * reduced_cost);
     worst = std::max(worst, beyond_rounding(wrong, static_cast<double>(sum.magnitude)));
     record.dj[j] = status[j] == kBasic ? 0.0 : reduced_cost;
   }
@@ -138,8 +138,8 @@ bool proves_infeasible(const Model& model, Vector<double>& y) {
     const Sum sum = sum_column(model, j, y.data(), 0.0, 1.0);
     double weight = static_cast<double>(sum.value);
     if (std::fabs(weight) <= kProofRounding * static_cast<double>(sum.magnitude)) weight = 0.0;
-    if (!add_least(-weight, finite_or_infinite(model.lower[j]),
-                   finite_or_infinite(model.upper[j]), gap)) {
+    if (!add_least(-weight, finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]),
+                   gap)) {
       return false;
     }
   }

@@ -1,0 +1,284 @@
+#include "lp/driver.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "lp/driver_log.h"
+#include "lp/trivial_lp.h"
+#include "lp/verify.h"
+
+namespace kelvo {
+
+namespace {
+
+// A second pass gets few iterations when condition * (1 + |objective|) reaches this.
+constexpr double kIllConditioned = 1e11;
+// Those few: this share of the iterations so far, and a handful more.
+constexpr double kExtraIterationShare = 1.025;
+constexpr int kExtraIterations = 20;
+// The third pass aims at this share of what the tolerance allows, above the least tolerance that
+// double precision supports.
+constexpr double kTighteningMargin = 0.5;
+constexpr double kLeastTolerance = 1e-9;
+// A fresh start after a singular basis factors with at least this pivot threshold.
+constexpr double kCarefulThreshold = 0.5;
+
+/// The result of one simplex run, judged on the model.
+struct Judged {
+  int status = kNonOptimal;
+  bool trustworthy = false;  // nothing that another attempt could improve
+  bool singular = false;
+  Violations violations;
+  SolutionRecord record;
+  StoredBasis basis;
+
+  double worst(const SimplexSettings& settings) const {
+    return std::max(violations.primal / settings.feasibility_tolerance,
+                    violations.dual / settings.optimality_tolerance);
+  }
+};
+
+class Driver {
+ public:
+  Driver(const Model& model, Owned<WorkingLp>& working, LpMethod method,
+         const DriverSettings& settings, const CallContext& context)
+      : model_(model),
+        working_(working),
+        method_(method),
+        settings_(settings),
+        context_(context),
+        log_(context.sink, settings.simplex.display) {}
+
+  LpAnswer run();
+
+ private:
+  /// Runs a method on a working LP and judges the outcome. `limit` counts all iterations of this
+  /// driver.
+  Judged attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit);
+  void judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged);
+  void improve_optimum(Judged& judged);
+  void recover(Judged& judged);
+  Owned<WorkingLp> unscaled_copy();
+  bool stopped(const Judged& judged) const;
+
+  const Model& model_;
+  Owned<WorkingLp>& working_;
+  const LpMethod method_;
+  const DriverSettings& settings_;
+  const CallContext& context_;
+  DriverLog log_;
+  int iterations_ = 0;
+  int phase_one_iterations_ = 0;
+};
+
+int status_of(SimplexOutcome outcome) {
+  switch (outcome) {
+    case SimplexOutcome::optimal:
+      return kOptimal;
+    case SimplexOutcome::infeasible:
+      return kInfeasible;
+    case SimplexOutcome::unbounded:
+      return kUnbounded;
+    case SimplexOutcome::iteration_limit:
+      return kIterationLimit;
+    case SimplexOutcome::time_limit:
+      return kTimeLimit;
+    case SimplexOutcome::aborted:
+      return kUserAborted;
+    case SimplexOutcome::objective_limit:
+      return kObjectiveLimit;
+    default:
+      return kNonOptimal;
+  }
+}
+
+LpMethod other(LpMethod method) {
+  return method == LpMethod::dual ? LpMethod::primal : LpMethod::dual;
+}
+
+Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base,
+                       int limit) {
+  SimplexSettings run = base;
+  run.iteration_limit = std::max(0, limit - iterations_);
+  run.scaled = working.scaling().active();
+  run.sense = model_.sense;
+  Simplex& simplex = working.simplex();
+  const int before = simplex.iterations();
+  const int phase_one_before = simplex.phase_one_iterations();
+  const WorkingLp::Session session(working, context_);
+  const SimplexOutcome outcome =
+      method == LpMethod::dual ? simplex.run_dual(run) : simplex.run_primal(run);
+  iterations_ += simplex.iterations() - before;
+  phase_one_iterations_ += simplex.phase_one_iterations() - phase_one_before;
+  Judged judged;
+  judge(working, outcome, judged);
+  return judged;
+}
+
+void Driver::judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged) {
+  judged.status = status_of(outcome);
+  judged.singular = outcome == SimplexOutcome::singular;
+  if (judged.singular) return;
+  SolutionRecord& record = judged.record;
+  working.unscaled_x(record.x);
+  working.unscaled_pi(model_, record.pi);
+  record.has_primal = record.has_dual = record.has_basis = true;
+  record.condition = working.simplex().condition_estimate();
+  const Vector<int>& status = working.simplex().status();
+  judged.violations = complete_and_measure(model_, status, record);
+  record.primal_feasible = judged.violations.primal <= settings_.simplex.feasibility_tolerance;
+  record.dual_feasible = judged.violations.dual <= settings_.simplex.optimality_tolerance;
+  lp_to_stored_status(status, model_, judged.basis);
+  switch (outcome) {
+    case SimplexOutcome::optimal:
+      judged.trustworthy = record.primal_feasible && record.dual_feasible;
+      if (!judged.trustworthy) judged.status = kOptimalUnscaledInfeasible;
+      break;
+    case SimplexOutcome::infeasible:
+      working.unscaled_farkas(record.farkas);
+      judged.trustworthy = verify_farkas(model_, record.farkas);
+      if (!judged.trustworthy) record.farkas.clear();
+      break;
+    case SimplexOutcome::unbounded:
+      working.unscaled_ray(record.ray);
+      judged.trustworthy = record.primal_feasible && verify_ray(model_, record.ray);
+      if (!judged.trustworthy) record.ray.clear();
+      break;
+    case SimplexOutcome::non_optimal:
+      // The method gave up; its last basis may be optimal all the same.
+      judged.trustworthy = record.primal_feasible && record.dual_feasible;
+      if (judged.trustworthy) judged.status = kOptimal;
+      break;
+    default:
+      judged.trustworthy = true;
+  }
+}
+
+bool Driver::stopped(const Judged& judged) const {
+  return judged.status == kIterationLimit || judged.status == kTimeLimit ||
+         judged.status == kUserAborted;
+}
+
+Owned<WorkingLp> Driver::unscaled_copy() {
+  auto copy = make_owned<WorkingLp>(model_, ScalingMethod::none, context_.sink);
+  copy->set_requested_scaling(settings_.scaling);
+  return copy;
+}
+
+void Driver::improve_optimum(Judged& judged) {
+  if (!settings_.restart_passes) return;
+  const double risk = judged.record.condition * (1.0 + std::fabs(judged.record.objective));
+  int limit = settings_.simplex.iteration_limit;
+  if (risk >= kIllConditioned) {
+    const double few = std::trunc(kExtraIterationShare * iterations_) + kExtraIterations;
+    if (few < limit) limit = static_cast<int>(few);
+  }
+  log_.new_phase(iterations_);
+  const bool primal_wrong = !judged.record.primal_feasible;
+  const bool dual_wrong = !judged.record.dual_feasible;
+  const LpMethod method = primal_wrong && dual_wrong ? method_
+                          : primal_wrong             ? LpMethod::dual
+                                                     : LpMethod::primal;
+  if (working_->scaling().active()) {
+    Owned<WorkingLp> unscaled = unscaled_copy();
+    unscaled->start_from(judged.basis, model_);
+    Judged second = attempt(*unscaled, method, settings_.simplex, limit);
+    const bool failed = stopped(second) || second.singular ||
+                        (!second.trustworthy && second.status != kOptimalUnscaledInfeasible);
+    const bool better =
+        second.trustworthy || second.worst(settings_.simplex) < judged.worst(settings_.simplex);
+    if (!failed && better) {
+      judged = std::move(second);
+      working_ = std::move(unscaled);
+    }
+    if (judged.trustworthy || !failed) return;
+  }
+  // The scaled state is untouched: the third pass goes on from it.
+  log_.new_phase(iterations_);
+  SimplexSettings tight = settings_.simplex;
+  const double share = kTighteningMargin / judged.worst(settings_.simplex);
+  tight.feasibility_tolerance = std::max(kLeastTolerance, tight.feasibility_tolerance * share);
+  tight.optimality_tolerance = std::max(kLeastTolerance, tight.optimality_tolerance * share);
+  Judged third = attempt(*working_, method, tight, settings_.simplex.iteration_limit);
+  if (third.trustworthy ||
+      (!third.singular && third.worst(settings_.simplex) < judged.worst(settings_.simplex))) {
+    judged = std::move(third);
+  }
+}
+
+void Driver::recover(Judged& judged) {
+  const int limit = settings_.simplex.iteration_limit;
+  SimplexSettings careful = settings_.simplex;
+  careful.markowitz_threshold = std::max(careful.markowitz_threshold, kCarefulThreshold);
+  log_.new_phase(iterations_);
+  if (judged.singular) working_->start_afresh();
+  Judged next = attempt(*working_, other(method_), careful, limit);
+  if (next.trustworthy) {
+    judged = std::move(next);
+    return;
+  }
+  log_.new_phase(iterations_);
+  Owned<WorkingLp> unscaled = unscaled_copy();
+  Judged last = attempt(*unscaled, method_, careful, limit);
+  working_ = std::move(unscaled);
+  judged = std::move(last);
+}
+
+LpAnswer Driver::run() {
+  Judged judged = attempt(*working_, method_, settings_.simplex, settings_.simplex.iteration_limit);
+  if (!judged.trustworthy && judged.status != kOptimalUnscaledInfeasible) recover(judged);
+  if (judged.status == kOptimalUnscaledInfeasible) improve_optimum(judged);
+  LpAnswer answer;
+  answer.status = judged.status;
+  answer.singular = judged.singular;
+  answer.record = std::move(judged.record);
+  answer.basis = std::move(judged.basis);
+  if (!judged.trustworthy && (answer.status == kInfeasible || answer.status == kUnbounded)) {
+    answer.status = kNonOptimal;
+  }
+  answer.record.iterations = iterations_;
+  answer.record.phase_one_iterations = phase_one_iterations_;
+  return answer;
+}
+
+}  // namespace
+
+void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                        const DriverSettings& settings, const CallContext& context) {
+  if (working != nullptr && working->fits(model, settings.scaling)) {
+    working->refresh(model);
+    if (!settings.use_basis || !start.present) working->start_afresh();
+  } else {
+    working.reset();
+    working = make_owned<WorkingLp>(model, settings.scaling, context.sink);
+  }
+  if (settings.use_basis && start.present) working->start_from(start, model);
+}
+
+LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                  LpMethod method, const DriverSettings& settings, const CallContext& context) {
+  LpAnswer answer;
+  if (solve_trivial_lp(model, settings.simplex.feasibility_tolerance, answer)) {
+    working.reset();
+  } else {
+    prepare_working_lp(model, working, start, settings, context);
+    answer = Driver(model, working, method, settings, context).run();
+  }
+  answer.record.method = method == LpMethod::primal ? kMethodPrimal : kMethodDual;
+  return answer;
+}
+
+int find_primal_infeasibility(WorkingLp& working, const SimplexSettings& settings) {
+  if (!working.compute_basic_solution(settings)) return -2;
+  const LpProblem& lp = working.lp();
+  const Vector<double>& values = working.simplex().values();
+  for (int v = 0; v < lp.num_vars(); ++v) {
+    if (values[v] < lp.lower[v] - settings.feasibility_tolerance ||
+        values[v] > lp.upper[v] + settings.feasibility_tolerance) {
+      return v;
+    }
+  }
+  return -1;
+}
+
+}  // namespace kelvo

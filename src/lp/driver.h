@@ -1,0 +1,54 @@
+// The driver of the simplex methods: from a model to an answer in the model's own terms.
+//
+// A run scales the model into a working LP, starts from the basis it is given, solves, and checks
+// what came out on the unscaled model. An answer that does not pass is improved before anything is
+// reported:
+//
+//  - An optimum of the scaled LP that violates the tolerances on the model is taken up by a second
+//    pass on the unscaled LP from the final basis, with few iterations allowed when the basis is
+//    ill-conditioned. When that pass is stopped, the state after the first one is restored and a
+//    third pass runs on the scaled LP with tolerances tightened by what was missing.
+//  - A proof of infeasibility or a direction of unboundedness that does not hold on the model, a
+//    singular basis and numerical trouble are answered by the other simplex method, then by the
+//    unscaled LP from the slack basis.
+//
+// Only what has passed its check is called optimal, infeasible or unbounded.
+#pragma once
+
+#include "lp/working_lp.h"
+
+namespace kelvo {
+
+struct DriverSettings {
+  SimplexSettings
+      simplex;  // `scaled`, `sense` and iteration limits of passes are set by the driver
+  ScalingMethod scaling = ScalingMethod::equilibrate;
+  bool use_basis = true;       // start from the stored basis and from the state kept
+  bool restart_passes = true;  // improve an optimum that violates the unscaled model
+};
+
+enum class LpMethod { primal, dual };
+
+/// What a run leaves: the solution status (SolutionStatus), the record and the final basis.
+struct LpAnswer {
+  int status = kNoSolution;
+  bool singular = false;  // no basis could be factored, not even after a fresh start
+  SolutionRecord record;
+  StoredBasis basis;
+};
+
+/// Solves the linear part of a model. `working` holds the working LP of an earlier call or null; it
+/// is replaced when it does not fit. Should memory run out (std::bad_alloc), reset `working`: its
+/// state need not agree with any answer.
+LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                  LpMethod method, const DriverSettings& settings, const CallContext& context);
+
+/// Makes `working` the working LP of the model, at the start basis that the settings ask for.
+void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                        const DriverSettings& settings, const CallContext& context);
+
+/// The first variable (LpProblem numbering) that violates its bounds in the basic solution of the
+/// working LP; -1 when there is none, -2 when the basis is singular.
+int find_primal_infeasibility(WorkingLp& working, const SimplexSettings& settings);
+
+}  // namespace kelvo

@@ -1,0 +1,28 @@
+// What the driver says in the log.
+#pragma once
+
+#include "base/clock.h"
+#include "base/messages.h"
+
+namespace kelvo {
+
+class DriverLog {
+ public:
+  /// Silent when `display` is 0.
+  DriverLog(MessageSink& sink, int display)
+      : sink_(sink), display_(display), start_(wall_seconds()) {}
+
+  /// A new phase begins after this many iterations.
+  void new_phase(int iterations) {
+    if (display_ == 0) return;
+    sink_.print(Channel::log, "Elapsed time = %7.2f sec. (%d iterations).\n",
+                wall_seconds() - start_, iterations);
+  }
+
+ private:
+  MessageSink& sink_;
+  const int display_;
+  const double start_;
+};
+
+}  // namespace kelvo

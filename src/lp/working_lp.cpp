@@ -1,0 +1,97 @@
+#include "lp/working_lp.h"
+
+#include "lp/simplex/simplex_state.h"
+
+namespace kelvo {
+
+WorkingLp::Session::Session(WorkingLp& working, const CallContext& context) : working_(working) {
+  working_.sink_.target = &context.sink;
+  working_.stop_.target = &context.stop;
+  working_.hook_.target = context.hook;
+}
+
+WorkingLp::Session::~Session() {
+  working_.sink_.target = nullptr;
+  working_.stop_.target = nullptr;
+  working_.hook_.target = nullptr;
+}
+
+WorkingLp::WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink)
+    : requested_(method), lp_(make_lp_problem(model)) {
+  close_crossed_bounds(lp_);
+  scale_problem(lp_, method, scaling_, sink);
+  make_simplex();
+}
+
+void WorkingLp::make_simplex() {
+  simplex_.reset();
+  simplex_ = make_owned<Simplex>(lp_, sink_, stop_, &hook_);
+  simplex_->set_slack_basis();
+}
+
+bool WorkingLp::fits(const Model& model, ScalingMethod method) const {
+  return method == requested_ && has_matrix_of(lp_, scaling_, model);
+}
+
+void WorkingLp::refresh(const Model& model) {
+  const LpChanges changes = refresh_costs_and_bounds(lp_, scaling_, model);
+  close_crossed_bounds(lp_);
+  if (changes.bounds) simplex_->bounds_changed();
+  if (changes.costs) simplex_->costs_changed();
+}
+
+void WorkingLp::start_afresh() {
+  make_simplex();
+}
+
+void WorkingLp::start_from(const StoredBasis& basis, const Model& model) {
+  Vector<int> status;
+  stored_to_lp_status(basis, model, status);
+  if (status != simplex_->status()) simplex_->set_basis(status);
+}
+
+bool WorkingLp::compute_basic_solution(const SimplexSettings& settings) {
+  SimplexState& state = simplex_->state();
+  state.begin_run(settings);
+  if (state.refactorize() == Refactored::singular) return false;
+  state.store_results();
+  return true;
+}
+
+void WorkingLp::unscaled_x(Vector<double>& x) const {
+  const Vector<double>& values = simplex_->values();
+  x.resize(lp_.num_cols);
+  for (int j = 0; j < lp_.num_cols; ++j) {
+    x[j] = values[j] / scaling_.variable_factor(j, lp_.num_cols);
+  }
+}
+
+void WorkingLp::unscaled_pi(const Model& model, Vector<double>& pi) const {
+  const Vector<double>& duals = simplex_->row_duals();
+  const Vector<int>& status = simplex_->status();
+  pi.resize(lp_.num_rows);
+  for (int i = 0; i < lp_.num_rows; ++i) {
+    // The dual of a row whose logical is basic is zero, whatever rounding left there.
+    const bool zero = status[lp_.num_cols + i] == kBasic;
+    pi[i] = zero ? 0.0 : model.sense * duals[i] / scaling_.row_factor(i) + 0.0;
+  }
+}
+
+void WorkingLp::unscaled_farkas(Vector<double>& y) const {
+  const Vector<double>& multipliers = simplex_->farkas_dual();
+  y.resize(multipliers.size());
+  for (std::size_t i = 0; i < y.size(); ++i) {
+    y[i] = multipliers[i] / scaling_.row_factor(static_cast<int>(i));
+  }
+}
+
+void WorkingLp::unscaled_ray(Vector<double>& ray) const {
+  const Vector<double>& direction = simplex_->primal_ray();
+  ray.assign(lp_.num_cols, 0.0);
+  if (static_cast<int>(direction.size()) < lp_.num_cols) return;
+  for (int j = 0; j < lp_.num_cols; ++j) {
+    ray[j] = direction[j] / scaling_.variable_factor(j, lp_.num_cols);
+  }
+}
+
+}  // namespace kelvo

@@ -1,0 +1,106 @@
+// The working LP of a problem: the scaled copy of its linear part with the simplex that runs on it.
+//
+// It is kept between calls, so that a call after a change of bounds, right-hand sides or costs
+// continues with the factor and the pricing weights of the last one. Whether it still fits the
+// model is not a matter of trust: prepare() compares the numbers themselves, which costs no more
+// than the check of the answer that ends every call.
+//
+// The message sink, the stop check and the hook belong to a call, the working LP outlives it;
+// attach() connects the two for the life of a WorkingLp::Session.
+#pragma once
+
+#include "lp/model_to_lp.h"
+#include "lp/scaling.h"
+#include "lp/simplex/simplex.h"
+
+namespace kelvo {
+
+/// What a call lends to the engines.
+struct CallContext {
+  MessageSink& sink;
+  StopCheck& stop;
+  IterationHook* hook = nullptr;  // may be null
+};
+
+class WorkingLp {
+ public:
+  /// Copies and scales the model and starts with the slack basis.
+  WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink);
+  WorkingLp(const WorkingLp&) = delete;
+  WorkingLp& operator=(const WorkingLp&) = delete;
+
+  /// Connects the engines to a call.
+  class Session {
+   public:
+    Session(WorkingLp& working, const CallContext& context);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+   private:
+    WorkingLp& working_;
+  };
+
+  /// True when the matrix of the model and the scaling asked for are those of this object.
+  bool fits(const Model& model, ScalingMethod method) const;
+  /// Takes over costs and bounds of a model that it fits.
+  void refresh(const Model& model);
+  /// Forgets basis, factor and weights: the slack basis again.
+  void start_afresh();
+  /// Starts from a stored basis, unless that is the basis in force already.
+  void start_from(const StoredBasis& basis, const Model& model);
+  /// Factors the basis in force and computes its values without iterating; false when the basis is
+  /// singular.
+  bool compute_basic_solution(const SimplexSettings& settings);
+
+  const LpProblem& lp() const { return lp_; }
+  const Scaling& scaling() const { return scaling_; }
+  Simplex& simplex() { return *simplex_; }
+  const Simplex& simplex() const { return *simplex_; }
+  /// The scaling that was asked for; kept when the LP has been replaced by an unscaled one.
+  void set_requested_scaling(ScalingMethod method) { requested_ = method; }
+
+  /// Primal values [num_cols] of the last run in the model's units.
+  void unscaled_x(Vector<double>& x) const;
+  /// Duals [num_rows] in the model's units and its objective's sense.
+  void unscaled_pi(const Model& model, Vector<double>& pi) const;
+  /// A multiplier vector [num_rows] or a direction (structural part) in the model's units.
+  void unscaled_farkas(Vector<double>& y) const;
+  void unscaled_ray(Vector<double>& ray) const;
+
+ private:
+  class SinkRelay final : public MessageSink {
+   public:
+    void send(Channel channel, const char* text) override {
+      if (target != nullptr) target->send(channel, text);
+    }
+    void flush(Channel channel) override {
+      if (target != nullptr) target->flush(channel);
+    }
+    MessageSink* target = nullptr;
+  };
+  class StopRelay final : public StopCheck {
+   public:
+    int check() override { return target == nullptr ? 0 : target->check(); }
+    StopCheck* target = nullptr;
+  };
+  class HookRelay final : public IterationHook {
+   public:
+    int before_iteration(bool dual, bool phase_one) override {
+      return target == nullptr ? 0 : target->before_iteration(dual, phase_one);
+    }
+    IterationHook* target = nullptr;
+  };
+
+  void make_simplex();
+
+  ScalingMethod requested_;
+  LpProblem lp_;
+  Scaling scaling_;
+  SinkRelay sink_;
+  StopRelay stop_;
+  HookRelay hook_;
+  Owned<Simplex> simplex_;  // over lp_
+};
+
+}  // namespace kelvo
