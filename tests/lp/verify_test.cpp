@@ -36,13 +36,13 @@ TEST(Verify, MeasuresWhatIsWrong) {
   SolutionRecord record;
   record.x = {3.5, 1};
   record.pi = {2, 0};
-  EXPECT_NEAR(complete_and_measure(model, kTextbookStatus, record).primal, 0.5, 1e-15);
+  EXPECT_NEAR(complete_and_measure(model, kTextbookStatus, record).primal, 0.5, 1e-12);
   record.x = {3, -0.25};
-  EXPECT_NEAR(complete_and_measure(model, kTextbookStatus, record).primal, 0.25, 1e-15);
+  EXPECT_NEAR(complete_and_measure(model, kTextbookStatus, record).primal, 0.25, 1e-12);
 
   record.x = {3, 1};
   record.pi = {2.5, 0};  // the basic column's reduced cost is -0.5
-  EXPECT_NEAR(complete_and_measure(model, kTextbookStatus, record).dual, 0.5, 1e-15);
+  EXPECT_NEAR(complete_and_measure(model, kTextbookStatus, record).dual, 0.5, 1e-12);
   record.pi = {4, 0};  // x at its upper bound has reduced cost -1
   EXPECT_GE(complete_and_measure(model, kTextbookStatus, record).dual, 1.0);
   // A dual of the wrong sign: the slack of a '<=' row of a maximization needs pi >= 0.
