@@ -168,7 +168,273 @@ KLV_API void* KLVmemcpy(void* to, const void* from, size_t size);
 
 /* ---- Parameters -------------------------------------------------------------------------- */
 
+/* clang-format off */
+/* Numbers of the parameters: general */
+#define KLV_PARAM_ADVIND             1001
+#define KLV_PARAM_AGGFILL            1002
+#define KLV_PARAM_AGGIND             1003
+#define KLV_PARAM_CFILEMUL           1005
+#define KLV_PARAM_CLOCKTYPE          1006
+#define KLV_PARAM_CRAIND             1007
+#define KLV_PARAM_DEPIND             1008
+#define KLV_PARAM_DPRIIND            1009
+#define KLV_PARAM_PRICELIM           1010
+#define KLV_PARAM_EPMRK              1013
+#define KLV_PARAM_EPOPT              1014
+#define KLV_PARAM_EPPER              1015
+#define KLV_PARAM_EPRHS              1016
+#define KLV_PARAM_SIMDISPLAY         1019
+#define KLV_PARAM_ITLIM              1020
+#define KLV_PARAM_ROWREADLIM         1021
+#define KLV_PARAM_NETFIND            1022
+#define KLV_PARAM_COLREADLIM         1023
+#define KLV_PARAM_NZREADLIM          1024
+#define KLV_PARAM_OBJLLIM            1025
+#define KLV_PARAM_OBJULIM            1026
+#define KLV_PARAM_PERIND             1027
+#define KLV_PARAM_PERLIM             1028
+#define KLV_PARAM_PPRIIND            1029
+#define KLV_PARAM_PREIND             1030
+#define KLV_PARAM_REINV              1031
+#define KLV_PARAM_RFILEMUL           1033
+#define KLV_PARAM_SCAIND             1034
+#define KLV_PARAM_SCRIND             1035
+#define KLV_PARAM_SINGLIM            1037
+#define KLV_PARAM_SINGTOL            1038
+#define KLV_PARAM_TILIM              1039
+#define KLV_PARAM_PREDUAL            1044
+#define KLV_PARAM_PREPASS            1052
+#define KLV_PARAM_DATACHECK          1056
+#define KLV_PARAM_REDUCE             1057
+#define KLV_PARAM_PRELINEAR          1058
+#define KLV_PARAM_LPMETHOD           1062
+#define KLV_PARAM_QPMETHOD           1063
+#define KLV_PARAM_WORKDIR            1064
+#define KLV_PARAM_WORKMEM            1065
+#define KLV_PARAM_THREADS            1067
+#define KLV_PARAM_CONFLICTDISPLAY    1074
+#define KLV_PARAM_SIFTDISPLAY        1076
+#define KLV_PARAM_SIFTALG            1077
+#define KLV_PARAM_SIFTITLIM          1078
+#define KLV_PARAM_MPSLONGNUM         1081
+#define KLV_PARAM_MEMORYEMPHASIS     1082
+#define KLV_PARAM_NUMERICALEMPHASIS  1083
+#define KLV_PARAM_FEASOPTMODE        1084
+#define KLV_PARAM_PARALLELMODE       1109
+#define KLV_PARAM_TUNINGMEASURE      1110
+#define KLV_PARAM_TUNINGREPEAT       1111
+#define KLV_PARAM_TUNINGTILIM        1112
+#define KLV_PARAM_TUNINGDISPLAY      1113
+#define KLV_PARAM_WRITELEVEL         1114
+#define KLV_PARAM_PERFVAR_RUNS       1121
+#define KLV_PARAM_PERFVAR_DISPLAY    1122
+#define KLV_PARAM_PERFVAR_MEASURE    1123
+
+/* Mixed-integer optimizer */
+#define KLV_PARAM_BRDIR              2001
+#define KLV_PARAM_BTTOL              2002
+#define KLV_PARAM_CLIQUES            2003
+#define KLV_PARAM_COEREDIND          2004
+#define KLV_PARAM_COVERS             2005
+#define KLV_PARAM_CUTLO              2006
+#define KLV_PARAM_CUTUP              2007
+#define KLV_PARAM_EPAGAP             2008
+#define KLV_PARAM_EPGAP              2009
+#define KLV_PARAM_EPINT              2010
+#define KLV_PARAM_MIPDISPLAY         2012
+#define KLV_PARAM_MIPINTERVAL        2013
+#define KLV_PARAM_INTSOLLIM          2015
+#define KLV_PARAM_NODEFILEIND        2016
+#define KLV_PARAM_NODELIM            2017
+#define KLV_PARAM_NODESEL            2018
+#define KLV_PARAM_OBJDIF             2019
+#define KLV_PARAM_MIPORDIND          2020
+#define KLV_PARAM_RELOBJDIF          2022
+#define KLV_PARAM_STARTALG           2025
+#define KLV_PARAM_SUBALG             2026
+#define KLV_PARAM_TRELIM             2027
+#define KLV_PARAM_VARSEL             2028
+#define KLV_PARAM_BNDSTRENIND        2029
+#define KLV_PARAM_HEURFREQ           2031
+#define KLV_PARAM_MIPORDTYPE         2032
+#define KLV_PARAM_CUTSFACTOR         2033
+#define KLV_PARAM_RELAXPREIND        2034
+#define KLV_PARAM_PRESLVND           2037
+#define KLV_PARAM_BBINTERVAL         2039
+#define KLV_PARAM_FLOWCOVERS         2040
+#define KLV_PARAM_IMPLBD             2041
+#define KLV_PARAM_PROBE              2042
+#define KLV_PARAM_GUBCOVERS          2044
+#define KLV_PARAM_STRONGCANDLIM      2045
+#define KLV_PARAM_STRONGITLIM        2046
+#define KLV_PARAM_FRACCAND           2048
+#define KLV_PARAM_FRACCUTS           2049
+#define KLV_PARAM_FRACPASS           2050
+#define KLV_PARAM_FLOWPATHS          2051
+#define KLV_PARAM_MIRCUTS            2052
+#define KLV_PARAM_DISJCUTS           2053
+#define KLV_PARAM_AGGCUTLIM          2054
+#define KLV_PARAM_MIPCBREDLP         2055
+#define KLV_PARAM_CUTPASS            2056
+#define KLV_PARAM_MIPEMPHASIS        2058
+#define KLV_PARAM_SYMMETRY           2059
+#define KLV_PARAM_DIVETYPE           2060
+#define KLV_PARAM_RINSHEUR           2061
+#define KLV_PARAM_SUBMIPNODELIM      2062
+#define KLV_PARAM_LBHEUR             2063
+#define KLV_PARAM_REPEATPRESOLVE     2064
+#define KLV_PARAM_PROBETIME          2065
+#define KLV_PARAM_POLISHTIME         2066
+#define KLV_PARAM_REPAIRTRIES        2067
+#define KLV_PARAM_EPRELAX            2073
+#define KLV_PARAM_FPHEUR             2098
+#define KLV_PARAM_EACHCUTLIM         2102
+#define KLV_PARAM_SOLNPOOLCAPACITY   2103
+#define KLV_PARAM_SOLNPOOLREPLACE    2104
+#define KLV_PARAM_SOLNPOOLGAP        2105
+#define KLV_PARAM_SOLNPOOLAGAP       2106
+#define KLV_PARAM_SOLNPOOLINTENSITY  2107
+#define KLV_PARAM_POPULATELIM        2108
+#define KLV_PARAM_MIPSEARCH          2109
+#define KLV_PARAM_MIQCPSTRAT         2110
+#define KLV_PARAM_ZEROHALFCUTS       2111
+#define KLV_PARAM_POLISHAFTEREPAGAP  2126
+#define KLV_PARAM_POLISHAFTEREPGAP   2127
+#define KLV_PARAM_POLISHAFTERNODE    2128
+#define KLV_PARAM_POLISHAFTERINTSOL  2129
+#define KLV_PARAM_POLISHAFTERTIME    2130
+#define KLV_PARAM_MCFCUTS            2134
+
+/* Barrier optimizer */
+#define KLV_PARAM_BAREPCOMP          3002
+#define KLV_PARAM_BARGROWTH          3003
+#define KLV_PARAM_BAROBJRNG          3004
+#define KLV_PARAM_BARALG             3007
+#define KLV_PARAM_BARCOLNZ           3009
+#define KLV_PARAM_BARDISPLAY         3010
+#define KLV_PARAM_BARITLIM           3012
+#define KLV_PARAM_BARMAXCOR          3013
+#define KLV_PARAM_BARORDER           3014
+#define KLV_PARAM_BARSTARTALG        3017
+#define KLV_PARAM_BARCROSSALG        3018
+#define KLV_PARAM_BARQCPEPCOMP       3020
+
+/* Quadratic programs */
+#define KLV_PARAM_QPNZREADLIM        4001
+#define KLV_PARAM_QPMAKEPSDIND       4010
+
+/* Network optimizer */
+#define KLV_PARAM_NETITLIM           5001
+#define KLV_PARAM_NETEPOPT           5002
+#define KLV_PARAM_NETEPRHS           5003
+#define KLV_PARAM_NETPPRIIND         5004
+#define KLV_PARAM_NETDISPLAY         5005
+/* clang-format on */
+
+/* Kinds of parameters, see KLVgetparamtype. */
+#define KLV_PARAMTYPE_NONE 0
+#define KLV_PARAMTYPE_INT 1
+#define KLV_PARAMTYPE_DOUBLE 2
+#define KLV_PARAMTYPE_STRING 3
+
+/* Sets an integer parameter. 1013 when the number is not that of an integer parameter, 1014 or
+ * 1015 when the value is below or above the bounds, 1807 when it conflicts with the polishing
+ * parameters; the parameter keeps its value then. */
+KLV_API int KLVsetintparam(KLVenv env, int number, int value);
+
+/* Sets a double parameter; errors as for KLVsetintparam. A NaN passes the bounds. */
+KLV_API int KLVsetdblparam(KLVenv env, int number, double value);
+
+/* Sets a string parameter to a copy of a text of at most 511 characters. 1013, 1004. */
+KLV_API int KLVsetstrparam(KLVenv env, int number, const char* value);
+
+/* Stores the value of an integer parameter. 1013, 1004. */
+KLV_API int KLVgetintparam(KLVenv env, int number, int* value_p);
+
+/* Stores the value of a double parameter. 1013, 1004. */
+KLV_API int KLVgetdblparam(KLVenv env, int number, double* value_p);
+
+/* Copies the value of a string parameter into a buffer of at least 512 characters. 1013, 1004. */
+KLV_API int KLVgetstrparam(KLVenv env, int number, char* value);
+
+/* Stores default and bounds of an integer parameter through those pointers that are not null. */
+KLV_API int KLVinfointparam(KLVenv env, int number, int* default_p, int* min_p, int* max_p);
+
+/* Stores default and bounds of a double parameter through those pointers that are not null. Equal
+ * bounds mean that no bounds apply. */
+KLV_API int KLVinfodblparam(KLVenv env, int number, double* default_p, double* min_p,
+                            double* max_p);
+
+/* Copies the default of a string parameter into a buffer of at least 512 characters (or null). */
+KLV_API int KLVinfostrparam(KLVenv env, int number, char* default_value);
+
+/* Copies the name of a parameter into a buffer of at least 512 characters; the empty text for a
+ * hidden parameter and for a number in the range of a group that no parameter has. 1013 outside
+ * every group. */
+KLV_API int KLVgetparamname(KLVenv env, int number, char* name);
+
+/* Stores the number of the public parameter with a name (case counts). 1028, and -1 is stored, for
+ * an unknown name. */
+KLV_API int KLVgetparamnum(KLVenv env, const char* name, int* number_p);
+
+/* Stores the kind of a parameter, KLV_PARAMTYPE_NONE for a number in the range of a group that no
+ * parameter has. 1013 outside every group. */
+KLV_API int KLVgetparamtype(KLVenv env, int number, int* type_p);
+
+/* Sets every parameter, the hidden ones included, to its default; screen output goes off. */
+KLV_API int KLVsetdefaults(KLVenv env);
+
+/* Lists the public parameters whose value differs from the default, in ascending order: the first
+ * `space` numbers go to numbers, *count_p receives how many that are, and *surplus_p receives
+ * `space` minus the number of changed parameters. 1207 when the surplus is negative; with space 0
+ * that is not printed. */
+KLV_API int KLVgetchgparam(KLVenv env, int* count_p, int* numbers, int space, int* surplus_p);
+
 /* ---- Callbacks and termination ----------------------------------------------------------- */
+
+/* A callback: the environment to use inside it, the optimizer's own data for the query functions, a
+ * code that says from where it is called, and the handle it was stored with. What a result other
+ * than 0 means is said with each optimizer; most stop. */
+typedef int (*KLVcallback)(KLVenv env, void* cbdata, int wherefrom, void* cbhandle);
+
+/* Stores the function that is called by the continuous optimizers;
+ * null removes it. */
+KLV_API int KLVsetlpcallbackfunc(KLVenv env, KLVcallback function, void* cbhandle);
+
+/* Stores the pair set with KLVsetlpcallbackfunc through those pointers that are not null. */
+KLV_API int KLVgetlpcallbackfunc(KLVenv env, KLVcallback* function_p, void** cbhandle_p);
+
+/* Stores the function that is called by the network optimizer;
+ * null removes it. */
+KLV_API int KLVsetnetcallbackfunc(KLVenv env, KLVcallback function, void* cbhandle);
+
+/* Stores the pair set with KLVsetnetcallbackfunc through those pointers that are not null. */
+KLV_API int KLVgetnetcallbackfunc(KLVenv env, KLVcallback* function_p, void** cbhandle_p);
+
+/* Stores the function that is called by the tuning tool;
+ * null removes it. */
+KLV_API int KLVsettuningcallbackfunc(KLVenv env, KLVcallback function, void* cbhandle);
+
+/* Stores the pair set with KLVsettuningcallbackfunc through those pointers that are not null. */
+KLV_API int KLVgettuningcallbackfunc(KLVenv env, KLVcallback* function_p, void** cbhandle_p);
+
+/* Stores the function that is called by the MIP optimizer and may only ask for information;
+ * null removes it. */
+KLV_API int KLVsetinfocallbackfunc(KLVenv env, KLVcallback function, void* cbhandle);
+
+/* Stores the pair set with KLVsetinfocallbackfunc through those pointers that are not null. */
+KLV_API int KLVgetinfocallbackfunc(KLVenv env, KLVcallback* function_p, void** cbhandle_p);
+
+/* Stores the function that is called by the MIP optimizer;
+ * null removes it. */
+KLV_API int KLVsetmipcallbackfunc(KLVenv env, KLVcallback function, void* cbhandle);
+
+/* Stores the pair set with KLVsetmipcallbackfunc through those pointers that are not null. */
+KLV_API int KLVgetmipcallbackfunc(KLVenv env, KLVcallback* function_p, void** cbhandle_p);
+
+/* Names an int of the caller that stops the optimizers as soon as it is not 0; another thread may
+ * set it at any time. Null removes it. */
+KLV_API int KLVsetterminate(KLVenv env, volatile int* terminate);
 
 /* ---- Problem objects: creation and modification ------------------------------------------ */
 

@@ -390,6 +390,11 @@ int param_row(int number) noexcept {
   return kRowOfNumber[number - kLowestNumber];
 }
 
+int param_row(int number, ParamKind kind) noexcept {
+  const int row = param_row(number);
+  return row >= 0 && kParamTable[row].kind == kind ? row : -1;
+}
+
 int param_row_by_name(const char* name) noexcept {
   int row = kNameIndex.first[name_hash(name) % kNumPublicParams];
   while (row >= 0 && std::strcmp(kParamTable[row].name, name) != 0) row = kNameIndex.next[row];

@@ -44,6 +44,9 @@ std::span<const ParamRow, kNumParams> param_table() noexcept;
 /// Position in the table of the parameter with this number, -1 when there is none.
 int param_row(int number) noexcept;
 
+/// The same for a parameter of the given kind only.
+int param_row(int number, ParamKind kind) noexcept;
+
 /// Position in the table of the public parameter with this name (case counts), or -1.
 int param_row_by_name(const char* name) noexcept;
 

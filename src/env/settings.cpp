@@ -14,11 +14,6 @@ namespace {
 constexpr int kPolishCountInUse = kCountLimit / 10;
 constexpr double kPolishTimeInUse = 1e74;
 
-int row_of_kind(int number, ParamKind kind) {
-  const int row = param_row(number);
-  return row >= 0 && param_table()[row].kind == kind ? row : -1;
-}
-
 }  // namespace
 
 Settings::Settings(int processors) : processors_(std::max(processors, 1)) {
@@ -47,7 +42,7 @@ void Settings::reset_parameters() {
 }
 
 Status Settings::check_int(int number, int value) const {
-  const int row = row_of_kind(number, ParamKind::integer);
+  const int row = param_row(number, ParamKind::integer);
   if (row < 0) return Status::failure(error::kBadParameterNumber);
   const ParamRow& param = param_table()[row];
   if (value < param.int_min) return Status::failure(error::kParameterTooSmall);
@@ -59,7 +54,7 @@ Status Settings::check_int(int number, int value) const {
 }
 
 Status Settings::check_double(int number, double value) const {
-  const int row = row_of_kind(number, ParamKind::real);
+  const int row = param_row(number, ParamKind::real);
   if (row < 0) return Status::failure(error::kBadParameterNumber);
   const ParamRow& param = param_table()[row];
   // The conflict is the stronger complaint; comparisons with a NaN are false, so a NaN passes.
@@ -88,7 +83,7 @@ Status Settings::set_double(int number, double value) {
 }
 
 Status Settings::set_text(int number, const char* value) {
-  const int row = row_of_kind(number, ParamKind::text);
+  const int row = param_row(number, ParamKind::text);
   if (row < 0) return Status::failure(error::kBadParameterNumber);
   char* const text = texts_[values_[row].integer];
   const std::size_t length = strnlen(value, kParamTextSize - 1);
