@@ -3,6 +3,7 @@
 .DEFAULT_GOAL := help
 .PHONY: help packages build run test test-long bench asan tsan format format-check check tidy install clean
 
+JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
 KELVO := build/release/tools/kelvo
 
@@ -28,10 +29,10 @@ run: build
 	$(KELVO) examples/models/diet.lp --values /dev/stdout
 
 test: build
-	ctest --preset release --label-exclude long
+	ctest --preset release --label-exclude long -j$(JOBS)
 
 test-long: build
-	ctest --preset release --label-regex long
+	ctest --preset release --label-regex long -j$(JOBS)
 
 bench: build
 	bench/instances.py --kelvo $(KELVO)
@@ -39,7 +40,7 @@ bench: build
 asan tsan: packages
 	cmake --preset $@
 	cmake --build --preset $@
-	ctest --preset $@ --label-exclude 'long|install'
+	ctest --preset $@ -j$(JOBS) --label-exclude 'long|install'
 
 format:
 	scripts/format.sh
