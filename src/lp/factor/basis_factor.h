@@ -71,6 +71,10 @@ class BasisFactor {
   /// made in `header`. Throws std::bad_alloc only after the retries with smaller files failed.
   FactorOutcome factorize(Vector<int>& header, bool allow_repair, Vector<BasisRepair>& repairs);
 
+  // All solves take vectors of size m and may exchange their value storage with the object's own:
+  // keep no pointer into `value` across a call. On return the list is exact, or the result so dense
+  // that a plain loop is better and the list is invalid.
+
   /// Solves B x = a in place. `expected_density` of the result (a running average kept by the
   /// caller; 1 when unknown) helps to choose between the sparse and the dense pass. With
   /// `keep_for_update` the partially transformed column is kept for the next update().
@@ -91,6 +95,9 @@ class BasisFactor {
   /// True when a fresh factorization is cheaper than going on (the adaptive rule), or the update
   /// limit is reached.
   bool should_refactor() const;
+  /// Counts work of the caller's iteration (nonzeros touched outside the factor), so that the
+  /// adaptive rule weighs a factorization against whole iterations.
+  void add_work(double work);
 
   double markowitz_threshold() const;
   /// Raises the threshold: to 0.1 below that, else by 0.1, at most 0.99999.

@@ -1,0 +1,102 @@
+// The stored factors of a basis matrix and their invariants.
+//
+// Every pivot is a pair (row i, position p). All factors live in "row space": a pivot is named by
+// its row, so that column p of U is called i = row_of_position[p], and both L and U are square
+// matrices over 0..m-1. With Q the permutation that renames positions,
+//
+//     B Q = L R_1^{-1} ... R_k^{-1} U
+//
+// L     unit lower triangular in the order of the factorization; kept by columns and by rows.
+// R_u   the row eta of update u: row `target` -= sum of value * row index (Forrest and Tomlin
+// 1972). U     upper triangular in the order of `sequence`, its diagonal apart; kept by columns and
+// by
+//       rows, both changed by every update. An update moves its pivot to the end of the sequence
+//       and leaves a gap (-1) where it stood; names never change.
+//
+// Solves with few nonzeros find what they can reach by a depth-first search, hence both
+// orientations of each factor (Gilbert and Peierls 1988).
+#pragma once
+
+#include "base/containers.h"
+
+namespace kelvo {
+
+/// The entries begin..end-1 of a file.
+struct Span {
+  int begin = 0;
+  int end = 0;
+  int size() const { return end - begin; }
+};
+
+/// No file grows beyond this many entries, so that 32-bit positions suffice.
+inline constexpr int kMaxFileEntries = 524999998;
+
+/// A file that runs short grows to this times its capacity, or to what is needed.
+inline constexpr double kFileGrowth = 1.3;
+
+/// Entries of sparse lines, one line after the other; the lines themselves are Spans kept apart.
+struct EntryFile {
+  Vector<int> index;     // [capacity]
+  Vector<double> value;  // [capacity]
+  int used = 0;          // entries in use, garbage of moved or deleted lines included
+
+  int capacity() const { return static_cast<int>(index.size()); }
+  /// Makes room for `entries` entries in all; throws std::bad_alloc, then nothing has changed.
+  void reserve(long entries);
+  /// Makes room for `more` entries behind those in use, growing in steps of kFileGrowth.
+  void make_room(int more) {
+    if (more > capacity() - used) enlarge(more);
+  }
+  void enlarge(int more);
+  /// Gives the memory back.
+  void release();
+};
+
+/// Closes the gaps of a file whose live lines are those of `lines`; order in memory is kept.
+/// `limit` [lines] (may be null) receives the end of each line: no room to grow is left.
+void compress_file(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, Vector<int>& scratch);
+
+struct LuFactors {
+  int m = 0;
+
+  // Pivots. -1 where a row or position has none (only after a failed factorization).
+  Vector<int> row_of_position;   // [m]
+  Vector<int> position_of_row;   // [m]
+  Vector<double> pivot;          // [m] by row: diagonal of U
+  Vector<double> inverse_pivot;  // [m] by row: its reciprocal
+  int num_triangular = 0;        // pivots that were singletons of B (they lead the sequence)
+
+  // L without its unit diagonal.
+  EntryFile l_columns, l_rows;
+  Vector<Span> l_column;    // [m] by row: l_columns entries eliminated by this pivot
+  Vector<Span> l_row;       // [m] by row: l_rows entries
+  Vector<int> l_pivots;     // rows with a non-empty L column, in pivot order
+  Vector<int> l_row_order;  // rows with a non-empty L row, in pivot order
+
+  // U without its diagonal.
+  EntryFile u_columns, u_rows;
+  Vector<Span> u_column;    // [m] by row
+  Vector<Span> u_row;       // [m] by row
+  Vector<int> u_row_limit;  // [m] by row: where the room of the row ends
+  Vector<int> sequence;     // pivots in order, -1 for gaps; the first sequence_size are valid
+  Vector<int> place;        // [m] by row: its index in `sequence`
+  int sequence_size = 0;
+  long u_nonzeros = 0;  // entries of U off the diagonal
+
+  // Row etas of the updates.
+  EntryFile etas;
+  Vector<Span> eta;        // by update
+  Vector<int> eta_target;  // by update
+
+  int num_updates() const { return static_cast<int>(eta.size()); }
+  long l_nonzeros() const { return l_columns.used; }
+
+  /// Sizes the arrays by row for a matrix of m rows and forgets all entries.
+  void reset(int num_rows, int num_positions);
+  /// Gives all memory of the files back.
+  void release_files();
+  /// Makes the sequence dense again when it has no room for one more pivot.
+  void make_room_in_sequence();
+};
+
+}  // namespace kelvo

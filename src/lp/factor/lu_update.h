@@ -1,0 +1,24 @@
+// Forrest-Tomlin update of the factors after one column of the basis was replaced.
+//
+// The column t of U is replaced by the partially transformed entering column ("spike": L and all
+// row etas applied), the pivot t moves to the end of the sequence, and row t is eliminated by the
+// row eta r with r'U = (row t), whose entries then leave U. Published: Forrest and Tomlin, Updated
+// triangular factors of the basis (1972).
+#pragma once
+
+#include "lp/factor/lu_factors.h"
+#include "lp/factor/lu_solve.h"
+
+namespace kelvo {
+
+/// Replaces the column at `position`. `row_eta` holds the multipliers r. `diagonal` is the new
+/// pivot. Throws std::bad_alloc before anything has changed.
+void replace_column(LuFactors& lu, int position, const PackedVector& spike,
+                    const PackedVector& row_eta, double diagonal, Vector<int>& scratch);
+
+/// Makes sure that `more` entries fit behind the used ones of a U file: closes the gaps first,
+/// then enlarges. `limit` as for compress_file().
+void make_room_in_u(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, int more,
+                    Vector<int>& scratch);
+
+}  // namespace kelvo

@@ -1,0 +1,145 @@
+// Random bases and residuals for the tests of the factor.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/containers.h"
+#include "base/random.h"
+#include "base/sparse_matrix.h"
+#include "base/work_vector.h"
+
+namespace kelvo::factor_testing {
+
+struct Shape {
+  int rows;
+  int columns;          // structural columns
+  double per_column;    // mean entries of a column
+  double scale_range;   // entries are multiplied by 10^(+-this), by row and by column
+  bool small_integers;  // entries -3..3 instead of reals
+};
+
+inline double entry(Random& random, const Shape& shape) {
+  if (shape.small_integers) {
+    const int value = 1 + random.below(3);
+    return random.below(2) == 0 ? value : -value;
+  }
+  return (random.below(2) == 0 ? 1.0 : -1.0) * (0.1 + random.uniform());
+}
+
+inline SparseMatrix random_matrix(Random& random, const Shape& shape) {
+  SparseMatrix a;
+  a.num_major = shape.columns;
+  a.num_minor = shape.rows;
+  a.start.assign(shape.columns + 1, 0);
+  Vector<double> row_scale(shape.rows);
+  for (double& s : row_scale) s = std::pow(10.0, shape.scale_range * (2.0 * random.uniform() - 1));
+  Vector<char> used(shape.rows, 0);
+  for (int j = 0; j < shape.columns; ++j) {
+    const double scale = std::pow(10.0, shape.scale_range * (2.0 * random.uniform() - 1));
+    // A skewed count: many short columns, a few long ones.
+    const double u = random.uniform();
+    const int count = std::min(shape.rows, 1 + static_cast<int>(3.0 * shape.per_column * u * u));
+    const int begin = static_cast<int>(a.index.size());
+    for (int k = 0; k < count; ++k) {
+      const int i = random.below(shape.rows);
+      if (used[i]) continue;
+      used[i] = 1;
+      a.index.push_back(i);
+      a.value.push_back(entry(random, shape) * scale * row_scale[i]);
+    }
+    for (int e = begin; e < static_cast<int>(a.index.size()); ++e) used[a.index[e]] = 0;
+    a.start[j + 1] = static_cast<int>(a.index.size());
+  }
+  return a;
+}
+
+/// out += factor * (column of `variable`).
+inline void add_column(const SparseMatrix& a, int variable, double factor, Vector<double>& out) {
+  if (variable >= a.num_major) {
+    out[variable - a.num_major] += factor;
+    return;
+  }
+  for (int e = a.start[variable]; e < a.start[variable + 1]; ++e) {
+    out[a.index[e]] += factor * a.value[e];
+  }
+}
+
+inline double dot_column(const SparseMatrix& a, int variable, const Vector<double>& y) {
+  if (variable >= a.num_major) return y[variable - a.num_major];
+  double sum = 0.0;
+  for (int e = a.start[variable]; e < a.start[variable + 1]; ++e) {
+    sum += a.value[e] * y[a.index[e]];
+  }
+  return sum;
+}
+
+/// max_i |(B x - rhs)_i| / (|B| |x| + |rhs|)_i: the backward error, at rounding level if the solve
+/// is stable.
+inline double ftran_error(const SparseMatrix& a, const Vector<int>& header, const Vector<double>& x,
+                          const Vector<double>& rhs) {
+  Vector<double> residual(rhs.size()), size(rhs.size());
+  double largest = 0.0;
+  for (std::size_t i = 0; i < rhs.size(); ++i) {
+    residual[i] = -rhs[i];
+    size[i] = std::fabs(rhs[i]);
+  }
+  for (std::size_t p = 0; p < header.size(); ++p) {
+    if (x[p] == 0.0) continue;
+    add_column(a, header[p], x[p], residual);
+    if (header[p] >= a.num_major) {
+      size[header[p] - a.num_major] += std::fabs(x[p]);
+    } else {
+      for (int e = a.start[header[p]]; e < a.start[header[p] + 1]; ++e) {
+        size[a.index[e]] += std::fabs(a.value[e] * x[p]);
+      }
+    }
+  }
+  double scale = 0.0;
+  for (double s : size) scale = std::max(scale, s);
+  for (double r : residual) largest = std::max(largest, std::fabs(r));
+  return scale == 0.0 ? 0.0 : largest / scale;
+}
+
+inline double btran_error(const SparseMatrix& a, const Vector<int>& header, const Vector<double>& y,
+                          const Vector<double>& rhs) {
+  double largest = 0.0, scale = 0.0;
+  for (std::size_t p = 0; p < header.size(); ++p) {
+    largest = std::max(largest, std::fabs(dot_column(a, header[p], y) - rhs[p]));
+    double size = std::fabs(rhs[p]);
+    if (header[p] >= a.num_major) {
+      size += std::fabs(y[header[p] - a.num_major]);
+    } else {
+      for (int e = a.start[header[p]]; e < a.start[header[p] + 1]; ++e) {
+        size += std::fabs(a.value[e] * y[a.index[e]]);
+      }
+    }
+    scale = std::max(scale, size);
+  }
+  return scale == 0.0 ? 0.0 : largest / scale;
+}
+
+/// A right-hand side with about `count` entries; the list is exact.
+inline void random_rhs(Random& random, int count, WorkVector& x) {
+  x.clear();
+  for (int k = 0; k < count && x.size() > 0; ++k) {
+    const int i = random.below(x.size());
+    if (x.value[i] == 0.0) x.insert(i, 0.5 + random.uniform());
+  }
+}
+
+/// True when the list, if valid, names exactly the nonzeros once.
+inline bool list_is_exact(const WorkVector& x) {
+  if (x.is_dense()) return true;
+  Vector<char> listed(x.size(), 0);
+  for (int k = 0; k < x.count; ++k) {
+    if (listed[x.index[k]] || std::fabs(x.value[x.index[k]]) <= kDropTolerance) return false;
+    listed[x.index[k]] = 1;
+  }
+  for (int i = 0; i < x.size(); ++i) {
+    if (!listed[i] && x.value[i] != 0.0) return false;
+  }
+  return true;
+}
+
+}  // namespace kelvo::factor_testing
