@@ -110,9 +110,11 @@ TEST(BasisFactor, UpdatesKeepTheFactorRight) {
       }
       const double expected = random.below(2);
       factor.ftran(x, expected, true);
+      double largest = 1e-2;
+      for (double value : x.value) largest = std::max(largest, std::fabs(value));
       int position = -1;
       for (int p = 0; p < m; ++p) {
-        if (std::fabs(x.value[p]) < 1e-2) continue;
+        if (std::fabs(x.value[p]) < 0.1 * largest) continue;
         if (position < 0 || random.below(3) == 0) position = p;
       }
       if (position < 0) continue;
