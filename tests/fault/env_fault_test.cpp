@@ -1,0 +1,103 @@
+// The k-th allocation fails inside functions of the environment.
+#include <gtest/gtest.h>
+#include <kelvo.h>
+
+#include <cstdio>
+
+#include "fault/allocation.h"
+
+namespace {
+
+using kelvo::test::AllocationFaults;
+using kelvo::test::for_each_allocation_failure;
+
+struct OpenEnv {
+  KLVenv env = nullptr;
+  KLVchannel log = nullptr;
+  OpenEnv() {
+    int status = 0;
+    env = KLVopenKELVO(&status);
+    EXPECT_EQ(KLVgetchannels(env, nullptr, nullptr, nullptr, &log), 0);
+  }
+  OpenEnv(const OpenEnv&) = delete;
+  OpenEnv& operator=(const OpenEnv&) = delete;
+  ~OpenEnv() {
+    if (env != nullptr) {
+      EXPECT_EQ(KLVcloseKELVO(&env), 0);
+    }
+  }
+  int get(int number) const {
+    int value = -1;
+    EXPECT_EQ(KLVgetintparam(env, number, &value), 0);
+    return value;
+  }
+};
+
+// Room made for one more destination may stay with a channel.
+const AllocationFaults kMayKeepRoom = {.may_keep_room = true};
+
+TEST(EnvironmentFaults, Open) {
+  struct Handle {
+    KLVenv env = nullptr;
+    ~Handle() {
+      if (env != nullptr) {
+        EXPECT_EQ(KLVcloseKELVO(&env), 0);
+      }
+    }
+  };
+  for_each_allocation_failure([] { return Handle(); },
+                              [](Handle& handle) {
+                                int status = 0;
+                                handle.env = KLVopenKELVO(&status);
+                                EXPECT_EQ(handle.env == nullptr, status != 0);
+                                return status;
+                              },
+                              [](Handle&) {});
+}
+
+TEST(EnvironmentFaults, ChildrenAndChannels) {
+  for_each_allocation_failure([] { return OpenEnv(); },
+                              [](OpenEnv& e) {
+                                int status = 0;
+                                KLVparenv(e.env, &status);
+                                return status;
+                              },
+                              [](OpenEnv& e) { EXPECT_STREQ(KLVversion(e.env), "12.1.0"); });
+  for_each_allocation_failure([] { return OpenEnv(); },
+                              [](OpenEnv& e) { return KLVaddchannel(e.env) ? 0 : 1001; },
+                              [](OpenEnv& e) { EXPECT_NE(KLVaddchannel(e.env), nullptr); });
+}
+
+TEST(EnvironmentFaults, Destinations) {
+  const auto drop = [](void*, const char*) {};
+  for_each_allocation_failure(
+      [] { return OpenEnv(); }, [&](OpenEnv& e) { return KLVaddfuncdest(e.env, e.log, &e, drop); },
+      [&](OpenEnv& e) { EXPECT_EQ(KLVdelfuncdest(e.env, e.log, &e, drop), 1053); });
+  for_each_allocation_failure(
+      [] { return OpenEnv(); }, [](OpenEnv& e) { return KLVaddfpdest(e.env, e.log, stderr); },
+      [](OpenEnv& e) { EXPECT_EQ(KLVdelfpdest(e.env, e.log, stderr), 1052); });
+  for_each_allocation_failure([] { return OpenEnv(); },
+                              [](OpenEnv& e) { return KLVsetlogfile(e.env, stderr); },
+                              [](OpenEnv& e) {
+                                FILE* file = stderr;
+                                EXPECT_EQ(KLVgetlogfile(e.env, &file), 0);
+                                EXPECT_EQ(file, nullptr);
+                                EXPECT_EQ(KLVdelfpdest(e.env, e.log, stderr), 1052);
+                              },
+                              kMayKeepRoom);
+}
+
+TEST(EnvironmentFaults, ScreenOutputIsAllOrNothing) {
+  for_each_allocation_failure([] { return OpenEnv(); },
+                              [](OpenEnv& e) { return KLVsetintparam(e.env, KLV_PARAM_SCRIND, 1); },
+                              [](OpenEnv& e) {
+                                EXPECT_EQ(e.get(KLV_PARAM_SCRIND), 0);
+                                KLVchannel results = nullptr;
+                                EXPECT_EQ(
+                                    KLVgetchannels(e.env, &results, nullptr, nullptr, nullptr), 0);
+                                EXPECT_EQ(KLVdelfpdest(e.env, results, stdout), 1052);
+                              },
+                              kMayKeepRoom);
+}
+
+}  // namespace
