@@ -1,0 +1,177 @@
+#include "lp/simplex/dual_ratio_test.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "lp/simplex/simplex_tolerances.h"
+
+namespace kelvo {
+namespace {
+
+using namespace simplex_tolerance;
+
+// A Harris bound set by an entry this small beside the largest one is not trusted: the candidates
+// are collected again with a filter raised by kFilterRaise.
+constexpr double kWeakBound = 1e-10;
+constexpr double kFilterRaise = 1000.0;
+// A group is worth entering from when its best pivot reaches this share of the largest one, or
+// kGoodPivot.
+constexpr double kGroupPivotShare = 0.1;
+constexpr double kGoodPivot = 1.0;
+// Breakpoints are first narrowed down to those below a bound that grows by this factor.
+constexpr double kReachGrowth = 10.0;
+
+}  // namespace
+
+DualRatioTest::DualRatioTest(SimplexState& state)
+    : state_(state), candidates_(state.num_vars), banned_(state.num_vars, 0) {
+  flips_.reserve(state.num_vars);
+  groups_.reserve(state.num_vars);
+  banned_list_.reserve(state.num_vars);
+}
+
+void DualRatioTest::ban(int variable) {
+  if (banned_[variable]) return;
+  banned_[variable] = 1;
+  banned_list_.push_back(variable);
+}
+
+void DualRatioTest::lift_bans() {
+  for (int j : banned_list_) banned_[j] = 0;
+  banned_list_.clear();
+}
+
+void DualRatioTest::collect(double direction, double filter) {
+  const WorkVector& row = state_.pivot_row;
+  const double* alpha = row.value.data();
+  const double* dual = state_.reduced_cost.data();
+  const signed char* move = state_.move.data();
+  const bool bans = has_bans();
+  Candidate* out = candidates_.data();
+  int count = 0;
+  double largest = 0.0;
+  for (int k = 0; k < row.count; ++k) {
+    const int j = row.index[k];
+    const double a = direction * alpha[j];
+    double rate;
+    double d;
+    if (move[j] == SimplexState::kAnywhere) {
+      rate = std::fabs(a);
+      d = a > 0.0 ? dual[j] : -dual[j];
+      if (d > 0.0) d = 0.0;  // a free variable blocks at once, whichever way its cost leans
+    } else {
+      rate = a * move[j];
+      d = dual[j] * move[j];
+    }
+    if (rate <= filter || (bans && banned_[j])) continue;
+    out[count++] = {j, rate, d};
+    if (rate > largest) largest = rate;
+  }
+  count_ = count;
+  largest_alpha_ = largest;
+}
+
+double DualRatioTest::harris_bound(int begin, int end, double& alpha_at_bound) const {
+  const double delta = state_.settings.optimality_tolerance;
+  double bound = kInf;
+  alpha_at_bound = 0.0;
+  for (int k = begin; k < end; ++k) {
+    const Candidate& c = candidates_[k];
+    const double relaxed = c.dual + delta;
+    if (relaxed < bound * c.alpha) {
+      bound = std::max(0.0, relaxed / c.alpha);
+      alpha_at_bound = c.alpha;
+    }
+  }
+  return bound;
+}
+
+double DualRatioTest::slope_loss(const Candidate& c) const {
+  return c.alpha * (state_.upper[c.variable] - state_.lower[c.variable]);
+}
+
+bool DualRatioTest::better(const Candidate& a, const Candidate& b) const {
+  if (a.alpha != b.alpha) return a.alpha > b.alpha;
+  return state_.tie_key[a.variable] < state_.tie_key[b.variable];
+}
+
+// Moves to the front the candidates whose breakpoints can be reached with a positive slope, and
+// possibly some more; returns their number.
+int DualRatioTest::limit_to_reachable(double slope, double first_bound) {
+  double reach = kReachGrowth * first_bound + state_.settings.optimality_tolerance;
+  int front = 0;
+  while (true) {
+    double next = kInf;
+    for (int k = front; k < count_; ++k) {
+      const Candidate c = candidates_[k];
+      if (c.dual <= reach * c.alpha) {
+        slope -= slope_loss(c);
+        std::swap(candidates_[k], candidates_[front]);
+        ++front;
+      } else {
+        next = std::min(next, c.dual / c.alpha);
+      }
+    }
+    if (front == count_) reach = kInf;
+    if (slope < 0.0 || front == count_) {
+      reach_ = reach;
+      return front;
+    }
+    reach = kReachGrowth * std::max(reach, next);
+  }
+}
+
+void DualRatioTest::form_groups(double slope, int reachable) {
+  groups_.clear();
+  int begin = 0;
+  while (begin < reachable && slope >= 0.0) {
+    double ignored;
+    // Candidates out of reach have breakpoints beyond reach_ and must not be passed unseen.
+    const double bound = std::min(reach_, harris_bound(begin, reachable, ignored));
+    int end = begin;
+    int best = begin;
+    for (int k = begin; k < reachable; ++k) {
+      if (candidates_[k].dual > bound * candidates_[k].alpha) continue;
+      std::swap(candidates_[k], candidates_[end]);
+      slope -= slope_loss(candidates_[end]);
+      if (end > begin && better(candidates_[end], candidates_[best])) best = end;
+      ++end;
+    }
+    groups_.push_back({end, best});
+    begin = end;
+  }
+}
+
+bool DualRatioTest::choose_from_groups() {
+  double largest = 0.0;
+  for (const Group& group : groups_) largest = std::max(largest, candidates_[group.best].alpha);
+  if (largest < kPivot) return false;
+  const double enough = std::min(kGroupPivotShare * largest, kGoodPivot);
+  int chosen = static_cast<int>(groups_.size()) - 1;
+  while (candidates_[groups_[chosen].best].alpha < enough) --chosen;
+  entering_ = candidates_[groups_[chosen].best].variable;
+  const int passed = chosen > 0 ? groups_[chosen - 1].end : 0;
+  for (int k = 0; k < passed; ++k) flips_.push_back(candidates_[k].variable);
+  return true;
+}
+
+DualRatioTest::Outcome DualRatioTest::run(double infeasibility) {
+  entering_ = -1;
+  flips_.clear();
+  const double direction = infeasibility < 0.0 ? -1.0 : 1.0;
+  const double slope = std::fabs(infeasibility);
+  collect(direction, kRatioEntry);
+  if (count_ == 0 || largest_alpha_ < kNoPivot) return Outcome::unbounded;
+  double alpha_at_bound;
+  double bound = harris_bound(0, count_, alpha_at_bound);
+  if (alpha_at_bound <= kWeakBound * largest_alpha_) {
+    // The largest entry passes the raised filter, so a candidate remains.
+    collect(direction, kFilterRaise * kRatioEntry * largest_alpha_);
+    bound = harris_bound(0, count_, alpha_at_bound);
+  }
+  form_groups(slope, limit_to_reachable(slope, bound));
+  return choose_from_groups() ? Outcome::entering : Outcome::small_pivot;
+}
+
+}  // namespace kelvo
