@@ -1,0 +1,210 @@
+#include "io/lp_reader_collector.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "env/error_table.h"
+
+namespace kelvo {
+namespace {
+
+/// More rows or columns than this cannot be indexed safely with their sums and doubles.
+constexpr int kSizeLimit = 524999999;
+
+/// Room made in advance is bounded: the capacities are hints, and no hint may exhaust the memory.
+constexpr int kMostReserved = 1 << 22;
+
+/// Bounds of at least this magnitude are infinite, bounds below the other one are 0.
+constexpr double kInfiniteInput = 1e17;
+constexpr double kZeroInput = 1e-10;
+
+/// Typical length of a name with its final zero, for the room made in advance.
+constexpr int kTypicalName = 12;
+
+std::size_t room(int capacity) { return static_cast<std::size_t>(std::min(capacity, kMostReserved)); }
+
+/// Letter and number.
+struct DefaultName {
+  DefaultName(char letter, int number) {
+    length = std::snprintf(text, sizeof text, "%c%d", letter, number);
+  }
+  std::string_view view() const { return {text, static_cast<std::size_t>(length)}; }
+  char text[16];
+  int length;
+};
+
+/// Enters the label, or the default name of the entry, as the next name of a list.
+Status enter_label(std::string_view label, int line, const char* kind, char letter,
+                   NameStore& names, NameIndex& index, LpDiagnostics& diagnostics) {
+  const int next = names.size();
+  const DefaultName generated(letter, next + 1);
+  const std::string_view name = label.empty() ? generated.view() : label;
+  if (index.insert(name, next, names) != next) return diagnostics.error_repeated(line, kind, name);
+  names.append(name);
+  return {};
+}
+
+}  // namespace
+
+void LpCollector::reserve(const LpCapacities& capacities) {
+  col_names_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
+  col_index_.reserve(room(capacities.columns));
+  rows_.data.rhs.reserve(room(capacities.rows));
+  rows_.data.sense.reserve(room(capacities.rows));
+  rows_.data.rows.start.reserve(room(capacities.rows) + 1);
+  rows_.data.rows.index.reserve(room(capacities.nonzeros));
+  rows_.data.rows.value.reserve(room(capacities.nonzeros));
+  quadratic_.first.reserve(room(capacities.quadratic_nonzeros));
+  quadratic_.second.reserve(room(capacities.quadratic_nonzeros));
+  quadratic_.value.reserve(room(capacities.quadratic_nonzeros));
+}
+
+int LpCollector::column(std::string_view name) {
+  const int next = col_names_.size();
+  const int found = col_index_.insert(name, next, col_names_);
+  if (found == next) col_names_.append(name);
+  return found;
+}
+
+void LpCollector::set_objective_name(std::string_view name) {
+  objective_name_.assign(name);
+  has_objective_name_ = true;
+}
+
+void LpCollector::add_objective(const LpLinearTerms& linear, const LpQuadraticTerms& quadratic) {
+  objective_.index.insert(objective_.index.end(), linear.index.begin(), linear.index.end());
+  objective_.value.insert(objective_.value.end(), linear.value.begin(), linear.value.end());
+  for (std::size_t k = 0; k < quadratic.size(); ++k) {
+    quadratic_.add(quadratic.first[k], quadratic.second[k], quadratic.value[k]);
+  }
+}
+
+Status LpCollector::append(LpRowGroup& group, const LpConstraint& constraint) {
+  ExtraRows& data = group.data;
+  SparseMatrix& rows = data.rows;
+  const LpLinearTerms& linear = *constraint.linear;
+  if (rows.index.size() + linear.size() > std::numeric_limits<int>::max()) {
+    return diagnostics_.error(1433);
+  }
+  KELVO_TRY(enter_label(constraint.label, constraint.line, group.kind, group.letter, data.names,
+                        group.index, diagnostics_));
+  rows.index.insert(rows.index.end(), linear.index.begin(), linear.index.end());
+  rows.value.insert(rows.value.end(), linear.value.begin(), linear.value.end());
+  rows.start.push_back(static_cast<int>(rows.index.size()));
+  data.rhs.push_back(constraint.rhs);
+  data.sense.push_back(constraint.sense);
+  ++rows.num_major;
+  return {};
+}
+
+Status LpCollector::add_constraint(LpSection section, const LpConstraint& constraint) {
+  if (section == LpSection::user_cuts) return append(user_cuts_, constraint);
+  if (section == LpSection::lazy_constraints) return append(lazy_constraints_, constraint);
+  return append(rows_, constraint);
+}
+
+Status LpCollector::add_indicator(const LpIndicator& indicator, const LpConstraint& constraint) {
+  indicator_switches_.push_back(indicator);
+  return append(indicators_, constraint);
+}
+
+Status LpCollector::add_quadratic_constraint(const LpConstraint& constraint) {
+  KELVO_TRY(enter_label(constraint.label, constraint.line, "Quadratic constraint", 'q',
+                        quadratic_names_, quadratic_index_, diagnostics_));
+  QuadraticConstraint added;
+  added.rhs = constraint.rhs;
+  added.sense = constraint.sense;
+  added.linear_index = constraint.linear->index;
+  added.linear_value = constraint.linear->value;
+  added.quad_row = constraint.quadratic->first;
+  added.quad_col = constraint.quadratic->second;
+  added.quad_value = constraint.quadratic->value;
+  quadratic_constraints_.push_back(std::move(added));
+  return {};
+}
+
+void LpCollector::size_bounds() {
+  const std::size_t columns = static_cast<std::size_t>(num_cols());
+  lower_.resize(columns, 0.0);
+  upper_.resize(columns, kInfiniteBound);
+  lower_given_.resize(columns, 0);
+  upper_given_.resize(columns, 0);
+}
+
+void LpCollector::apply_bounds() {
+  size_bounds();
+  for (const Bound& bound : bounds_) {
+    if (bound.type != 'U') set_lower(bound.column, bound.value);
+    if (bound.type != 'L') set_upper(bound.column, bound.value);
+  }
+  bounds_.clear();
+}
+
+void LpCollector::set_lower(int column, double value) {
+  if (value >= kInfiniteInput) {
+    diagnostics_.sink().print(Channel::warning, "Warning:  Infinity lower bound ignored.\n");
+    return;
+  }
+  lower_[column] = value <= -kInfiniteInput         ? -kInfiniteBound
+                   : std::fabs(value) < kZeroInput ? 0.0
+                                                    : value;
+  lower_given_[column] = 1;
+}
+
+void LpCollector::set_upper(int column, double value) {
+  if (value <= -kInfiniteInput) {
+    diagnostics_.sink().print(Channel::warning, "Warning:  -Infinity upper bound ignored.\n");
+    return;
+  }
+  upper_[column] = value >= kInfiniteInput         ? kInfiniteBound
+                   : std::fabs(value) < kZeroInput ? 0.0
+                                                    : value;
+  upper_given_[column] = 1;
+}
+
+Status LpCollector::open_set(std::string_view label, char type) {
+  KELVO_TRY(enter_label(label, diagnostics_.line, "SOS", 's', sos_.names, sos_index_,
+                        diagnostics_));
+  sos_.type.push_back(type);
+  sos_.members.start.push_back(static_cast<int>(sos_.members.index.size()));
+  ++sos_.members.num_major;
+  return {};
+}
+
+void LpCollector::add_member(int column, double weight) {
+  sos_.members.index.push_back(column);
+  sos_.members.value.push_back(weight);
+  sos_.members.start.back() = static_cast<int>(sos_.members.index.size());
+}
+
+Status LpCollector::close_set() {
+  if (!has_set()) return {};
+  SparseMatrix& members = sos_.members;
+  const int begin = members.start[members.num_major - 1];
+  const int end = members.start[members.num_major];
+  const double* const weight = members.value.data();
+  const auto is_lighter = [weight](int a, int b) { return weight[a] < weight[b]; };
+  Vector<int> order(end - begin);
+  for (int k = begin; k < end; ++k) order[k - begin] = k;
+  if (!std::is_sorted(order.begin(), order.end(), is_lighter)) {
+    std::sort(order.begin(), order.end(), is_lighter);
+    LpLinearTerms sorted;
+    for (const int k : order) sorted.add(members.index[k], members.value[k]);
+    std::copy(sorted.index.begin(), sorted.index.end(), members.index.begin() + begin);
+    std::copy(sorted.value.begin(), sorted.value.end(), members.value.begin() + begin);
+  }
+  for (int k = begin + 1; k < end; ++k) {
+    if (members.value[k] == members.value[k - 1]) return diagnostics_.error(3010);
+  }
+  return {};
+}
+
+Status LpCollector::check_size() const {
+  if (rows_.data.size() > kSizeLimit) return diagnostics_.error(1431);
+  if (num_cols() > kSizeLimit) return diagnostics_.error(1432);
+  return {};
+}
+
+}  // namespace kelvo

@@ -1,0 +1,179 @@
+// What the LP reader has read so far.
+//
+// Everything is appended in the order of the file: rows as they come, columns when their name
+// comes up first, bounds and types as records that are applied later. build() turns it into a
+// model: matrix by columns, terms of one variable summed up, zeros dropped.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "base/name_index.h"
+#include "base/status.h"
+#include "io/lp_reader_diagnostics.h"
+#include "io/lp_reader_keywords.h"
+#include "prob/model.h"
+
+namespace kelvo {
+
+/// Linear terms: value[k] * x_index[k].
+struct LpLinearTerms {
+  Vector<int> index;
+  Vector<double> value;
+
+  std::size_t size() const { return index.size(); }
+  void add(int column, double coefficient) {
+    index.push_back(column);
+    value.push_back(coefficient);
+  }
+  void clear() {
+    index.clear();
+    value.clear();
+  }
+};
+
+/// Quadratic terms: value[k] * x_first[k] * x_second[k].
+struct LpQuadraticTerms {
+  Vector<int> first;
+  Vector<int> second;
+  Vector<double> value;
+
+  std::size_t size() const { return first.size(); }
+  void add(int one, int other, double coefficient) {
+    first.push_back(one);
+    second.push_back(other);
+    value.push_back(coefficient);
+  }
+  void truncate(std::size_t count) {
+    first.resize(count);
+    second.resize(count);
+    value.resize(count);
+  }
+};
+
+/// A constraint that has been read to its end.
+struct LpConstraint {
+  std::string_view label;  // empty: it gets a default name
+  int line = 0;            // where errors about its label belong
+  char sense = 'E';
+  double rhs = 0.0;
+  const LpLinearTerms* linear = nullptr;
+  const LpQuadraticTerms* quadratic = nullptr;
+};
+
+/// How an indicator constraint is switched on.
+struct LpIndicator {
+  int column = -1;
+  int relation = 1;  // 1 "->", 2 "<-", 3 "<->"
+  bool complemented = false;
+};
+
+/// Room made before reading.
+struct LpCapacities {
+  int rows = 0;
+  int columns = 0;
+  int nonzeros = 0;
+  int quadratic_nonzeros = 0;
+};
+
+/// Constraints of one kind, with names that differ from each other.
+struct LpRowGroup {
+  const char* kind;  // the word for error messages
+  char letter;       // default names are this letter and the number from 1
+  ExtraRows data;
+  NameIndex index;   // over data.names
+};
+
+class LpCollector {
+ public:
+  explicit LpCollector(LpDiagnostics& diagnostics) : diagnostics_(diagnostics) {}
+
+  void reserve(const LpCapacities& capacities);
+
+  int num_cols() const { return col_names_.size(); }
+  /// The column of that name, added when it is new.
+  int column(std::string_view name);
+  /// The column of that name, or -1.
+  int find_column(std::string_view name) const { return col_index_.find(name, col_names_); }
+
+  void set_sense(int sense) { sense_ = sense; }
+  void set_objective_name(std::string_view name);
+  void add_objective(const LpLinearTerms& linear, const LpQuadraticTerms& quadratic);
+
+  /// Appends to the rows, user cuts or lazy constraints, as the section says.
+  Status add_constraint(LpSection section, const LpConstraint& constraint);
+  Status add_quadratic_constraint(const LpConstraint& constraint);
+  Status add_indicator(const LpIndicator& indicator, const LpConstraint& constraint);
+
+  /// Records a bound of type 'L', 'U' or 'B'.
+  void add_bound(int column, char type, double value) { bounds_.push_back({value, column, type}); }
+  /// Applies the bounds recorded since the last call, in their order.
+  void apply_bounds();
+
+  void add_type(int column, LpSection section) { types_.push_back({column, section}); }
+
+  Status open_set(std::string_view label, char type);
+  bool has_set() const { return sos_.type.size() > 0; }
+  void add_member(int column, double weight);
+  /// Orders the members of the last set by weight; equal weights are an error.
+  Status close_set();
+
+  /// Drops integer declarations and quadratic data, each with a message that names the source.
+  void drop_nonlinear(const char* source_name);
+
+  /// Fails when there are more rows, columns or coefficients than an index can count.
+  Status check_size() const;
+
+  /// Makes the model. The collector is empty afterwards.
+  void build(Model& model);
+
+ private:
+  struct Bound {
+    double value;
+    int column;
+    char type;
+  };
+  struct TypeRecord {
+    int column;
+    LpSection section;
+  };
+
+  Status enter_name(LpRowGroup& group, const LpConstraint& constraint);
+  Status append(LpRowGroup& group, const LpConstraint& constraint);
+  void set_lower(int column, double value);
+  void set_upper(int column, double value);
+  void size_bounds();
+  void apply_types(Model& model);
+  void build_objective(Model& model);
+  void build_matrix(Model& model);
+  void merge_extra_rows(SparseMatrix& rows, Vector<int>& last_row, Vector<int>& position);
+
+  LpDiagnostics& diagnostics_;
+  int sense_ = 1;
+  String objective_name_;
+  bool has_objective_name_ = false;
+  LpLinearTerms objective_;
+  LpQuadraticTerms quadratic_;  // of the objective c'x + 1/2 (sum of these terms)
+
+  NameStore col_names_;
+  NameIndex col_index_;
+  Vector<double> lower_, upper_;            // [columns known when bounds were last applied]
+  Vector<char> lower_given_, upper_given_;  // alike
+  Vector<Bound> bounds_;                    // not applied yet
+  Vector<TypeRecord> types_;
+
+  LpRowGroup rows_{"Row", 'c', {}, {}};
+  LpRowGroup user_cuts_{"User Cut", 'u', {}, {}};
+  LpRowGroup lazy_constraints_{"Lazy Constraint", 'l', {}, {}};
+  LpRowGroup indicators_{"Indicator", 'i', {}, {}};
+  Vector<LpIndicator> indicator_switches_;  // [indicators]
+
+  Vector<QuadraticConstraint> quadratic_constraints_;
+  NameStore quadratic_names_;
+  NameIndex quadratic_index_;
+
+  SosSets sos_;
+  NameIndex sos_index_;
+};
+
+}  // namespace kelvo
