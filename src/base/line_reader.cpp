@@ -18,7 +18,8 @@ LineReader::LineReader(std::string_view text)
     : at_(text.data()), end_(text.data() + text.size()), exhausted_(true) {}
 
 /// Moves the unread text to the front of the buffer and reads until it has more than `wanted`
-/// characters or the text is exhausted.
+/// characters or a new line feed, or the text is exhausted. A line that a person has typed is thus
+/// handed out without waiting for the next one.
 void LineReader::fill(std::size_t wanted) {
   std::size_t have = static_cast<std::size_t>(end_ - at_);
   if (wanted + kBlock / 2 >= buffer_.size()) {
@@ -36,6 +37,7 @@ void LineReader::fill(std::size_t wanted) {
       break;
     }
     have += got;
+    if (std::memchr(buffer_.data() + have - got, '\n', got) != nullptr) break;
   }
   at_ = buffer_.data();
   end_ = at_ + have;

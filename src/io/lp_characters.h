@@ -28,6 +28,8 @@ enum LpCharacterClass : std::uint16_t {
 extern const std::array<std::uint16_t, 256> kLpCharacters;
 
 /// The classes of a character.
-inline unsigned lp_classes(char c) { return kLpCharacters[static_cast<unsigned char>(c)]; }
+inline unsigned lp_classes(char c) {
+  return kLpCharacters[static_cast<unsigned char>(c)];
+}
 
 }  // namespace kelvo

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "io/lp_reader_collector.h"
+#include "prob/model_edit.h"
 
 namespace kelvo {
 namespace {
@@ -121,6 +122,29 @@ SparseMatrix symmetric_matrix(const LpQuadraticTerms& terms, int columns) {
   return ordered;
 }
 
+/// Appends rows to others; `more` carries the names of all of them.
+void append_extra_rows(ExtraRows& rows, ExtraRows&& more) {
+  if (more.size() == 0) return;
+  const int offset = rows.rows.num_nonzeros();
+  for (int i = 1; i <= more.size(); ++i) rows.rows.start.push_back(offset + more.rows.start[i]);
+  rows.rows.num_major += more.rows.num_major;
+  rows.rows.num_minor = more.rows.num_minor;
+  const auto append = [](auto& to, const auto& from) {
+    to.insert(to.end(), from.begin(), from.end());
+  };
+  append(rows.rows.index, more.rows.index);
+  append(rows.rows.value, more.rows.value);
+  append(rows.rhs, more.rhs);
+  append(rows.sense, more.sense);
+  rows.names = std::move(more.names);
+}
+
+Vector<const char*> pointers_from(const NameStore& names, int first) {
+  Vector<const char*> pointers;
+  for (int k = first; k < names.size(); ++k) pointers.push_back(names[k]);
+  return pointers;
+}
+
 /// The type of a column that had the type `old` and is listed in a type section.
 char combined_type(char old, LpSection section) {
   const bool was_semi = old == 'S' || old == 'N';
@@ -177,14 +201,56 @@ void LpCollector::build(Model& model) {
   model.lazy_constraints = std::move(lazy_constraints_.data);
   model.quadratic_constraints = std::move(quadratic_constraints_);
   model.quadratic_names = std::move(quadratic_names_);
-  for (const LpIndicator& indicator : indicator_switches_) {
-    model.indicators.column.push_back(indicator.column);
-    model.indicators.complemented.push_back(indicator.complemented ? 1 : 0);
-    model.indicators.relation.push_back(indicator.relation);
-  }
+  append_switches(model.indicators);
   model.indicators.rows = std::move(indicators_.data);
   sos_.members.num_minor = model.num_cols;
   model.sos = std::move(sos_);
+}
+
+void LpCollector::append_switches(IndicatorConstraints& indicators) {
+  for (const LpIndicator& indicator : indicator_switches_) {
+    indicators.column.push_back(indicator.column);
+    indicators.complemented.push_back(indicator.complemented ? 1 : 0);
+    indicators.relation.push_back(indicator.relation);
+  }
+}
+
+void LpCollector::append_to(Model& model) {
+  apply_bounds();
+  const Vector<const char*> new_columns = pointers_from(col_names_, model.num_cols);
+  ColumnBlock columns;
+  columns.count = static_cast<int>(new_columns.size());
+  columns.names = new_columns.data();
+  if (columns.count > 0) append_columns(model, columns);
+  model.lower = std::move(lower_);
+  model.upper = std::move(upper_);
+
+  TermMerger merger(model.num_cols);
+  merger.merge(rows_.data);
+  const Vector<const char*> new_rows = pointers_from(rows_.data.names, first_new_row_);
+  RowBlock rows;
+  rows.count = rows_.data.size();
+  rows.rhs = rows_.data.rhs.data();
+  rows.sense = rows_.data.sense.data();
+  rows.names = new_rows.data();
+  rows.entries = rows_.data.rows.num_nonzeros();
+  rows.begin = rows_.data.rows.start.data();
+  rows.columns = rows_.data.rows.index.data();
+  rows.values = rows_.data.rows.value.data();
+  if (rows.count > 0) append_rows(model, rows);
+
+  merger.merge(user_cuts_.data);
+  merger.merge(lazy_constraints_.data);
+  merger.merge(indicators_.data);
+  append_extra_rows(model.user_cuts, std::move(user_cuts_.data));
+  append_extra_rows(model.lazy_constraints, std::move(lazy_constraints_.data));
+  append_switches(model.indicators);
+  append_extra_rows(model.indicators.rows, std::move(indicators_.data));
+  for (QuadraticConstraint& constraint : quadratic_constraints_) {
+    merger.merge(constraint);
+    model.quadratic_constraints.push_back(std::move(constraint));
+  }
+  if (!quadratic_constraints_.empty()) model.quadratic_names = std::move(quadratic_names_);
 }
 
 void LpCollector::apply_types(Model& model) {
@@ -200,8 +266,7 @@ void LpCollector::apply_types(Model& model) {
   }
   if (other_bounds) {
     diagnostics_.sink().print(
-        Channel::warning,
-        "Warning:  Binary variables declared with bounds other than 0 and 1.\n");
+        Channel::warning, "Warning:  Binary variables declared with bounds other than 0 and 1.\n");
   }
 }
 

@@ -5,8 +5,6 @@
 #include <cstdio>
 #include <limits>
 
-#include "env/error_table.h"
-
 namespace kelvo {
 namespace {
 
@@ -23,11 +21,13 @@ constexpr double kZeroInput = 1e-10;
 /// Typical length of a name with its final zero, for the room made in advance.
 constexpr int kTypicalName = 12;
 
-std::size_t room(int capacity) { return static_cast<std::size_t>(std::min(capacity, kMostReserved)); }
+std::size_t room(int capacity) {
+  return static_cast<std::size_t>(std::min(capacity, kMostReserved));
+}
 
 /// Letter and number.
-struct DefaultName {
-  DefaultName(char letter, int number) {
+struct NumberedName {
+  NumberedName(char letter, int number) {
     length = std::snprintf(text, sizeof text, "%c%d", letter, number);
   }
   std::string_view view() const { return {text, static_cast<std::size_t>(length)}; }
@@ -39,7 +39,7 @@ struct DefaultName {
 Status enter_label(std::string_view label, int line, const char* kind, char letter,
                    NameStore& names, NameIndex& index, LpDiagnostics& diagnostics) {
   const int next = names.size();
-  const DefaultName generated(letter, next + 1);
+  const NumberedName generated(letter, next + 1);
   const std::string_view name = label.empty() ? generated.view() : label;
   if (index.insert(name, next, names) != next) return diagnostics.error_repeated(line, kind, name);
   names.append(name);
@@ -48,7 +48,12 @@ Status enter_label(std::string_view label, int line, const char* kind, char lett
 
 }  // namespace
 
-void LpCollector::reserve(const LpCapacities& capacities) {
+Status LpCollector::reserve(const LpCapacities& capacities) {
+  for (const int capacity :
+       {capacities.rows, capacities.columns, capacities.nonzeros, capacities.quadratic_nonzeros}) {
+    if (capacity > kSizeLimit) return diagnostics_.error(1012);
+  }
+  if (capacities.columns > kSizeLimit / 2) return diagnostics_.error(1012);
   col_names_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
   col_index_.reserve(room(capacities.columns));
   rows_.data.rhs.reserve(room(capacities.rows));
@@ -59,6 +64,33 @@ void LpCollector::reserve(const LpCapacities& capacities) {
   quadratic_.first.reserve(room(capacities.quadratic_nonzeros));
   quadratic_.second.reserve(room(capacities.quadratic_nonzeros));
   quadratic_.value.reserve(room(capacities.quadratic_nonzeros));
+  return {};
+}
+
+void LpCollector::begin_additions(const Model& model) {
+  const auto know = [](const NameStore& given, int count, char letter, NameStore& names,
+                       NameIndex& index) {
+    names.create();
+    for (int k = 0; k < count; ++k) {
+      const NumberedName generated(letter, k + 1);
+      const std::string_view name = given.present() ? given.view(k) : generated.view();
+      index.insert(name, k, names);
+      names.append(name);
+    }
+  };
+  const auto know_rows = [&know](const ExtraRows& rows, LpRowGroup& group) {
+    know(rows.names, rows.size(), group.letter, group.data.names, group.index);
+  };
+  know(model.col_names, model.num_cols, 'x', col_names_, col_index_);
+  know(model.row_names, model.num_rows, 'c', rows_.data.names, rows_.index);
+  know(model.quadratic_names, static_cast<int>(model.quadratic_constraints.size()), 'q',
+       quadratic_names_, quadratic_index_);
+  know_rows(model.user_cuts, user_cuts_);
+  know_rows(model.lazy_constraints, lazy_constraints_);
+  know_rows(model.indicators.rows, indicators_);
+  lower_ = model.lower;
+  upper_ = model.upper;
+  first_new_row_ = model.num_rows;
 }
 
 int LpCollector::column(std::string_view name) {
@@ -147,9 +179,9 @@ void LpCollector::set_lower(int column, double value) {
     diagnostics_.sink().print(Channel::warning, "Warning:  Infinity lower bound ignored.\n");
     return;
   }
-  lower_[column] = value <= -kInfiniteInput         ? -kInfiniteBound
+  lower_[column] = value <= -kInfiniteInput        ? -kInfiniteBound
                    : std::fabs(value) < kZeroInput ? 0.0
-                                                    : value;
+                                                   : value;
   lower_given_[column] = 1;
 }
 
@@ -160,13 +192,13 @@ void LpCollector::set_upper(int column, double value) {
   }
   upper_[column] = value >= kInfiniteInput         ? kInfiniteBound
                    : std::fabs(value) < kZeroInput ? 0.0
-                                                    : value;
+                                                   : value;
   upper_given_[column] = 1;
 }
 
 Status LpCollector::open_set(std::string_view label, char type) {
-  KELVO_TRY(enter_label(label, diagnostics_.line, "SOS", 's', sos_.names, sos_index_,
-                        diagnostics_));
+  KELVO_TRY(
+      enter_label(label, diagnostics_.line, "SOS", 's', sos_.names, sos_index_, diagnostics_));
   sos_.type.push_back(type);
   sos_.members.start.push_back(static_cast<int>(sos_.members.index.size()));
   ++sos_.members.num_major;
@@ -204,6 +236,7 @@ Status LpCollector::close_set() {
 Status LpCollector::check_size() const {
   if (rows_.data.size() > kSizeLimit) return diagnostics_.error(1431);
   if (num_cols() > kSizeLimit) return diagnostics_.error(1432);
+  if (quadratic_.size() > kSizeLimit) return diagnostics_.error(1433);
   return {};
 }
 

@@ -81,14 +81,17 @@ struct LpRowGroup {
   const char* kind;  // the word for error messages
   char letter;       // default names are this letter and the number from 1
   ExtraRows data;
-  NameIndex index;   // over data.names
+  NameIndex index;  // over data.names
 };
 
 class LpCollector {
  public:
   explicit LpCollector(LpDiagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  void reserve(const LpCapacities& capacities);
+  /// Makes room; fails when a capacity is beyond what can be indexed.
+  Status reserve(const LpCapacities& capacities);
+  /// Makes the names of a model known, so that what is read adds to it; append_to() does so.
+  void begin_additions(const Model& model);
 
   int num_cols() const { return col_names_.size(); }
   /// The column of that name, added when it is new.
@@ -124,8 +127,11 @@ class LpCollector {
   /// Fails when there are more rows, columns or coefficients than an index can count.
   Status check_size() const;
 
-  /// Makes the model. The collector is empty afterwards.
+  /// Makes the model. The collector is used up afterwards.
   void build(Model& model);
+  /// Adds what was read since begin_additions() to a copy of that model. When memory runs out the
+  /// copy is of no use.
+  void append_to(Model& model);
 
  private:
   struct Bound {
@@ -146,7 +152,7 @@ class LpCollector {
   void apply_types(Model& model);
   void build_objective(Model& model);
   void build_matrix(Model& model);
-  void merge_extra_rows(SparseMatrix& rows, Vector<int>& last_row, Vector<int>& position);
+  void append_switches(IndicatorConstraints& indicators);
 
   LpDiagnostics& diagnostics_;
   int sense_ = 1;
@@ -174,6 +180,8 @@ class LpCollector {
 
   SosSets sos_;
   NameIndex sos_index_;
+
+  int first_new_row_ = 0;  // names of rows_ before it are those of the model added to
 };
 
 }  // namespace kelvo

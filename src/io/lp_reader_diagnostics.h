@@ -13,17 +13,22 @@ namespace kelvo {
 
 class LpDiagnostics {
  public:
-  explicit LpDiagnostics(MessageSink& sink) : sink_(sink) {}
+  explicit LpDiagnostics(MessageSink& sink) : sink_(&sink) {}
 
   /// Number of the physical line being read, counted from 1.
   int line = 0;
 
-  MessageSink& sink() { return sink_; }
+  MessageSink& sink() { return *sink_; }
+  /// Redirects all messages; the caller keeps the sink alive.
+  void set_sink(MessageSink& sink) { sink_ = &sink; }
+  /// Forgets the warnings about names that have been counted.
+  void restart_name_warnings() { name_warnings_ = 0; }
 
   /// Prints an error whose text takes the line number alone, or none.
   Status error(int code) { return error_at(line, code); }
   Status error_at(int at_line, int code);
-  /// Prints an error whose text takes the line number and a character.
+  /// Prints an error whose text takes the line number and a character; a zero, the end of a line,
+  /// is shown as a blank.
   Status error_found(int code, char found);
   /// Prints an error whose text takes the line number and a word of the file.
   Status error_word(int code, std::string_view word);
@@ -52,7 +57,7 @@ class LpDiagnostics {
  private:
   void name_warning(const char* format, std::string_view name);
 
-  MessageSink& sink_;
+  MessageSink* sink_;
   int name_warnings_ = 0;
 };
 

@@ -11,8 +11,8 @@ namespace {
 /// How a keyword is spelled in the file. Texts here are in lower case.
 enum class Spelling {
   exact,
-  prefix,       // any beginning of the text with at least `least` letters
-  two_words,    // `text` and `second` apart or joined, the end marked by ':' if wanted
+  prefix,     // any beginning of the text with at least `least` letters
+  two_words,  // `text` and `second` apart or joined, the end marked by ':' if wanted
 };
 
 struct Keyword {
@@ -57,10 +57,16 @@ constexpr Keyword kKeywords[] = {
 /// Longest keyword, joined words included, and its ':'.
 constexpr std::size_t kLongestWord = 16;
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
-bool is_blank(char c) { return (lp_classes(c) & (kLpBlank | kLpEnd)) == kLpBlank; }
-bool is_word_end(char c) { return (lp_classes(c) & (kLpBlank | kLpEnd)) != 0; }
+bool is_blank(char c) {
+  return (lp_classes(c) & (kLpBlank | kLpEnd)) == kLpBlank;
+}
+bool is_word_end(char c) {
+  return (lp_classes(c) & (kLpBlank | kLpEnd)) != 0;
+}
 
 /// True when the keyword is known in the section being read.
 bool is_recognized(LpSection keyword, LpSection current) {

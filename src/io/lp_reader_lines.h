@@ -43,10 +43,10 @@ class LpLines {
 
   LineReader& reader_;
   LpDiagnostics& diagnostics_;
-  bool rest_unread_ = false;   // the reader stands inside a physical line
-  bool inside_line_ = false;   // the last piece was not the end of its physical line
-  std::size_t num_kept_ = 0;   // characters behind the last cut
-  char kept_[kLongestPiece];   // [num_kept_]
+  bool rest_unread_ = false;  // the reader stands inside a physical line
+  bool inside_line_ = false;  // the last piece was not the end of its physical line
+  std::size_t num_kept_ = 0;  // characters behind the last cut
+  char kept_[kLongestPiece];  // [num_kept_]
   char piece_[kLongestPiece + 1];
 };
 
