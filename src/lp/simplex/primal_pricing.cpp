@@ -31,6 +31,7 @@ void PrimalPricer::begin() {
   if (rule_ == PrimalPricing::automatic) rule_ = PrimalPricing::devex;
   std::fill(weight_.begin(), weight_.end(), 1.0);
   inaccurate_ = 0;
+  tolerance_ = state_.settings.optimality_tolerance;
   switch (rule_) {
     case PrimalPricing::devex:
       state_.log.using_devex();
@@ -89,14 +90,13 @@ void PrimalPricer::exact_norms() {
 
 bool PrimalPricer::attractive(int j) const {
   const double d = state_.reduced_cost[j];
-  const double tolerance = state_.settings.optimality_tolerance;
   switch (state_.move[j]) {
     case SimplexState::kUp:
-      return d < -tolerance;
+      return d < -tolerance_;
     case SimplexState::kDown:
-      return d > tolerance;
+      return d > tolerance_;
     case SimplexState::kAnywhere:
-      return std::fabs(d) > tolerance;
+      return std::fabs(d) > tolerance_;
     default:
       return false;
   }

@@ -26,6 +26,10 @@ class PrimalPricer {
   void begin();
   /// After reduced costs were computed anew: candidates from scratch, bans lifted.
   void rebuild();
+  /// Candidates violate optimality by more than this; from the settings until said otherwise. Takes
+  /// effect at the next rebuild().
+  void set_tolerance(double tolerance) { tolerance_ = tolerance; }
+  double tolerance() const { return tolerance_; }
   /// The best candidate, or -1.
   int choose();
   /// Takes a variable out of the choice until the next rebuild().
@@ -53,6 +57,7 @@ class PrimalPricer {
   Vector<int> place_;       // [num_vars] place in candidates_, -1 when not a candidate
   Vector<int> hot_;         // variables above the cut-off; may hold stale ones and duplicates
   Vector<double> merits_;   // scratch of scan()
+  double tolerance_ = 0.0;
   double cutoff_ = 0.0;
   bool scanned_ = false;  // hot_ and cutoff_ are valid
   int inaccurate_ = 0;    // devex weights found far too small since the last reset

@@ -45,7 +45,7 @@ PrimalStep PrimalRatioTest::phase_two(int direction, double range, double tolera
     const double bound = rate < 0.0 ? state_.basic_lower[p] : state_.basic_upper[p];
     if (std::isinf(bound)) continue;
     const double room = rate < 0.0 ? state_.basic_value[p] - bound : bound - state_.basic_value[p];
-    relaxed = std::min(relaxed, (std::max(room, 0.0) + tolerance) / std::fabs(rate));
+    relaxed = std::min(relaxed, std::max(room + tolerance, 0.0) / std::fabs(rate));
   }
   PrimalStep step;
   if (range <= relaxed) {

@@ -15,6 +15,9 @@ namespace {
 
 // Rounds in a row without any iteration between them before the run gives up.
 constexpr int kIdleRounds = 20;
+// Phase one that neither reaches feasibility nor proves infeasibility goes on with this tolerance
+// of reduced costs.
+constexpr double kFinestTolerance = 1e-9;
 // A proof of infeasibility must exclude zero by this share of the tolerance times its own size.
 constexpr double kProofMargin = 1e-9;
 
@@ -78,8 +81,9 @@ bool PrimalSimplex::begin_round() {
   set_phase();
   if (phase_one_) {
     set_infeasibility_costs();
-  } else if (state_.costs_perturbed) {
-    state_.restore_costs();
+  } else {
+    if (state_.costs_perturbed) state_.restore_costs();
+    pricer_.set_tolerance(state_.settings.optimality_tolerance);
   }
   state_.compute_duals();
   pricer_.rebuild();
@@ -144,7 +148,13 @@ bool PrimalSimplex::settle(SimplexOutcome& outcome, Step reason) {
     store_ray(unlimited_entering_, unlimited_direction_);
     outcome = SimplexOutcome::unbounded;
   } else if (phase_one_) {
-    outcome = prove_infeasible() ? SimplexOutcome::infeasible : SimplexOutcome::non_optimal;
+    if (prove_infeasible()) {
+      outcome = SimplexOutcome::infeasible;
+    } else if (pricer_.tolerance() > kFinestTolerance) {
+      // Infeasibilities are left that shallow slopes may still remove.
+      pricer_.set_tolerance(kFinestTolerance);
+      return false;
+    }
   } else {
     outcome = SimplexOutcome::optimal;
   }
@@ -215,8 +225,7 @@ bool PrimalSimplex::confirm_reduced_cost(int entering) {
   const double stored = state_.reduced_cost[entering];
   state_.reduced_cost[entering] = d;
   const bool same_sign = (d < 0.0) == (stored < 0.0);
-  if (same_sign &&
-      std::fabs(d) >= 0.5 * std::min(std::fabs(stored), state_.settings.optimality_tolerance)) {
+  if (same_sign && std::fabs(d) >= 0.5 * std::min(std::fabs(stored), pricer_.tolerance())) {
     return true;
   }
   if (state_.freshly_factored()) pricer_.ban(entering);
@@ -380,23 +389,23 @@ void PrimalSimplex::note_progress(double gain) {
 // --- Proofs --------------------------------------------------------------------------------------
 
 /// The duals of the infeasibility costs combine the rows into one that no point of the box
-/// satisfies: sum of z_j x_j = 0 with z = [A I]'y.
+/// satisfies: sum of z_j x_j = 0 with z = [A I]'y, but its maximum over the box is negative.
 bool PrimalSimplex::prove_infeasible() {
   state_.farkas = state_.row_duals;
-  double least = 0.0;
+  double largest = 0.0;
   double size = 0.0;
   for (int j = 0; j < state_.num_vars; ++j) {
     const double z = state_.status[j] == kBasic ? state_.cost[j] : -state_.reduced_cost[j];
     if (z == 0.0) continue;
-    const double bound = z > 0.0 ? state_.problem.lower[j] : state_.problem.upper[j];
+    const double bound = z > 0.0 ? state_.problem.upper[j] : state_.problem.lower[j];
     if (std::isinf(bound)) {
       if (std::fabs(z) > state_.settings.optimality_tolerance) return false;
       continue;
     }
-    least += z * bound;
+    largest += z * bound;
     size += std::fabs(z * bound);
   }
-  return least > kProofMargin * size;
+  return largest < -kProofMargin * size;
 }
 
 void PrimalSimplex::store_ray(int entering, int direction) {
