@@ -8,6 +8,7 @@ inline constexpr int kNoEnvironment = 1002;
 inline constexpr int kBadArgument = 1003;
 inline constexpr int kNullPointer = 1004;
 inline constexpr int kNoProblem = 1009;
+inline constexpr int kProblemSizeLimits = 1012;
 inline constexpr int kBadParameterNumber = 1013;
 inline constexpr int kParameterTooSmall = 1014;
 inline constexpr int kParameterTooBig = 1015;

@@ -1,0 +1,116 @@
+#include "io/mps_fields.h"
+
+#include <array>
+
+#include "base/error_code.h"
+#include "env/error_table.h"
+
+namespace kelvo {
+namespace {
+
+enum : unsigned char { kOther = 0, kBlank = 1, kField = 2, kLineFeed = 4 };
+
+constexpr std::array<unsigned char, 256> kClass = [] {
+  std::array<unsigned char, 256> table{};
+  for (std::size_t c = 33; c < 256; ++c) table[c] = kField;
+  table[127] = kOther;
+  for (const char c : {' ', '\t', '\v', '\f', '\r'}) table[static_cast<unsigned char>(c)] = kBlank;
+  table['\n'] = kLineFeed;
+  return table;
+}();
+
+unsigned char class_of(char c) {
+  return kClass[static_cast<unsigned char>(c)];
+}
+
+char upper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+}  // namespace
+
+bool equal_ignoring_case(std::string_view text, std::string_view capitals) {
+  if (text.size() != capitals.size()) return false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (upper(text[i]) != capitals[i]) return false;
+  }
+  return true;
+}
+
+/// The scans need no end: a line feed follows the line and belongs to no class but its own.
+void MpsFields::split() {
+  const char* at = text().data();
+  count_ = 0;
+  while (count_ < kMostFields) {
+    while (class_of(*at) == kBlank) ++at;
+    const char* const begin = at;
+    while (class_of(*at) == kField) ++at;
+    if (at == begin) return;
+    field_[count_++] = std::string_view(begin, static_cast<std::size_t>(at - begin));
+  }
+}
+
+Status MpsFields::next() {
+  for (;;) {
+    count_ = 0;
+    switch (lines_.next(kMostCharacters)) {
+      case LineReader::Outcome::line:
+        break;
+      case LineReader::Outcome::piece:
+        return messages_.error(mps_error::kLineTooLong, line_number(),
+                               static_cast<int>(kMostCharacters));
+      case LineReader::Outcome::end:
+        kind_ = MpsLine::end;
+        return {};
+      case LineReader::Outcome::failed:
+        return Status::failure(error::kCannotReadFile);
+    }
+    const char first = *text().data();
+    const unsigned char first_class = class_of(first);
+    if (first == '*' || (first_class & (kBlank | kField)) == 0) continue;
+    split();
+    if (first_class == kField) {
+      kind_ = MpsLine::header;
+      return {};
+    }
+    if (count_ > 0) {
+      kind_ = MpsLine::data;
+      return {};
+    }
+  }
+}
+
+std::string_view MpsFields::cut_long(std::string_view whole, std::size_t limit) {
+  const std::string_view kept = whole.substr(0, limit);
+  messages_.field_truncated(line_number(), kept);
+  return kept;
+}
+
+Status MpsFields::number(int i, double& value) {
+  const std::string_view text = cut(i, kNumberLength);
+  if (text.empty()) {
+    messages_.note_empty_number();
+    value = 0.0;
+    return {};
+  }
+  const ParsedNumber number = parse_number(text.data(), text.data() + text.size(), true);
+  if (number.fault == NumberFault::none) {
+    value = number.value;
+    return {};
+  }
+  return messages_.number_error(line_number(), text, number);
+}
+
+bool MpsFields::looks_like_number(int i) const {
+  const std::string_view text = raw(i);
+  if (text.empty()) return false;
+  const char c = text.front();
+  return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+}
+
+bool MpsFields::header_is(std::string_view keyword) const {
+  return text().size() >= keyword.size() &&
+         equal_ignoring_case(text().substr(0, keyword.size()), keyword);
+}
+
+}  // namespace kelvo

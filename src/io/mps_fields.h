@@ -1,0 +1,78 @@
+// Lines and fields of an MPS file.
+//
+// A line whose first character is no white space is a section header, any other one a data line.
+// Empty lines, lines of white space and comments (first character '*' or a control character) are
+// skipped; every physical line is counted. A field is a maximal run of printable characters (bytes
+// 33..126 and 128..255); fields are separated by white space. Any other byte ends the useful part
+// of a line.
+//
+// Fields are views into the line; they are valid until the next line is taken. A field may have any
+// length; name(), number() and code() cut it at the limit of its kind and warn.
+#pragma once
+
+#include <string_view>
+
+#include "base/line_reader.h"
+#include "base/number_text.h"
+#include "base/status.h"
+#include "io/mps_messages.h"
+
+namespace kelvo {
+
+enum class MpsLine { header, data, end };
+
+class MpsFields {
+ public:
+  static constexpr std::size_t kMostCharacters = 559;  // of a line
+  static constexpr std::size_t kNameLength = 255;
+  static constexpr std::size_t kNumberLength = 25;
+  static constexpr std::size_t kCodeLength = 2;
+  /// No data line has a use for more fields; what follows them is ignored.
+  static constexpr int kMostFields = 6;
+
+  MpsFields(LineReader& lines, MpsMessages& messages) : lines_(lines), messages_(messages) {}
+
+  /// Goes to the next line that is not skipped. Errors: 1465 a line is too long; 1423 (not
+  /// reported) the file cannot be read to its end.
+  Status next();
+
+  MpsLine kind() const { return kind_; }
+  std::string_view text() const { return lines_.text(); }
+  int line_number() const { return lines_.line_number(); }
+
+  /// Number of fields of the line, at most kMostFields.
+  int count() const { return count_; }
+  /// Field i as it stands, empty when the line has fewer fields.
+  std::string_view raw(int i) const { return i < count_ ? field_[i] : std::string_view(); }
+  /// Where field i < count() begins on its line, from 0.
+  int position(int i) const { return static_cast<int>(field_[i].data() - text().data()); }
+
+  std::string_view name(int i) { return cut(i, kNameLength); }
+  std::string_view code(int i) { return cut(i, kCodeLength); }
+  /// Reads a number; an empty field is 0 and is noted. Errors: 1434, 1435, 1618.
+  Status number(int i, double& value);
+
+  /// True when field i begins like a number: with a digit, a sign or a point.
+  bool looks_like_number(int i) const;
+  /// True when the line begins with `keyword` (capitals) in any case.
+  bool header_is(std::string_view keyword) const;
+
+ private:
+  void split();
+  std::string_view cut(int i, std::size_t limit) {
+    const std::string_view whole = raw(i);
+    return whole.size() <= limit ? whole : cut_long(whole, limit);
+  }
+  std::string_view cut_long(std::string_view whole, std::size_t limit);
+
+  LineReader& lines_;
+  MpsMessages& messages_;
+  MpsLine kind_ = MpsLine::end;
+  int count_ = 0;
+  std::string_view field_[kMostFields];
+};
+
+/// True when two texts agree without regard to the case of letters; `capitals` has no small ones.
+bool equal_ignoring_case(std::string_view text, std::string_view capitals);
+
+}  // namespace kelvo
