@@ -1,5 +1,6 @@
 #include "prob/default_names.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -15,6 +16,11 @@ DefaultName::DefaultName(NameKind kind, int index) {
   text_[0] = static_cast<char>(kind);
   char* const end = std::to_chars(text_ + 1, text_ + sizeof text_, std::int64_t{index} + 1).ptr;
   length_ = static_cast<std::size_t>(end - text_);
+}
+
+bool gives_names(const char* const* names, int count) {
+  return names != nullptr &&
+         std::any_of(names, names + count, [](const char* name) { return name != nullptr; });
 }
 
 void make_room_for_names(NameStore& names, const char* const* given, int count) {

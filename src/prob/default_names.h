@@ -22,6 +22,9 @@ class DefaultName {
   std::size_t length_ = 0;
 };
 
+/// True when an array of `count` names, which may be null, holds at least one.
+bool gives_names(const char* const* names, int count);
+
 /// Room for `count` names of which `given` (may be null, as may its entries) are to be taken and
 /// the rest by default. Throws std::bad_alloc, leaving the names as they were.
 void make_room_for_names(NameStore& names, const char* const* given, int count);

@@ -17,21 +17,13 @@ void append_values(Vector<T>& to, const T* given, int count, T default_value) {
   }
 }
 
-bool names_anything(const char* const* names, int count) {
-  if (names == nullptr) return false;
-  for (int k = 0; k < count; ++k) {
-    if (names[k] != nullptr) return true;
-  }
-  return false;
-}
-
 /// The names a model needs before `count` more are appended: those it has, or default names for
 /// the `old_count` items it has when the new ones bring the first names. Throws std::bad_alloc.
 /// Returns whether there will be names; `fresh` then replaces an absent store.
 bool prepare_names(NameStore& names, NameStore& fresh, NameKind kind, int old_count,
                    const char* const* given, int count) {
   if (!names.present()) {
-    if (!names_anything(given, count)) return false;
+    if (!gives_names(given, count)) return false;
     fresh = default_names(kind, old_count);
   }
   make_room_for_names(names.present() ? names : fresh, given, count);
@@ -120,16 +112,6 @@ void append_columns(Model& model, const ColumnBlock& block) {
     append_names(model.col_names, NameKind::column, model.num_cols, block.names, block.count);
   }
   model.num_cols += block.count;
-}
-
-void ensure_row_names(Model& model) {
-  if (!model.row_names.present()) model.row_names = default_names(NameKind::row, model.num_rows);
-}
-
-void ensure_column_names(Model& model) {
-  if (!model.col_names.present()) {
-    model.col_names = default_names(NameKind::column, model.num_cols);
-  }
 }
 
 void ensure_ranges(Model& model) {

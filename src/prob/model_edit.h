@@ -25,10 +25,6 @@ void delete_rows(Model& model, const int* new_index) noexcept;
 /// cuts and lazy constraints are all deleted.
 void delete_columns(Model& model, const int* new_index) noexcept;
 
-/// Gives every row (column) a default name when the model has no names of that kind.
-void ensure_row_names(Model& model);
-void ensure_column_names(Model& model);
-
 /// Makes the array of ranges exist.
 void ensure_ranges(Model& model);
 

@@ -1,0 +1,69 @@
+#include "prob/change_kind.h"
+
+#include <array>
+
+namespace kelvo {
+namespace {
+
+struct Effect {
+  ChangeKind kind;
+  unsigned stale;
+  unsigned touched;
+};
+
+constexpr unsigned kResults = kCachedSolution | kCachedPresolve | kCachedDerived;
+constexpr unsigned kShape = kResults | kCachedWorkingLp;
+constexpr unsigned kNameIndices = kCachedRowIndex | kCachedColumnIndex;
+constexpr unsigned kEverything = kShape | kCachedBasis | kNameIndices;
+constexpr unsigned kAllAspects = kCosts | kColumnBounds | kRowLimits | kStructure;
+
+// The basis outlives every change but that of the whole model: it stays a good start, and added or
+// deleted rows and columns enter or leave it. The working LP outlives changes of costs, bounds and
+// row limits, which its owner copies anew.
+constexpr Effect kEffects[] = {
+    {ChangeKind::bounds, kResults, kColumnBounds},
+    {ChangeKind::right_hand_sides, kResults, kRowLimits},
+    {ChangeKind::coefficient, kShape, kStructure},
+    {ChangeKind::senses, kResults, kRowLimits},
+    {ChangeKind::ranges, kResults, kRowLimits},
+    {ChangeKind::row_coefficients, kShape, kAllAspects},
+    {ChangeKind::objective, kResults, kCosts},
+    {ChangeKind::rows_deleted, kShape | kCachedRowIndex, kAllAspects},
+    {ChangeKind::model_replaced, kEverything, kAllAspects},
+    {ChangeKind::single_right_hand_side, kResults, kRowLimits},
+    {ChangeKind::column_types, kShape, kStructure},
+    {ChangeKind::objective_sense, kResults, kCosts},
+    {ChangeKind::single_objective, kResults, kCosts},
+    {ChangeKind::quadratic_objective, kShape, kStructure},
+    {ChangeKind::quadratic_constraints, kShape, kStructure},
+    {ChangeKind::sets, kShape, kStructure},
+    {ChangeKind::rows_added, kShape | kCachedRowIndex, kAllAspects},
+    {ChangeKind::indicators, kShape, kStructure},
+    {ChangeKind::cuts, kShape, kStructure},
+    {ChangeKind::names, kCachedDerived | kNameIndices, 0},
+    {ChangeKind::columns_added, kShape | kCachedColumnIndex, kAllAspects},
+    {ChangeKind::columns_deleted, kShape | kCachedColumnIndex, kAllAspects},
+    {ChangeKind::coefficient_list, kShape, kAllAspects},
+};
+
+/// The table by number of the kind; a kind without a row makes everything stale.
+constexpr std::array<Effect, kNumChangeKinds> effects_by_number() {
+  std::array<Effect, kNumChangeKinds> table{};
+  for (Effect& effect : table) effect = {ChangeKind::model_replaced, kEverything, kAllAspects};
+  for (const Effect& effect : kEffects) table[static_cast<int>(effect.kind)] = effect;
+  return table;
+}
+
+constexpr std::array<Effect, kNumChangeKinds> kEffectsByNumber = effects_by_number();
+
+}  // namespace
+
+unsigned stale_after(ChangeKind kind) {
+  return kEffectsByNumber[static_cast<int>(kind)].stale;
+}
+
+unsigned touched_by(ChangeKind kind) {
+  return kEffectsByNumber[static_cast<int>(kind)].touched;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,111 @@
+#include "prob/problem.h"
+
+#include <cassert>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+template <class T>
+void release_memory(Vector<T>& vector) noexcept {
+  Vector<T>().swap(vector);
+}
+
+}  // namespace
+
+ProblemType type_of(const Model& model) {
+  const bool integer =
+      !model.column_type.empty() || model.sos.size() > 0 || model.indicators.size() > 0;
+  if (!model.quadratic_constraints.empty()) return integer ? kTypeMiqcp : kTypeQcp;
+  if (model.quadratic.num_major > 0) return integer ? kTypeMiqp : kTypeQp;
+  return integer ? kTypeMilp : kTypeLp;
+}
+
+Problem::~Problem() {
+  self_ = nullptr;
+}
+
+std::int64_t Problem::num_nonzeros() {
+  if (batch_.has_coefficients()) merge_pending();
+  return model_.matrix.num_nonzeros() + batch_.num_row_entries();
+}
+
+const Model& Problem::model() const {
+  assert(batch_.empty());
+  return model_;
+}
+
+void Problem::notify_change(ChangeKind kind) noexcept {
+  const unsigned stale = stale_after(kind);
+  if ((stale & kCachedSolution) != 0) discard_solution();
+  if ((stale & kCachedBasis) != 0) basis = StoredBasis();
+  if ((stale & kCachedWorkingLp) != 0) working_lp.reset();
+  if ((stale & kCachedPresolve) != 0) presolve.reset();
+  if ((stale & kCachedDerived) != 0) {
+    view_target.reset();
+    derived.reset();
+  }
+  if ((stale & kCachedRowIndex) != 0) {
+    row_name_index_.clear();
+    row_names_indexed_ = false;
+  }
+  if ((stale & kCachedColumnIndex) != 0) {
+    column_name_index_.clear();
+    column_names_indexed_ = false;
+  }
+  const unsigned touched = touched_by(kind);
+  revisions_.costs += (touched & kCosts) != 0;
+  revisions_.column_bounds += (touched & kColumnBounds) != 0;
+  revisions_.row_limits += (touched & kRowLimits) != 0;
+  revisions_.structure += (touched & kStructure) != 0;
+}
+
+void Problem::discard_solution() noexcept {
+  if (solution_status == kNoSolution && !solution.has_primal && !incumbent.present) return;
+  solution_status = kNoSolution;
+  // The counts describe the last optimization, whether or not its values still hold.
+  solution.method = kMethodNone;
+  solution.primal_feasible = solution.dual_feasible = false;
+  solution.has_primal = solution.has_dual = solution.has_basis = false;
+  solution.objective = 0.0;
+  solution.condition = 0.0;
+  release_memory(solution.x);
+  release_memory(solution.activity);
+  release_memory(solution.pi);
+  release_memory(solution.dj);
+  release_memory(solution.farkas);
+  release_memory(solution.ray);
+  incumbent = Incumbent();
+}
+
+int Problem::row_index(std::string_view name) {
+  merge_pending();
+  if (!row_names_indexed_) {
+    row_name_index_.build(model_.row_names, model_.row_names.size());
+    row_names_indexed_ = true;
+  }
+  return row_name_index_.find(name, model_.row_names);
+}
+
+int Problem::column_index(std::string_view name) {
+  merge_pending();
+  if (!column_names_indexed_) {
+    column_name_index_.build(model_.col_names, model_.col_names.size());
+    column_names_indexed_ = true;
+  }
+  return column_name_index_.find(name, model_.col_names);
+}
+
+Owned<Problem> Problem::clone() {
+  merge_pending();
+  Owned<Problem> copy = make_owned<Problem>(*environment_);
+  copy->type_ = type_;
+  copy->model_ = model_;
+  copy->solution_status = solution_status;
+  copy->solution = solution;
+  copy->incumbent = incumbent;
+  copy->basis = basis;
+  return copy;
+}
+
+}  // namespace kelvo

@@ -1,0 +1,169 @@
+// The problem object: one model and everything derived from it.
+//
+// A problem holds the model, the additions to it that wait in the pending batch, the result of the
+// last optimization with the basis it ended with, and what the optimizers keep for the next one.
+// Every edit goes through this class: it changes the model as a whole or not at all, keeps the
+// stored basis in step, and reports its change kind, whose table says what becomes stale.
+//
+// Counts include what waits in the batch. model() is the merged model, so merge_pending() comes
+// before it; the API frame merges before every function that reads.
+//
+// A problem of type 3, 8 or 13 is a view: its own model is not used, resolve_view() leads to the
+// problem it shows, which it owns. Views are never edited.
+//
+// Functions that need memory throw std::bad_alloc and leave the problem answering as before.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "base/name_index.h"
+#include "base/status.h"
+#include "prob/attachment.h"
+#include "prob/blocks.h"
+#include "prob/change_kind.h"
+#include "prob/model.h"
+#include "prob/pending_batch.h"
+#include "prob/solution.h"
+
+namespace kelvo {
+
+class Environment;
+struct ObjectNode;
+
+enum ProblemType : int {
+  kTypeLp = 0,
+  kTypeMilp = 1,
+  kTypeFixedMilp = 3,
+  kTypeNodeLp = 4,
+  kTypeQp = 5,
+  kTypeMiqp = 7,
+  kTypeFixedMiqp = 8,
+  kTypeNodeQp = 9,
+  kTypeQcp = 10,
+  kTypeMiqcp = 11,
+  kTypeNodeQcp = 12,
+  kTypeFixedMiqcp = 13
+};
+
+constexpr bool is_view_type(int type) {
+  return type == kTypeFixedMilp || type == kTypeFixedMiqp || type == kTypeFixedMiqcp;
+}
+constexpr bool is_mixed_integer_type(int type) {
+  return type == kTypeMilp || type == kTypeMiqp || type == kTypeMiqcp;
+}
+
+/// The type a model has by its content.
+ProblemType type_of(const Model& model);
+
+class Problem {
+ public:
+  /// An empty LP that belongs to a root environment.
+  explicit Problem(Environment& root) : environment_(&root) {}
+  ~Problem();
+  Problem(const Problem&) = delete;
+  Problem& operator=(const Problem&) = delete;
+
+  /// False once the problem has been destroyed, as far as a stale pointer can tell.
+  bool is_valid() const { return self_ == this; }
+  Environment& environment() const { return *environment_; }
+  int type() const { return type_; }
+  bool is_view() const { return is_view_type(type_); }
+  /// The problem itself, or the one a view shows; null when that is missing.
+  Problem* resolve_view() { return is_view() ? view_target.get() : this; }
+
+  int num_rows() const { return model_.num_rows + batch_.num_rows(); }
+  int num_cols() const { return model_.num_cols; }
+  /// Merges waiting coefficients, since some of them may replace others.
+  std::int64_t num_nonzeros();
+
+  /// Moves what waits in the batch into the model.
+  void merge_pending();
+  bool has_pending() const { return !batch_.empty(); }
+  /// The merged model.
+  const Model& model() const;
+
+  /// Discards what a change of this kind makes stale.
+  void notify_change(ChangeKind kind) noexcept;
+  const Revisions& revisions() const { return revisions_; }
+
+  // ---- Edits. Arguments have been checked; indices are those of the merged model. ----
+
+  /// Replaces the model and sets the type that belongs to it.
+  void replace_model(Model&& model) noexcept;
+  /// Appends rows; `columns` new columns without entries, which the rows may refer to, come first.
+  void add_rows(const RowBlock& rows, const ColumnBlock& columns = {});
+  void add_columns(const ColumnBlock& block);
+  /// new_index as in model_edit.h, for all rows (columns).
+  void delete_rows(const int* new_index);
+  void delete_columns(const int* new_index);
+
+  void change_coefficients(const int* rows, const int* columns, const double* values, int count,
+                           ChangeKind kind);
+  void change_objective(const int* columns, const double* values, int count, ChangeKind kind);
+  void change_right_hand_sides(const int* rows, const double* values, int count, ChangeKind kind);
+  void change_senses(const int* rows, const char* senses, int count);
+  /// The rows must be ranged.
+  void change_ranges(const int* rows, const double* values, int count);
+  /// Sets bounds as they are given; a null array leaves that side alone.
+  void change_bounds(const int* columns, const double* lower, const double* upper, int count);
+  void change_objective_sense(int sense);
+  void rename_rows(const int* rows, const char* const* names, int count);
+  void rename_columns(const int* columns, const char* const* names, int count);
+  void change_name(std::string_view name);
+  void change_objective_name(std::string_view name);
+  void delete_names();
+  void remove_negligible(double eps);
+
+  /// Edits of kinds that have no function here: `edit(Model&)` works on the merged model, all or
+  /// nothing, and the change is reported. The stored basis is not touched.
+  template <class Edit>
+  void edit_model(ChangeKind kind, Edit edit) {
+    merge_pending();
+    edit(model_);
+    notify_change(kind);
+  }
+  void set_type(int type) { type_ = type; }
+
+  // ---- Look-up by name: the first index with that name, or -1. ----
+
+  int row_index(std::string_view name);
+  int column_index(std::string_view name);
+
+  /// A copy of everything except what the optimizers keep: model, type, results and basis.
+  Owned<Problem> clone();
+
+  // ---- Results of optimizations and what belongs to them. ----
+
+  int solution_status = kNoSolution;
+  SolutionRecord solution;
+  Incumbent incumbent;
+  StoredBasis basis;             // kept in step by edits, see change_kind.cpp
+  Owned<Attachment> working_lp;  // the optimizers' own copy of the model; see revisions()
+  Owned<Attachment> presolve;
+  Owned<Problem> view_target;
+  Owned<Problem> derived;
+  ObjectNode* node = nullptr;  // where an environment's object list holds this problem
+
+ private:
+  void discard_solution() noexcept;
+  void make_type_mixed_integer() noexcept;
+
+  const Problem* self_ = this;
+  Environment* environment_;
+  int type_ = kTypeLp;
+  Model model_;
+  PendingBatch batch_;
+  Revisions revisions_;
+  NameIndex row_name_index_;     // built at the first look-up after a change of names
+  NameIndex column_name_index_;  // likewise
+  bool row_names_indexed_ = false;
+  bool column_names_indexed_ = false;
+};
+
+/// For readers: swaps a complete new model in. Never fails.
+inline void replace_model(Problem& problem, Model&& model) noexcept {
+  problem.replace_model(std::move(model));
+}
+
+}  // namespace kelvo
