@@ -438,7 +438,227 @@ KLV_API int KLVsetterminate(KLVenv env, volatile int* terminate);
 
 /* ---- Problem objects: creation and modification ------------------------------------------ */
 
+/* All functions on a problem give 1002 for an invalid environment, 1806 for a problem of another
+ * root environment, 1804 when called from an informational callback with the caller's environment,
+ * 1009 for an invalid problem, and 1001 when memory runs out. Functions that change a problem
+ * refuse one that only shows another (types 3, 8, 13) with 1023; functions that read it follow it.
+ * A change that fails changes nothing. Counts below 0 give 1003, required arrays that are null
+ * 1004. Row indices outside the problem give 1203, column indices 1201. While KLV_PARAM_DATACHECK
+ * is 1, numbers that are NaN (1225) or not finite (1233), senses other than 'L', 'E', 'G', 'R'
+ * (1215) and null pointers in arrays of names (1224) are refused too; without it they are stored as
+ * they are, and a null name means a default one ("c5" for the fifth row, "x7" for the seventh
+ * column).
+ *
+ * Row i of the model is  a_i x <= rhs ('L'), = rhs ('E'), >= rhs ('G'), or, for 'R' with range r,
+ * rhs <= a_i x <= rhs + r  (r >= 0),  rhs + r <= a_i x <= rhs  (r < 0). */
+
+/* Makes an empty minimization problem of type 0 (LP) with that name; it belongs to the root of env
+ * and is freed with env at the latest. Null on failure, with the code in *status_p (required). */
+KLV_API KLVprob KLVcreateprob(KLVenv env, int* status_p, const char* name);
+
+/* Makes a copy: model, names, type, solution and start basis. Null on failure. */
+KLV_API KLVprob KLVcloneprob(KLVenv env, KLVprob lp, int* status_p);
+
+/* Frees *lp_p and sets it to null. A null *lp_p is accepted; 1004 for a null lp_p. */
+KLV_API int KLVfreeprob(KLVenv env, KLVprob* lp_p);
+
+/* Replaces the model. Columns j = 0..numcols-1: obj, lb, ub, and the entries at positions
+ * matbeg[j] .. matbeg[j] + matcnt[j] - 1 of matind (row indices) and matval; the areas of the
+ * columns may stand in any order. Rows i = 0..numrows-1: rhs, sense and, when not null, rngval
+ * (used in 'R' rows). objsense: negative maximizes, otherwise minimizes. colname and rowname may be
+ * null. With data checking, areas that overlap give 1226 or 1228, counts above numrows 1227, an
+ * 'R' row without rngval and an objsense other than 1 and -1 give 1003. The name of the problem
+ * stays; its type becomes 0. */
+KLV_API int KLVcopylpwnames(KLVenv env, KLVprob lp, int numcols, int numrows, int objsense,
+                            const double* obj, const double* rhs, const char* sense,
+                            const int* matbeg, const int* matcnt, const int* matind,
+                            const double* matval, const double* lb, const double* ub,
+                            const double* rngval, const char* const* colname,
+                            const char* const* rowname);
+
+/* KLVcopylpwnames without names. */
+KLV_API int KLVcopylp(KLVenv env, KLVprob lp, int numcols, int numrows, int objsense,
+                      const double* obj, const double* rhs, const char* sense, const int* matbeg,
+                      const int* matcnt, const int* matind, const double* matval, const double* lb,
+                      const double* ub, const double* rngval);
+
+/* Appends rcnt empty rows. Null arrays: rhs 0, sense 'E', rngval 0, no names. */
+KLV_API int KLVnewrows(KLVenv env, KLVprob lp, int rcnt, const double* rhs, const char* sense,
+                       const double* rngval, const char* const* rowname);
+
+/* Appends ccnt columns without entries (objective 0, bounds 0 and infinity) and then rcnt rows. The
+ * entries of row k stand at rmatbeg[k] .. rmatbeg[k + 1] - 1, those of the last row up to
+ * nzcnt - 1, as column indices (new columns included) and values. Starts that do not ascend within
+ * 0..nzcnt give 1226. rhs, sense and names may be null as in KLVnewrows. */
+KLV_API int KLVaddrows(KLVenv env, KLVprob lp, int ccnt, int rcnt, int nzcnt, const double* rhs,
+                       const char* sense, const int* rmatbeg, const int* rmatind,
+                       const double* rmatval, const char* const* colname,
+                       const char* const* rowname);
+
+/* Appends ccnt empty columns. Null arrays: obj 0, lb 0, ub infinity, no names. A ctype array
+ * ('C', 'B', 'I', 'S', 'N'; 3021 for another letter, with data checking) makes the problem
+ * mixed-integer. */
+KLV_API int KLVnewcols(KLVenv env, KLVprob lp, int ccnt, const double* obj, const double* lb,
+                       const double* ub, const char* ctype, const char* const* colname);
+
+/* Appends ccnt columns. The entries of column k stand at cmatbeg[k] .. cmatbeg[k + 1] - 1, those of
+ * the last column up to nzcnt - 1, as row indices and values. Otherwise as KLVnewcols. */
+KLV_API int KLVaddcols(KLVenv env, KLVprob lp, int ccnt, int nzcnt, const double* obj,
+                       const int* cmatbeg, const int* cmatind, const double* cmatval,
+                       const double* lb, const double* ub, const char* const* colname);
+
+/* Changes one coefficient: of the matrix (0 removes the entry); with i = -1 of the objective; with
+ * j = -1 the right-hand side of row i; with j = -2 the range of row i (1216 when it is not 'R').
+ * 1211 for i = -1 with a negative j, 1200 for other places. */
+KLV_API int KLVchgcoef(KLVenv env, KLVprob lp, int i, int j, double value);
+
+/* Changes numcoefs matrix coefficients; of several changes of one place the last one counts. */
+KLV_API int KLVchgcoeflist(KLVenv env, KLVprob lp, int numcoefs, const int* rowlist,
+                           const int* collist, const double* vallist);
+
+/* Changes the objective coefficients of cnt columns. */
+KLV_API int KLVchgobj(KLVenv env, KLVprob lp, int cnt, const int* indices, const double* values);
+
+/* Changes the right-hand sides of cnt rows. */
+KLV_API int KLVchgrhs(KLVenv env, KLVprob lp, int cnt, const int* indices, const double* values);
+
+/* Changes the senses of cnt rows. A row that becomes 'R' has range 0 until KLVchgrngval. */
+KLV_API int KLVchgsense(KLVenv env, KLVprob lp, int cnt, const int* indices, const char* senses);
+
+/* Changes the ranges of cnt rows; 1216 when one of them is not 'R'. */
+KLV_API int KLVchgrngval(KLVenv env, KLVprob lp, int cnt, const int* indices, const double* values);
+
+/* Changes bounds: codes 'L' lower, 'U' upper, 'B' both (others change nothing; 1229 with data
+ * checking). Values of magnitude 1e17 or more are infinite: stored as 1e20 where they relax,
+ * ignored with a warning where they cannot hold. Values below 1e-10 in magnitude are stored as 0.
+ */
+KLV_API int KLVchgbds(KLVenv env, KLVprob lp, int cnt, const int* indices, const char* codes,
+                      const double* values);
+
+/* As KLVchgbds, for bounds tightened inside callbacks and heuristics. */
+KLV_API int KLVtightenbds(KLVenv env, KLVprob lp, int cnt, const int* indices, const char* codes,
+                          const double* values);
+
+/* Negative: maximize, otherwise minimize; with data checking 1003 for anything but 1 and -1. */
+KLV_API int KLVchgobjsen(KLVenv env, KLVprob lp, int sense);
+
+/* Renames row (key 'r') or column (key 'c') `index`; with another key nothing happens. When the
+ * problem has no names of that kind yet, all others get default names. */
+KLV_API int KLVchgname(KLVenv env, KLVprob lp, int key, int index, const char* name);
+
+/* Renames cnt rows. */
+KLV_API int KLVchgrowname(KLVenv env, KLVprob lp, int cnt, const int* indices,
+                          const char* const* names);
+
+/* Renames cnt columns. */
+KLV_API int KLVchgcolname(KLVenv env, KLVprob lp, int cnt, const int* indices,
+                          const char* const* names);
+
+/* Sets the name of the problem. */
+KLV_API int KLVchgprobname(KLVenv env, KLVprob lp, const char* name);
+
+/* Sets the name of the objective. */
+KLV_API int KLVcopyobjname(KLVenv env, KLVprob lp, const char* name);
+
+/* Removes the names of all rows and columns. */
+KLV_API int KLVdelnames(KLVenv env, KLVprob lp);
+
+/* Deletes rows begin..end; the rows behind them move down. 1200 for a range outside the problem. */
+KLV_API int KLVdelrows(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Deletes columns begin..end, likewise, with their places in quadratic terms, sets and indicator
+ * constraints. All user cuts and lazy constraints go, with a warning. */
+KLV_API int KLVdelcols(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Deletes the rows i with delstat[i] = 1 (one entry per row); on return delstat[i] is the new index
+ * of row i, or -1. */
+KLV_API int KLVdelsetrows(KLVenv env, KLVprob lp, int* delstat);
+
+/* Deletes the columns j with delstat[j] = 1, as KLVdelsetrows and KLVdelcols. */
+KLV_API int KLVdelsetcols(KLVenv env, KLVprob lp, int* delstat);
+
+/* Removes matrix coefficients of magnitude below eps, and sets objective coefficients, right-hand
+ * sides, ranges and bounds of magnitude below eps to 0. */
+KLV_API int KLVcleanup(KLVenv env, KLVprob lp, double eps);
+
 /* ---- Problem objects: query --------------------------------------------------------------- */
+
+/* Ranges begin..end outside the problem give 1200; the empty range end = begin - 1 is accepted.
+ *
+ * Functions with a space and a surplus fill their arrays as far as the space goes and store
+ * space - needed in *surplus_p. When that is negative they give 1207. With space 0 and a surplus_p
+ * nothing is printed and the other arrays may be null: that is how a caller asks for the room. */
+
+/* The type of the problem: 0 LP, 1 MILP, 3 fixed MILP, 4 node LP, 5 QP, 7 MIQP, 8 fixed MIQP,
+ * 9 node QP, 10 QCP, 11 MIQCP, 12 node QCP, 13 fixed MIQCP; -1 on failure. */
+KLV_API int KLVgetprobtype(KLVenv env, KLVprob lp);
+
+/* Number of rows; 0 on failure. */
+KLV_API int KLVgetnumrows(KLVenv env, KLVprob lp);
+
+/* Number of columns; 0 on failure. */
+KLV_API int KLVgetnumcols(KLVenv env, KLVprob lp);
+
+/* Number of matrix entries; 0 on failure. */
+KLV_API int KLVgetnumnz(KLVenv env, KLVprob lp);
+
+/* 1 when the objective is minimized, -1 when it is maximized; 0 on failure. */
+KLV_API int KLVgetobjsen(KLVenv env, KLVprob lp);
+
+/* Objective coefficients of columns begin..end, end - begin + 1 of them. */
+KLV_API int KLVgetobj(KLVenv env, KLVprob lp, double* obj, int begin, int end);
+
+/* Lower bounds of columns begin..end. */
+KLV_API int KLVgetlb(KLVenv env, KLVprob lp, double* lb, int begin, int end);
+
+/* Upper bounds of columns begin..end. */
+KLV_API int KLVgetub(KLVenv env, KLVprob lp, double* ub, int begin, int end);
+
+/* Right-hand sides of rows begin..end. */
+KLV_API int KLVgetrhs(KLVenv env, KLVprob lp, double* rhs, int begin, int end);
+
+/* Senses of rows begin..end. */
+KLV_API int KLVgetsense(KLVenv env, KLVprob lp, char* sense, int begin, int end);
+
+/* Ranges of rows begin..end, 0 for rows that are not 'R'; 1216 when the problem has no ranges. */
+KLV_API int KLVgetrngval(KLVenv env, KLVprob lp, double* rngval, int begin, int end);
+
+/* One coefficient: of the matrix (0 where there is no entry), with i = -1 of the objective, with
+ * j = -1 the right-hand side of row i, with j = -2 its range (1216 when the problem has no ranges).
+ * 1200 for other places. */
+KLV_API int KLVgetcoef(KLVenv env, KLVprob lp, int i, int j, double* value_p);
+
+/* Rows begin..end of the matrix: *nzcnt_p entries, those of row begin + k from position rmatbeg[k]
+ * on, as column indices and values, by column. rmatspace is the room in rmatind and rmatval. */
+KLV_API int KLVgetrows(KLVenv env, KLVprob lp, int* nzcnt_p, int* rmatbeg, int* rmatind,
+                       double* rmatval, int rmatspace, int* surplus_p, int begin, int end);
+
+/* Columns begin..end of the matrix, likewise, in the order in which their entries are kept. */
+KLV_API int KLVgetcols(KLVenv env, KLVprob lp, int* nzcnt_p, int* cmatbeg, int* cmatind,
+                       double* cmatval, int cmatspace, int* surplus_p, int begin, int end);
+
+/* Names of rows begin..end: the texts one after the other in namestore (storespace characters), and
+ * in name[k] the address of the k-th, null when it does not start within the store. 1219 when the
+ * rows have no names. */
+KLV_API int KLVgetrowname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
+                          int* surplus_p, int begin, int end);
+
+/* Names of columns begin..end, likewise. */
+KLV_API int KLVgetcolname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
+                          int* surplus_p, int begin, int end);
+
+/* The name of the problem in buffer (space characters, terminating zero included). */
+KLV_API int KLVgetprobname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p);
+
+/* The name of the objective, likewise; 1219 when it has none. */
+KLV_API int KLVgetobjname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p);
+
+/* The first row with that name. 1219 when the rows have no names; 1210, not printed, when none of
+ * them is equal. */
+KLV_API int KLVgetrowindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
+
+/* The first column with that name, likewise. */
+KLV_API int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
 
 /* ---- Files ---------------------------------------------------------------------------------- */
 

@@ -31,6 +31,19 @@ inline constexpr int kRowIndex = 1203;
 inline constexpr int kBeginTooSmall = 1205;
 inline constexpr int kEndTooBig = 1206;
 inline constexpr int kInsufficientLength = 1207;
+inline constexpr int kNameNotFound = 1210;
+inline constexpr int kObjectiveHasNoRhs = 1211;
+inline constexpr int kSenseEntry = 1215;
+inline constexpr int kNoRanges = 1216;
+inline constexpr int kNoSolution = 1217;
+inline constexpr int kNoNames = 1219;
+inline constexpr int kNullName = 1224;
+inline constexpr int kNotANumberEntry = 1225;
+inline constexpr int kNotAscending = 1226;
+inline constexpr int kCountEntry = 1227;
+inline constexpr int kOverlappingEntries = 1228;
+inline constexpr int kBoundCodeEntry = 1229;
+inline constexpr int kEntryTooLarge = 1233;
 inline constexpr int kBasisSingular = 1256;
 inline constexpr int kNoFileName = 1421;
 inline constexpr int kCannotWriteFile = 1422;
@@ -41,5 +54,6 @@ inline constexpr int kBadHeader = 1661;
 inline constexpr int kCallFromInfoCallback = 1804;
 inline constexpr int kForeignProblem = 1806;
 inline constexpr int kIncompatibleParameters = 1807;
+inline constexpr int kColumnTypeEntry = 3021;
 
 }  // namespace kelvo::error

@@ -56,6 +56,13 @@ constexpr bool is_mixed_integer_type(int type) {
 /// The type a model has by its content.
 ProblemType type_of(const Model& model);
 
+/// A new value of one bound.
+struct BoundChange {
+  int column;
+  bool upper;
+  double value;
+};
+
 class Problem {
  public:
   /// An empty LP that belongs to a root environment.
@@ -74,6 +81,8 @@ class Problem {
 
   int num_rows() const { return model_.num_rows + batch_.num_rows(); }
   int num_cols() const { return model_.num_cols; }
+  int objective_sense() const { return model_.sense; }
+  const String& name() const { return model_.name; }
   /// Merges waiting coefficients, since some of them may replace others.
   std::int64_t num_nonzeros();
 
@@ -105,8 +114,7 @@ class Problem {
   void change_senses(const int* rows, const char* senses, int count);
   /// The rows must be ranged.
   void change_ranges(const int* rows, const double* values, int count);
-  /// Sets bounds as they are given; a null array leaves that side alone.
-  void change_bounds(const int* columns, const double* lower, const double* upper, int count);
+  void change_bounds(const Vector<BoundChange>& changes);
   void change_objective_sense(int sense);
   void rename_rows(const int* rows, const char* const* names, int count);
   void rename_columns(const int* columns, const char* const* names, int count);

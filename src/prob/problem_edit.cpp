@@ -139,11 +139,9 @@ void Problem::change_ranges(const int* rows, const double* values, int count) {
   notify_change(ChangeKind::ranges);
 }
 
-void Problem::change_bounds(const int* columns, const double* lower, const double* upper,
-                            int count) {
-  for (int k = 0; k < count; ++k) {
-    if (lower != nullptr) model_.lower[columns[k]] = lower[k];
-    if (upper != nullptr) model_.upper[columns[k]] = upper[k];
+void Problem::change_bounds(const Vector<BoundChange>& changes) {
+  for (const BoundChange& change : changes) {
+    (change.upper ? model_.upper : model_.lower)[change.column] = change.value;
   }
   notify_change(ChangeKind::bounds);
 }
