@@ -390,6 +390,21 @@ KLV_API int KLVsetdefaults(KLVenv env);
  * that is not printed. */
 KLV_API int KLVgetchgparam(KLVenv env, int* count_p, int* numbers, int space, int* surplus_p);
 
+/* Replaces all parameters by what a parameter file says; those it does not mention get their
+ * defaults. A plain name that does not open is tried with ".prm" appended. On failure no parameter
+ * changes, and the reason is printed with the number of the line: 1423 unreadable, 1661 bad header,
+ * 1013 or 1028 unknown parameter, 1660 no value, 1434 no number, 1026, 1465, and the errors of the
+ * setters. */
+KLV_API int KLVreadcopyparam(KLVenv env, const char* filename);
+
+/* Writes the parameters that differ from their defaults to a parameter file. 1421 for a null or
+ * empty name, 1422 when the file cannot be written. */
+KLV_API int KLVwriteparam(KLVenv env, const char* filename);
+
+/* As KLVwriteparam, without the settings that only concern the screen (KLV_PARAM_SCRIND) or the
+ * host (KLV_PARAM_MIPCBREDLP, hidden 1053). */
+KLV_API int KLVEwriteparam(KLVenv env, const char* filename);
+
 /* ---- Callbacks and termination ----------------------------------------------------------- */
 
 /* A callback: the environment to use inside it, the optimizer's own data for the query functions, a

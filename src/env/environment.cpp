@@ -94,9 +94,7 @@ void Environment::set_log_file(std::FILE* file) {
 }
 
 void Environment::set_screen(bool on) {
-  if (on) {
-    for (Channel c : kScreenChannels) channel(c).reserve_one();
-  }
+  if (on) reserve_screen();
   for (Channel c : kScreenChannels) {
     if (!on) {
       channel(c).detach(stdout);
@@ -104,6 +102,10 @@ void Environment::set_screen(bool on) {
       channel(c).attach(stdout);
     }
   }
+}
+
+void Environment::reserve_screen() {
+  for (Channel c : kScreenChannels) channel(c).reserve_one();
 }
 
 double Environment::clock() const {

@@ -80,6 +80,8 @@ class Environment {
   /// Attaches standard output to the results, warning and error channels, or detaches it. Throws
   /// std::bad_alloc, leaving everything as it was.
   void set_screen(bool on);
+  /// Makes sure that the next set_screen(true) finds its memory.
+  void reserve_screen();
 
   /// Seconds on the clock chosen by CLOCKTYPE: processor time for 1, elapsed time otherwise.
   double clock() const;

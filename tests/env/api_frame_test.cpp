@@ -114,7 +114,7 @@ TEST(Objects, AreReleasedInTheOrderOfCreationOrAlone) {
   EXPECT_TRUE(list.empty());
 }
 
-TEST(Channels, AFileThroughAPointerIsWrittenOnlyWhileItIsSet) {
+TEST(MessageChannel, AFileThroughAPointerIsWrittenOnlyWhileItIsSet) {
   MessageChannel channel;
   std::FILE* file = nullptr;
   channel.attach_pointer(&file);

@@ -1,8 +1,10 @@
 // The k-th allocation fails inside functions of the environment.
 #include <gtest/gtest.h>
 #include <kelvo.h>
+#include <unistd.h>
 
 #include <cstdio>
+#include <string>
 
 #include "fault/allocation.h"
 
@@ -98,6 +100,29 @@ TEST(EnvironmentFaults, ScreenOutputIsAllOrNothing) {
                                 EXPECT_EQ(KLVdelfpdest(e.env, results, stdout), 1052);
                               },
                               kMayKeepRoom);
+}
+
+TEST(EnvironmentFaults, ParameterFiles) {
+  struct ChangedEnv : OpenEnv {
+    ChangedEnv() {
+      EXPECT_EQ(KLVsetintparam(env, KLV_PARAM_ADVIND, 2), 0);
+      EXPECT_EQ(KLVsetintparam(env, KLV_PARAM_SCRIND, 1), 0);
+      EXPECT_EQ(KLVsetstrparam(env, KLV_PARAM_WORKDIR, "a directory with a long name"), 0);
+    }
+  };
+  const std::string file =
+      ::testing::TempDir() + "kelvo_fault_" + std::to_string(getpid()) + ".prm";
+  for_each_allocation_failure([] { return ChangedEnv(); },
+                              [&](ChangedEnv& e) { return KLVwriteparam(e.env, file.c_str()); },
+                              [](ChangedEnv& e) { EXPECT_EQ(e.get(KLV_PARAM_ADVIND), 2); });
+  for_each_allocation_failure([] { return OpenEnv(); },
+                              [&](OpenEnv& e) { return KLVreadcopyparam(e.env, file.c_str()); },
+                              [](OpenEnv& e) {
+                                EXPECT_EQ(e.get(KLV_PARAM_ADVIND), 1);
+                                EXPECT_EQ(e.get(KLV_PARAM_SCRIND), 0);
+                              },
+                              kMayKeepRoom);
+  std::remove(file.c_str());
 }
 
 }  // namespace

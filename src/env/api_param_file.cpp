@@ -1,0 +1,24 @@
+// Parameter files.
+#include "env/api_frame.h"
+#include "env/param_file.h"
+
+using namespace kelvo;
+
+int KLVreadcopyparam(KLVenv env, const char* filename) {
+  return api_env(env, [&](Environment& environment) -> Status {
+    KELVO_TRY(check_pointers(filename));
+    return read_parameter_file(environment, filename);
+  });
+}
+
+int KLVwriteparam(KLVenv env, const char* filename) {
+  return api_env(env, [&](Environment& environment) {
+    return write_parameter_file(environment, filename, ParameterFileUse::settings);
+  });
+}
+
+int KLVEwriteparam(KLVenv env, const char* filename) {
+  return api_env(env, [&](Environment& environment) {
+    return write_parameter_file(environment, filename, ParameterFileUse::snapshot);
+  });
+}
