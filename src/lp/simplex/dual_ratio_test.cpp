@@ -21,11 +21,17 @@ constexpr double kGroupPivotShare = 0.1;
 constexpr double kGoodPivot = 1.0;
 // Breakpoints are first narrowed down to those below a bound that grows by this factor.
 constexpr double kReachGrowth = 10.0;
+// Groups found by scanning before the rest of the candidates is sorted: each scan costs as much as
+// there are candidates, and most ratio tests need one or two.
+constexpr int kScannedGroups = 4;
 
 }  // namespace
 
 DualRatioTest::DualRatioTest(SimplexState& state)
-    : state_(state), candidates_(state.num_vars), banned_(state.num_vars, 0) {
+    : state_(state),
+      candidates_(state.num_vars),
+      bound_from_(state.num_vars),
+      banned_(state.num_vars, 0) {
   flips_.reserve(state.num_vars);
   groups_.reserve(state.num_vars);
   banned_list_.reserve(state.num_vars);
@@ -65,7 +71,7 @@ void DualRatioTest::collect(double direction, double filter) {
       d = dual[j] * move[j];
     }
     if (rate <= filter || (bans && banned_[j])) continue;
-    out[count++] = {j, rate, d};
+    out[count++] = {j, rate, d, 0.0};
     if (rate > largest) largest = rate;
   }
   count_ = count;
@@ -126,6 +132,10 @@ void DualRatioTest::form_groups(double slope, int reachable) {
   groups_.clear();
   int begin = 0;
   while (begin < reachable && slope >= 0.0) {
+    if (static_cast<int>(groups_.size()) == kScannedGroups) {
+      form_sorted_groups(slope, begin, reachable);
+      return;
+    }
     double ignored;
     // Candidates out of reach have breakpoints beyond reach_ and must not be passed unseen.
     const double bound = std::min(reach_, harris_bound(begin, reachable, ignored));
@@ -137,6 +147,34 @@ void DualRatioTest::form_groups(double slope, int reachable) {
       slope -= slope_loss(candidates_[end]);
       if (end > begin && better(candidates_[end], candidates_[best])) best = end;
       ++end;
+    }
+    groups_.push_back({end, best});
+    begin = end;
+  }
+}
+
+// The same groups as repeated scans would form, in one pass over the sorted breakpoints.
+void DualRatioTest::form_sorted_groups(double slope, int begin, int reachable) {
+  const double delta = state_.settings.optimality_tolerance;
+  for (int k = begin; k < reachable; ++k) {
+    candidates_[k].ratio = std::max(0.0, candidates_[k].dual) / candidates_[k].alpha;
+  }
+  std::sort(candidates_.begin() + begin, candidates_.begin() + reachable,
+            [](const Candidate& a, const Candidate& b) {
+              return a.ratio != b.ratio ? a.ratio < b.ratio : a.variable < b.variable;
+            });
+  double bound = reach_;
+  for (int k = reachable - 1; k >= begin; --k) {
+    const Candidate& c = candidates_[k];
+    bound = std::min(bound, std::max(c.ratio, (c.dual + delta) / c.alpha));
+    bound_from_[k] = bound;
+  }
+  while (begin < reachable && slope >= 0.0) {
+    int end = begin;
+    int best = begin;
+    for (; end < reachable && candidates_[end].ratio <= bound_from_[begin]; ++end) {
+      slope -= slope_loss(candidates_[end]);
+      if (better(candidates_[end], candidates_[best])) best = end;
     }
     groups_.push_back({end, best});
     begin = end;

@@ -42,6 +42,7 @@ class DualRatioTest {
     int variable;
     double alpha;  // > 0: rate at which the reduced cost falls
     double dual;   // reduced cost, sign-adjusted: >= 0 when feasible
+    double ratio;  // dual / alpha; set when sort_reachable() needs it
   };
   struct Group {
     int end;   // candidates before this one belong to this group or an earlier one
@@ -52,6 +53,7 @@ class DualRatioTest {
   double harris_bound(int begin, int end, double& alpha_at_bound) const;
   int limit_to_reachable(double slope, double first_bound);
   void form_groups(double slope, int reachable);
+  void form_sorted_groups(double slope, int begin, int reachable);
   bool choose_from_groups();
   double slope_loss(const Candidate& c) const;
   bool better(const Candidate& a, const Candidate& b) const;
@@ -62,6 +64,7 @@ class DualRatioTest {
   double largest_alpha_ = 0.0;
   double reach_ = kInf;  // no breakpoint of a candidate that was left out lies below this
   Vector<Group> groups_;
+  Vector<double> bound_from_;  // [num_vars] scratch: Harris bound of the candidates from here on
   int entering_ = -1;
   Vector<int> flips_;
   Vector<unsigned char> banned_;  // [num_vars]
