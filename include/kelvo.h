@@ -617,6 +617,22 @@ KLV_API int KLVgetnumcols(KLVenv env, KLVprob lp);
 /* Number of matrix entries; 0 on failure. */
 KLV_API int KLVgetnumnz(KLVenv env, KLVprob lp);
 
+/* Types of columns begin..end: 'C' continuous, 'B' binary, 'I' integer, 'S' semi-continuous,
+ * 'N' semi-integer. 3003 when the problem is not mixed-integer. */
+KLV_API int KLVgetctype(KLVenv env, KLVprob lp, char* ctype, int begin, int end);
+
+/* Number of binary columns; 0 on failure. */
+KLV_API int KLVgetnumbin(KLVenv env, KLVprob lp);
+
+/* Number of integer columns that are not binary; 0 on failure. */
+KLV_API int KLVgetnumint(KLVenv env, KLVprob lp);
+
+/* Number of semi-continuous columns; 0 on failure. */
+KLV_API int KLVgetnumsemicont(KLVenv env, KLVprob lp);
+
+/* Number of semi-integer columns; 0 on failure. */
+KLV_API int KLVgetnumsemiint(KLVenv env, KLVprob lp);
+
 /* 1 when the objective is minimized, -1 when it is maximized; 0 on failure. */
 KLV_API int KLVgetobjsen(KLVenv env, KLVprob lp);
 

@@ -56,6 +56,7 @@ inline constexpr int kBadHeader = 1661;
 inline constexpr int kCallFromInfoCallback = 1804;
 inline constexpr int kForeignProblem = 1806;
 inline constexpr int kIncompatibleParameters = 1807;
+inline constexpr int kNotMixedInteger = 3003;
 inline constexpr int kColumnTypeEntry = 3021;
 
 }  // namespace kelvo::error

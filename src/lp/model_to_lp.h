@@ -27,8 +27,8 @@ struct LpChanges {
 /// says whether anything was different.
 LpChanges refresh_costs_and_bounds(LpProblem& lp, const Scaling& scaling, const Model& model);
 
-/// Closes intervals whose bounds cross: both become their mean. For crossings within the feasibility
-/// tolerance; anything wider is infeasible and never comes here.
+/// Closes intervals whose bounds cross: both become their mean. For crossings within the
+/// feasibility tolerance; anything wider is infeasible and never comes here.
 void close_crossed_bounds(LpProblem& lp);
 
 /// Status codes of all variables of the program from a stored basis, and back.
