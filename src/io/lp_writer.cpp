@@ -1,0 +1,419 @@
+#include "io/lp_writer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "io/line_writer.h"
+#include "io/writer_names.h"
+
+namespace kelvo {
+namespace {
+
+constexpr int kWidestLabel = 32;
+// Coefficients this near to 1 are written without a number.
+constexpr double kUnit = 1e-13;
+constexpr int kNotRepresentable = 1650;
+
+class LpFileWriter {
+ public:
+  LpFileWriter(const Model& model, const LpWriterSettings& settings, MessageSink& sink,
+               FileStream& stream)
+      : model_(model),
+        settings_(settings),
+        sink_(sink),
+        stream_(stream),
+        names_(model, settings.generic_names),
+        line_(stream) {}
+
+  Status write();
+
+ private:
+  void announce_names();
+  void legalize();
+  void find_ranges();
+  void objective();
+  void quadratic_objective(bool after_terms);
+  void rows();
+  void quadratic_constraints();
+  void indicators();
+  void extra_rows(const char* header, const ExtraRows& rows, const WrittenNames& names);
+  void bounds();
+  void bound_line(const char* name, char type, double lower, double upper);
+  void types();
+  void type_list(const char* header, const char* wanted);
+  void sets();
+
+  void label(const char* name, int width);
+  void term(double coefficient, const char* name, bool& first);
+  void product_term(double coefficient, int i, int j, bool& first);
+  void sense_and_rhs(char sense, double rhs);
+  void signed_number(double x);
+  bool infinite_upper(double upper) const { return upper >= kInfiniteBound; }
+  bool infinite_lower(double lower) const { return lower <= -kInfiniteBound; }
+  char type_of(int j) const { return model_.column_type.empty() ? 'C' : model_.column_type[j]; }
+
+  const Model& model_;
+  const LpWriterSettings& settings_;
+  MessageSink& sink_;
+  FileStream& stream_;
+  ModelNames names_;
+  LineWriter line_;
+  TokenText token_;
+  SparseMatrix by_row_;
+  Vector<int> ranged_rows_;
+  NameStore range_names_;  // "Rg" + row name, one per ranged row
+};
+
+Status LpFileWriter::write() {
+  announce_names();
+  if (settings_.legalize_names && !settings_.generic_names) legalize();
+  find_ranges();
+  by_row_ = transpose(model_.matrix.compressed(model_.num_rows));
+  token_ << "\\Problem name: ";
+  token_.name(model_.name.c_str()) << "\n\n";
+  token_ << (model_.sense < 0 ? "Maximize\n" : "Minimize\n");
+  stream_.write(token_.view());
+  objective();
+  if (model_.num_rows > 0 || !model_.quadratic_constraints.empty() ||
+      model_.indicators.size() > 0) {
+    stream_.write("Subject To\n");
+  }
+  rows();
+  quadratic_constraints();
+  indicators();
+  extra_rows("User Cuts\n", model_.user_cuts, names_.user_cuts);
+  extra_rows("Lazy Constraints\n", model_.lazy_constraints, names_.lazy_constraints);
+  bounds();
+  types();
+  sets();
+  stream_.write("End\n");
+  return token_.finite() ? Status() : Status::failure(kNotRepresentable);
+}
+
+// --- Names ---------------------------------------------------------------------------------------
+
+void LpFileWriter::announce_names() {
+  const auto announce = [&](const WrittenNames& names, bool exists, const char* kind, char letter) {
+    if (!names.generated() || !exists) return;
+    sink_.print(Channel::warning, "Default %s names %c1, %c2 ... being created.\n", kind, letter,
+                letter);
+  };
+  announce(names_.columns, true, "variable", 'x');
+  announce(names_.rows, true, "row", 'c');
+  announce(names_.sets, names_.sets.size() > 0, "sos", 's');
+  announce(names_.quadratics, names_.quadratics.size() > 0, "quadratic constraint", 'q');
+  announce(names_.indicators, names_.indicators.size() > 0, "indicator", 'i');
+  announce(names_.user_cuts, names_.user_cuts.size() > 0, "user cut", 'u');
+  announce(names_.lazy_constraints, names_.lazy_constraints.size() > 0, "lazy constraint", 'l');
+}
+
+void LpFileWriter::legalize() {
+  bool changed = false;
+  if (!names_.objective.empty() && !is_legal_lp_name(names_.objective.c_str())) {
+    names_.objective = legal_lp_name(names_.objective.c_str());
+    changed = true;
+  }
+  for (WrittenNames* kind : {&names_.columns, &names_.rows, &names_.sets, &names_.quadratics,
+                             &names_.indicators, &names_.user_cuts, &names_.lazy_constraints}) {
+    changed |= kind->make_legal();
+  }
+  if (changed) {
+    sink_.send(Channel::warning,
+               "Warning:  Output names have been modified to conform to LP format.\n");
+  }
+}
+
+void LpFileWriter::find_ranges() {
+  for (int i = 0; i < model_.num_rows; ++i) {
+    if (model_.row_sense[i] != 'R') continue;
+    ranged_rows_.push_back(i);
+    String name("Rg");
+    name += names_.rows[i];
+    range_names_.append(name);
+  }
+}
+
+// --- Expressions ---------------------------------------------------------------------------------
+
+void LpFileWriter::label(const char* name, int width) {
+  token_.clear();
+  token_ << " ";
+  token_.name(name) << ":";
+  line_.put(token_.view());
+  while (line_.length() < width) line_.put(" ");
+}
+
+void LpFileWriter::term(double coefficient, const char* name, bool& first) {
+  token_.clear();
+  token_ << (coefficient < 0.0 ? " -" : first ? "" : " +");
+  if (!(std::fabs(std::fabs(coefficient) - 1.0) <= kUnit)) {
+    token_ << " ";
+    token_.number(coefficient);
+  }
+  token_ << " ";
+  token_.name(name);
+  line_.token(token_.view());
+  first = false;
+}
+
+/// coefficient * x_i * x_j, or coefficient * x_i ^2.
+void LpFileWriter::product_term(double coefficient, int i, int j, bool& first) {
+  token_.clear();
+  token_ << (coefficient < 0.0 ? " -" : first ? "" : " +");
+  if (!(std::fabs(std::fabs(coefficient) - 1.0) <= kUnit)) {
+    token_ << " ";
+    token_.number(coefficient);
+  }
+  token_ << " ";
+  token_.name(names_.columns[i]);
+  if (i == j) {
+    token_ << " ^2";
+  } else {
+    token_ << " * ";
+    token_.name(names_.columns[j]);
+  }
+  line_.token(token_.view());
+  first = false;
+}
+
+void LpFileWriter::signed_number(double x) {
+  if (x < 0.0) token_ << "-";
+  if (x == 0.0) {
+    token_ << "0";
+  } else {
+    token_.number(x);
+  }
+}
+
+void LpFileWriter::sense_and_rhs(char sense, double rhs) {
+  token_.clear();
+  switch (sense) {
+    case 'L':
+      token_ << " <= ";
+      break;
+    case 'G':
+      token_ << " >= ";
+      break;
+    case 'E':
+    case 'R':
+      token_ << "  = ";
+      break;
+    default:
+      token_ << "  ? ";
+  }
+  signed_number(rhs);
+  line_.token(token_.view());
+  line_.end_line();
+}
+
+// --- Sections ------------------------------------------------------------------------------------
+
+void LpFileWriter::objective() {
+  label(names_.objective.empty() ? "obj" : names_.objective.c_str(), 0);
+  line_.set_indent(line_.length());
+  bool first = true;
+  for (int j = 0; j < model_.num_cols; ++j) {
+    const double c = model_.objective[j];
+    if (c == 0.0 && model_.matrix.count[j] > 0 && !settings_.every_objective_term) continue;
+    term(c, names_.columns[j], first);
+  }
+  if (model_.quadratic.num_major > 0) quadratic_objective(!first);
+  line_.end_line();
+}
+
+void LpFileWriter::quadratic_objective(bool after_terms) {
+  if (model_.quadratic.num_nonzeros() == 0) return;
+  line_.token(after_terms ? " + [" : " [");
+  bool first = true;
+  const SparseMatrix& q = model_.quadratic;
+  for (int i = 0; i < q.num_major; ++i) {
+    for (int k = q.start[i]; k < q.start[i + 1]; ++k) {
+      const int j = q.index[k];
+      if (j < i) continue;
+      product_term(j == i ? q.value[k] : 2.0 * q.value[k], i, j, first);
+    }
+  }
+  line_.token(" ] / 2");
+}
+
+void LpFileWriter::rows() {
+  const int width = std::min(names_.rows.longest() + 2, kWidestLabel);
+  std::size_t next_range = 0;
+  for (int i = 0; i < model_.num_rows; ++i) {
+    label(names_.rows[i], width);
+    line_.set_indent(width);
+    bool first = true;
+    for (int k = by_row_.start[i]; k < by_row_.start[i + 1]; ++k) {
+      term(by_row_.value[k], names_.columns[by_row_.index[k]], first);
+    }
+    if (model_.row_sense[i] == 'R') {
+      term(-1.0, range_names_[static_cast<int>(next_range++)], first);
+    }
+    sense_and_rhs(model_.row_sense[i], model_.rhs[i]);
+  }
+}
+
+void LpFileWriter::quadratic_constraints() {
+  for (std::size_t k = 0; k < model_.quadratic_constraints.size(); ++k) {
+    const QuadraticConstraint& row = model_.quadratic_constraints[k];
+    label(names_.quadratics[static_cast<int>(k)], 0);
+    line_.set_indent(line_.length());
+    bool first = true;
+    for (std::size_t t = 0; t < row.linear_index.size(); ++t) {
+      term(row.linear_value[t], names_.columns[row.linear_index[t]], first);
+    }
+    line_.token(first ? " [" : " + [");
+    first = true;
+    for (std::size_t t = 0; t < row.quad_row.size(); ++t) {
+      product_term(row.quad_value[t], row.quad_row[t], row.quad_col[t], first);
+    }
+    line_.token(" ]");
+    sense_and_rhs(row.sense, row.rhs);
+  }
+}
+
+void LpFileWriter::indicators() {
+  const IndicatorConstraints& all = model_.indicators;
+  for (int k = 0; k < all.size(); ++k) {
+    label(names_.indicators[k], 0);
+    line_.set_indent(line_.length());
+    token_.clear();
+    if (all.column[k] >= 0) {
+      token_ << " ";
+      token_.name(names_.columns[all.column[k]]);
+    }
+    token_ << (all.complemented[k] ? " = 0 " : " = 1 ");
+    token_ << (all.relation[k] == 1   ? "->"
+               : all.relation[k] == 2 ? "<-"
+               : all.relation[k] == 3 ? "<->"
+                                      : "?");
+    line_.token(token_.view());
+    bool first = true;
+    for (int e = all.rows.rows.start[k]; e < all.rows.rows.start[k + 1]; ++e) {
+      term(all.rows.rows.value[e], names_.columns[all.rows.rows.index[e]], first);
+    }
+    sense_and_rhs(all.rows.sense[k], all.rows.rhs[k]);
+  }
+}
+
+void LpFileWriter::extra_rows(const char* header, const ExtraRows& all, const WrittenNames& names) {
+  if (all.size() == 0) return;
+  stream_.write(header);
+  const int width = std::min(names.longest() + 2, kWidestLabel);
+  for (int k = 0; k < all.size(); ++k) {
+    label(names[k], width);
+    line_.set_indent(width);
+    bool first = true;
+    for (int e = all.rows.start[k]; e < all.rows.start[k + 1]; ++e) {
+      term(all.rows.value[e], names_.columns[all.rows.index[e]], first);
+    }
+    sense_and_rhs(all.sense[k], all.rhs[k]);
+  }
+}
+
+void LpFileWriter::bounds() {
+  bool needed = !model_.column_type.empty() || !ranged_rows_.empty();
+  for (int j = 0; j < model_.num_cols && !needed; ++j) {
+    needed = model_.lower[j] != 0.0 || !infinite_upper(model_.upper[j]);
+  }
+  if (!needed) return;
+  stream_.write("Bounds\n");
+  line_.set_indent(0);
+  for (int j = 0; j < model_.num_cols; ++j) {
+    const char type = type_of(j);
+    if (model_.lower[j] == 0.0 && infinite_upper(model_.upper[j]) && type != 'I' && type != 'B') {
+      continue;
+    }
+    bound_line(names_.columns[j], type, model_.lower[j], model_.upper[j]);
+  }
+  for (std::size_t k = 0; k < ranged_rows_.size(); ++k) {
+    const double range = model_.range.empty() ? 0.0 : model_.range[ranged_rows_[k]];
+    bound_line(range_names_[static_cast<int>(k)], 'C', std::min(range, 0.0), std::max(range, 0.0));
+  }
+}
+
+void LpFileWriter::bound_line(const char* name, char type, double lower, double upper) {
+  token_.clear();
+  const bool below = infinite_lower(lower);
+  const bool above = infinite_upper(upper);
+  if (below && above) {
+    token_ << "      ";
+    token_.name(name) << " Free";
+  } else if (above && type != 'B') {
+    token_ << "      ";
+    token_.name(name) << " >= ";
+    signed_number(lower);
+  } else if (below) {
+    token_ << " -Inf <= ";
+    token_.name(name) << " <= ";
+    signed_number(upper);
+  } else if (lower == upper) {
+    token_ << "      ";
+    token_.name(name) << " = ";
+    signed_number(lower);
+  } else {
+    if (!(lower < 0.0)) token_ << " ";
+    signed_number(lower);
+    token_ << " <= ";
+    token_.name(name) << " <= ";
+    if (above) {
+      token_ << "Inf";
+    } else {
+      signed_number(upper);
+    }
+  }
+  line_.put(token_.view());
+  line_.end_line();
+}
+
+void LpFileWriter::types() {
+  if (model_.column_type.empty()) return;
+  type_list("Binaries\n", "B");
+  type_list("Generals\n", "IN");
+  type_list("Semi-Continuous\n", "SN");
+}
+
+void LpFileWriter::type_list(const char* header, const char* wanted) {
+  line_.set_indent(0);
+  bool any = false;
+  for (int j = 0; j < model_.num_cols; ++j) {
+    if (std::strchr(wanted, model_.column_type[j]) == nullptr) continue;
+    if (!any) stream_.write(header);
+    any = true;
+    token_.clear();
+    token_ << " ";
+    token_.name(names_.columns[j]) << " ";
+    line_.token(token_.view());
+  }
+  if (any) line_.end_line();
+}
+
+void LpFileWriter::sets() {
+  const SosSets& sos = model_.sos;
+  if (sos.size() == 0) return;
+  stream_.write("SOS\n");
+  const int width = std::min(names_.sets.longest() + 2, kWidestLabel);
+  for (int k = 0; k < sos.size(); ++k) {
+    label(names_.sets[k], width);
+    line_.set_indent(width);
+    const char type[] = {' ', 'S', sos.type[k], ' ', ':', ':', '\0'};
+    line_.put(type);
+    for (int e = sos.members.start[k]; e < sos.members.start[k + 1]; ++e) {
+      token_.clear();
+      token_ << "  ";
+      token_.name(names_.columns[sos.members.index[e]]) << " : ";
+      signed_number(sos.members.value[e]);
+      line_.token(token_.view());
+    }
+    line_.end_line();
+  }
+}
+
+}  // namespace
+
+Status write_lp(const Model& model, const LpWriterSettings& settings, MessageSink& sink,
+                FileStream& stream) {
+  return LpFileWriter(model, settings, sink, stream).write();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,24 @@
+// Writer of LP files, the algebraic format that read_lp() reads.
+//
+// A ranged row has no form of its own in the format: it is written as an equality with one more
+// variable "Rg" + row name, whose bounds span the range.
+#pragma once
+
+#include "base/file_stream.h"
+#include "base/messages.h"
+#include "prob/model.h"
+
+namespace kelvo {
+
+struct LpWriterSettings {
+  bool generic_names = false;         // x1, c1, ... instead of the model's names
+  bool legalize_names = true;         // change names that the format cannot hold
+  bool every_objective_term = false;  // also those with coefficient 0
+};
+
+/// Writes the model. Failure: 1650 (unreported) when a coefficient is infinite or not a number (it
+/// is written as "?"). Failures of the stream come out of close_file(). Throws std::bad_alloc.
+Status write_lp(const Model& model, const LpWriterSettings& settings, MessageSink& sink,
+                FileStream& stream);
+
+}  // namespace kelvo
