@@ -31,11 +31,11 @@ char changed_type(char type, TypeChange change) {
     case TypeChange::integer:
       return 'I';
     case TypeChange::lower_integer:
-      return type == 'S' ? 'N' : 'I';
+      return type == 'S' || type == 'N' ? 'N' : 'I';
     case TypeChange::binary:
       return 'B';
     case TypeChange::semicontinuous:
-      return type == 'I' || type == 'B' ? 'N' : 'S';
+      return type == 'I' || type == 'B' || type == 'N' ? 'N' : 'S';
   }
   return type;
 }

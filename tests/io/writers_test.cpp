@@ -1,0 +1,274 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "base/random.h"
+#include "io/lp_reader.h"
+#include "io/lp_writer.h"
+#include "io/mps_reader.h"
+#include "io/mps_writer.h"
+#include "io/number_format.h"
+
+namespace kelvo {
+namespace {
+
+class Recorder final : public MessageSink {
+ public:
+  void send(Channel, const char* text) override { text_ += text; }
+  void flush(Channel) override {}
+  std::string text_;
+};
+
+std::string long_number(double x) {
+  char text[kNumberText];
+  bool finite = true;
+  format_number(x, text, finite);
+  return text;
+}
+
+std::string short_number(double x) {
+  char text[kNumberText];
+  bool finite = true;
+  format_short_number(x, text, finite);
+  return text;
+}
+
+TEST(NumberFormat, LongNumbers) {
+  const std::pair<double, const char*> table[] = {{0, "0"},
+                                                  {2, "2"},
+                                                  {0.00125, "0.00125"},
+                                                  {1e20, "1e+20"},
+                                                  {1.5e-7, "1.5e-7"},
+                                                  {1e100, "1e+100"},
+                                                  {1e15, "1e+15"},
+                                                  {1e15 - 1, "999999999999999"},
+                                                  {1e-6, "0.000001"},
+                                                  {1e-7, "1e-7"},
+                                                  {-3.5, "3.5"},
+                                                  {1.0 / 3, "0.333333333333333"},
+                                                  {0.1, "0.1"},
+                                                  {123456789.125, "123456789.125"},
+                                                  {5e-324, "4.94065645841247e-324"}};
+  for (const auto& [value, text] : table) EXPECT_EQ(long_number(value), text) << value;
+  char text[kNumberText];
+  bool finite = true;
+  format_number(std::nan(""), text, finite);
+  EXPECT_STREQ(text, "?");
+  EXPECT_FALSE(finite);
+}
+
+TEST(NumberFormat, ShortNumbersFitTwelveCharactersAndKeepTheirDigits) {
+  EXPECT_EQ(short_number(1.0 / 3), "0.3333333333");
+  EXPECT_EQ(short_number(-1.0 / 3), "-0.333333333");
+  EXPECT_EQ(short_number(1e-120), "1E-120");
+  EXPECT_EQ(short_number(123456789012.0), "1.234568E+11");
+  EXPECT_EQ(short_number(0), "0");
+  Random random(11);
+  for (int k = 0; k < 20000; ++k) {
+    const double sign = random.below(2) == 0 ? 1 : -1;
+    const double x = sign * (1.0 + 9.0 * random.uniform() + random.uniform() / 4096) *
+                     std::pow(10.0, random.below(300) - 150);
+    const std::string text = short_number(x);
+    EXPECT_LE(text.size(), 12u) << x;
+    EXPECT_NEAR(std::stod(text) / x, 1.0, 1e-4) << text;
+  }
+}
+
+/// A model with every kind of data, some of it awkward.
+Model rich_model() {
+  Model model;
+  model.name = "rich";
+  model.sense = -1;
+  model.num_cols = 6;
+  model.num_rows = 4;
+  for (const char* name : {"x", "y", "flow", "open", "lot", "half"}) model.col_names.append(name);
+  for (const char* name : {"cap", "bal", "low", "rng"}) model.row_names.append(name);
+  model.objective = {1, -2.5, 0, 1e-7, 3, 0};
+  model.lower = {0, -1e20, -3, 0, 0, 2};
+  model.upper = {1e20, 1e20, 4.25, 1, 10, 8};
+  model.column_type = {'C', 'C', 'C', 'B', 'I', 'N'};
+  SparseMatrix columns;
+  columns.num_major = 6;
+  columns.num_minor = 4;
+  columns.start = {0, 2, 4, 6, 7, 8, 9};
+  columns.index = {0, 1, 0, 3, 1, 2, 0, 3, 2};
+  columns.value = {1, -1, 2.5, 1, 1, 7, -100, 3, 1e-9};
+  model.matrix.assign(std::move(columns));
+  model.rhs = {10, 0, -2, 1};
+  model.row_sense = {'L', 'E', 'G', 'R'};
+  model.range = {0, 0, 0, 5};
+  return model;
+}
+
+std::string file_text(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::stringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+template <class Write>
+std::string written(Write write) {
+  const std::string path = ::testing::TempDir() + "kelvo_writer_test";
+  FileStream stream;
+  EXPECT_TRUE(open_output(path.c_str(), false, stream).ok());
+  EXPECT_TRUE(write(stream).ok());
+  EXPECT_TRUE(close_file(stream).ok());
+  const std::string text = file_text(path);
+  std::remove(path.c_str());
+  return text;
+}
+
+std::string as_lp(const Model& model, MessageSink& sink, LpWriterSettings settings = {}) {
+  return written([&](FileStream& stream) { return write_lp(model, settings, sink, stream); });
+}
+
+std::string as_mps(const Model& model, MessageSink& sink, MpsWriterSettings settings = {}) {
+  return written([&](FileStream& stream) { return write_mps(model, settings, sink, stream); });
+}
+
+TEST(LpWriter, EverySectionToTheByte) {
+  Recorder sink;
+  EXPECT_EQ(as_lp(rich_model(), sink),
+            "\\Problem name: rich\n\nMaximize\n"
+            " obj: x - 2.5 y + 1e-7 open + 3 lot\n"
+            "Subject To\n"
+            " cap: x + 2.5 y - 100 open <= 10\n"
+            " bal: - x + flow  = 0\n"
+            " low: 7 flow + 1e-9 half >= -2\n"
+            " rng: y + 3 lot - Rgrng  = 1\n"
+            "Bounds\n"
+            "      y Free\n"
+            "-3 <= flow <= 4.25\n"
+            " 0 <= open <= 1\n"
+            " 0 <= lot <= 10\n"
+            " 2 <= half <= 8\n"
+            " 0 <= Rgrng <= 5\n"
+            "Binaries\n open \n"
+            "Generals\n lot  half \n"
+            "Semi-Continuous\n half \n"
+            "End\n");
+  EXPECT_EQ(sink.text_, "");
+}
+
+TEST(LpWriter, NamesAreMadeLegalOrDefault) {
+  Model model = rich_model();
+  model.col_names.rename(0, "e1");
+  model.col_names.rename(1, "a+b[1]");
+  Recorder sink;
+  const std::string legal = as_lp(model, sink);
+  EXPECT_NE(legal.find("_e1 - 2.5 apb(1)"), std::string::npos) << legal;
+  EXPECT_EQ(sink.text_, "Warning:  Output names have been modified to conform to LP format.\n");
+  sink.text_.clear();
+  LpWriterSettings generic;
+  generic.generic_names = true;
+  const std::string plain = as_lp(model, sink, generic);
+  EXPECT_NE(plain.find(" c1: x1 + 2.5 x2 - 100 x4 <= 10\n"), std::string::npos) << plain;
+  EXPECT_EQ(sink.text_,
+            "Default variable names x1, x2 ... being created.\n"
+            "Default row names c1, c2 ... being created.\n");
+}
+
+TEST(LpWriter, LinesAreWrappedAndBadNumbersReported) {
+  Model model;
+  model.num_cols = 40;
+  model.objective.assign(40, 123.5);
+  model.lower.assign(40, 0.0);
+  model.upper.assign(40, 1e20);
+  SparseMatrix empty;
+  empty.num_major = 40;
+  empty.start.assign(41, 0);
+  model.matrix.assign(std::move(empty));
+  Recorder sink;
+  std::istringstream lines(as_lp(model, sink));
+  for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 79u);
+  model.objective[3] = std::nan("");
+  const std::string path = ::testing::TempDir() + "kelvo_writer_nan";
+  FileStream stream;
+  ASSERT_TRUE(open_output(path.c_str(), false, stream).ok());
+  EXPECT_EQ(write_lp(model, {}, sink, stream).code(), 1650);
+  EXPECT_TRUE(close_file(stream).ok());
+  EXPECT_NE(file_text(path).find(" ? x4"), std::string::npos);
+  std::remove(path.c_str());
+}
+
+TEST(MpsWriter, ShortNumbersShareLines) {
+  Model model = rich_model();
+  model.col_names.clear();
+  Recorder sink;
+  MpsWriterSettings settings;
+  settings.long_numbers = false;
+  const std::string text = as_mps(model, sink, settings);
+  EXPECT_NE(
+      text.find("NAME          rich\nROWS\n N  obj\n L  cap\n E  bal\n G  low\n E  rng\nCOLUMNS\n"
+                "    x1   obj            -1   cap             1\n"
+                "    x1   bal            -1\n"),
+      std::string::npos)
+      << text;
+  EXPECT_NE(text.find("    MARK0000  'MARKER'                 'INTORG'\n"), std::string::npos);
+  EXPECT_NE(text.find("RANGES\n    rng  rng             5\nBOUNDS\n FR bnd  x2\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(sink.text_, "Default column names x1, x2 ... being created.\n");
+}
+
+/// What both formats carry, in comparable form.
+void expect_same(const Model& a, const Model& b, bool mps) {
+  ASSERT_EQ(a.num_cols, b.num_cols);
+  ASSERT_EQ(a.num_rows, b.num_rows);
+  for (int j = 0; j < a.num_cols; ++j) {
+    EXPECT_STREQ(a.col_names[j], b.col_names[j]);
+    const double sign = mps && a.sense != b.sense ? -1 : 1;
+    EXPECT_DOUBLE_EQ(a.objective[j], sign * b.objective[j]);
+    EXPECT_EQ(a.lower[j], b.lower[j]) << j;
+    EXPECT_EQ(a.upper[j], b.upper[j]) << j;
+    EXPECT_EQ(a.column_type[j], b.column_type[j]) << j;
+  }
+  EXPECT_EQ(a.rhs, b.rhs);
+  EXPECT_EQ(a.row_sense, b.row_sense);
+  const SparseMatrix left = transpose(a.matrix.compressed(a.num_rows));
+  const SparseMatrix right = transpose(b.matrix.compressed(b.num_rows));
+  EXPECT_EQ(left.start, right.start);
+  EXPECT_EQ(left.index, right.index);
+  ASSERT_EQ(left.value.size(), right.value.size());
+  for (std::size_t k = 0; k < left.value.size(); ++k) {
+    EXPECT_DOUBLE_EQ(left.value[k], right.value[k]);
+  }
+}
+
+TEST(Writers, WhatIsWrittenReadsBackAndWritesTheSameAgain) {
+  Recorder sink;
+  const Model model = rich_model();
+  const std::string mps = as_mps(model, sink);
+  LineReader lines{std::string_view(mps)};
+  Model back;
+  ASSERT_TRUE(read_mps(lines, {}, sink, back).ok()) << sink.text_;
+  expect_same(model, back, true);
+  EXPECT_EQ(back.range, model.range);
+  EXPECT_EQ(as_mps(back, sink), mps);
+
+  Model without_range = model;
+  without_range.row_sense[3] = 'L';
+  without_range.range.clear();
+  const std::string lp = as_lp(without_range, sink);
+  LineReader lp_lines{std::string_view(lp)};
+  Model from_lp;
+  ASSERT_TRUE(LpReader(lp_lines, {}, sink).read(from_lp).ok()) << sink.text_;
+  EXPECT_EQ(from_lp.sense, -1);
+  // Columns come back in the order in which they are met; from then on the file stays the same.
+  from_lp.name = model.name;
+  const std::string again = as_lp(from_lp, sink);
+  EXPECT_EQ(again.size(), lp.size());
+  LineReader again_lines{std::string_view(again)};
+  Model third;
+  ASSERT_TRUE(LpReader(again_lines, {}, sink).read(third).ok()) << sink.text_;
+  third.name = model.name;
+  EXPECT_EQ(as_lp(third, sink), again);
+}
+
+}  // namespace
+}  // namespace kelvo
