@@ -695,7 +695,118 @@ KLV_API int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_
 
 /* ---- Optimizers ------------------------------------------------------------------------------ */
 
+/* The functions below solve the linear problem and leave status, solution and basis in it, see the
+ * queries of solutions. A result such as "infeasible" or "time limit exceeded" is a solution status
+ * (KLVgetstat), not an error. They start from the basis the problem holds unless
+ * KLV_PARAM_ADVIND is 0. Errors of all of them: 1017 for a mixed-integer problem, 1018 for a
+ * quadratic objective, 1031 for quadratic constraints, 1001 out of memory, 1256 when no basis could
+ * be factored; after an error the problem holds what it held before. */
+
+/* Solves a linear problem by the method that KLV_PARAM_LPMETHOD names, or by a simplex method of
+ * the library's choice. 1292 when the method named is not available. */
+KLV_API int KLVlpopt(KLVenv env, KLVprob lp);
+
+/* Solves a linear problem by the primal simplex method. */
+KLV_API int KLVprimopt(KLVenv env, KLVprob lp);
+
+/* Solves a linear problem by the dual simplex method. */
+KLV_API int KLVdualopt(KLVenv env, KLVprob lp);
+
+/* Network simplex on the network part of the problem, then the simplex method that `method` names.
+ * Not available yet: 1292. */
+KLV_API int KLVhybnetopt(KLVenv env, KLVprob lp, int method);
+
+/* Barrier, then crossover to a basis by `method`. Not available yet: 1292. */
+KLV_API int KLVhybbaropt(KLVenv env, KLVprob lp, int method);
+
+/* Sifting. Not available yet: 1292. */
+KLV_API int KLVsiftopt(KLVenv env, KLVprob lp);
+
 /* ---- Solutions ------------------------------------------------------------------------------*/
+
+/* Solution status codes of continuous problems. */
+#define KLV_STATUS_OPTIMAL 1
+#define KLV_STATUS_UNBOUNDED 2
+#define KLV_STATUS_INFEASIBLE 3
+#define KLV_STATUS_INFEASIBLE_OR_UNBOUNDED 4
+#define KLV_STATUS_OPTIMAL_UNSCALED 5 /* optimal, but some limit is violated when unscaled */
+#define KLV_STATUS_NON_OPTIMAL 6      /* stopped by numerical trouble before optimality */
+#define KLV_STATUS_ITERATION_LIMIT 10
+#define KLV_STATUS_TIME_LIMIT 11
+#define KLV_STATUS_OBJECTIVE_LIMIT 12
+#define KLV_STATUS_USER_ABORTED 13
+
+/* Kinds of a stored solution. */
+#define KLV_SOLUTION_NONE 0
+#define KLV_SOLUTION_BASIC 1    /* primal and dual values and a basis */
+#define KLV_SOLUTION_NONBASIC 2 /* primal and dual values */
+#define KLV_SOLUTION_PRIMAL 3   /* primal values */
+
+/* In all functions of this section: 1217 when no solution is stored (for a mixed-integer problem:
+ * no integer solution was found). Signs: the dual value of a row is the change of the objective, as
+ * stated, per unit of its right-hand side; the reduced cost of a column is its objective
+ * coefficient minus its entries times the dual values; the slack of a row is right-hand side minus
+ * activity, for a ranged row activity minus right-hand side. */
+
+/* Status, objective value, primal values x [columns], dual values pi [rows], slacks [rows] and
+ * reduced costs dj [columns]; each pointer may be null. 1017 when dual values of a mixed-integer
+ * problem are asked for, 1232 when the solution has none, 3023 when the values of the integer
+ * solution are not available. */
+KLV_API int KLVsolution(KLVenv env, KLVprob lp, int* status_p, double* objective_p, double* x,
+                        double* pi, double* slack, double* dj);
+
+/* Method (-1 without a solution), kind (KLV_SOLUTION_...), and whether the solution is primal and dual
+ * feasible (1 or 0); each pointer may be null. Not an error without a solution. */
+KLV_API int KLVsolninfo(KLVenv env, KLVprob lp, int* method_p, int* type_p,
+                        int* primal_feasible_p, int* dual_feasible_p);
+
+/* Returns the solution status, 0 when no result is stored or on failure. */
+KLV_API int KLVgetstat(KLVenv env, KLVprob lp);
+
+/* Returns the method of the stored solution: 1 primal simplex, 2 dual simplex, 4 barrier, 11 FeasOpt,
+ * 12 mixed-integer; 0 on failure. */
+KLV_API int KLVgetmethod(KLVenv env, KLVprob lp);
+
+/* Stores the objective value (null is accepted unless the problem is mixed-integer). */
+KLV_API int KLVgetobjval(KLVenv env, KLVprob lp, double* objective_p);
+
+/* The functions with a range fill an array of end - begin + 1 values for the columns or rows begin
+ * to end. 1004 when the array is null, 1200 when the range is not within the problem. */
+
+/* Primal values of columns. 3023 as in KLVsolution. */
+KLV_API int KLVgetx(KLVenv env, KLVprob lp, double* x, int begin, int end);
+
+/* Slacks of rows. */
+KLV_API int KLVgetslack(KLVenv env, KLVprob lp, double* slack, int begin, int end);
+
+/* Activities of rows: their entries times the primal values. */
+KLV_API int KLVgetax(KLVenv env, KLVprob lp, double* ax, int begin, int end);
+
+/* Dual values of rows. 1017 and 1232 as in KLVsolution. */
+KLV_API int KLVgetpi(KLVenv env, KLVprob lp, double* pi, int begin, int end);
+
+/* Reduced costs of columns. 1017 and 1232 as in KLVsolution. */
+KLV_API int KLVgetdj(KLVenv env, KLVprob lp, double* dj, int begin, int end);
+
+/* By how much the point x [columns] (null: the stored solution) violates each row begin to end:
+ * positive above the upper limit of the row, negative below the lower one, 0 within. */
+KLV_API int KLVgetrowinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
+                            int end);
+
+/* The same for the bounds of columns. 0 satisfies a semi-continuous or semi-integer column. */
+KLV_API int KLVgetcolinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
+                            int end);
+
+/* Return counts of the last optimization: simplex iterations, those of them in phase I, barrier
+ * iterations. 0 on failure. */
+KLV_API int KLVgetitcnt(KLVenv env, KLVprob lp);
+KLV_API int KLVgetphase1cnt(KLVenv env, KLVprob lp);
+KLV_API int KLVgetbaritcnt(KLVenv env, KLVprob lp);
+
+/* Copies the text of a solution status code to buffer (room for 52 characters) and returns buffer;
+ * for an unknown code the buffer gets "Unknown status value" and the result is null. The
+ * environment is not used and may be null. */
+KLV_API char* KLVgetstatstring(KLVenv env, int status, char* buffer);
 
 #ifdef __cplusplus
 }

@@ -268,17 +268,17 @@ LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBas
   return answer;
 }
 
-int find_primal_infeasibility(WorkingLp& working, const SimplexSettings& settings) {
-  if (!working.compute_basic_solution(settings)) return -2;
+bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings) {
+  if (!working.compute_basic_solution(settings)) return false;
   const LpProblem& lp = working.lp();
   const Vector<double>& values = working.simplex().values();
   for (int v = 0; v < lp.num_vars(); ++v) {
     if (values[v] < lp.lower[v] - settings.feasibility_tolerance ||
         values[v] > lp.upper[v] + settings.feasibility_tolerance) {
-      return v;
+      return false;
     }
   }
-  return -1;
+  return true;
 }
 
 }  // namespace kelvo

@@ -47,8 +47,7 @@ LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBas
 void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
                         const DriverSettings& settings, const CallContext& context);
 
-/// The first variable (LpProblem numbering) that violates its bounds in the basic solution of the
-/// working LP; -1 when there is none, -2 when the basis is singular.
-int find_primal_infeasibility(WorkingLp& working, const SimplexSettings& settings);
+/// True when the basic solution of the working LP satisfies its bounds.
+bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings);
 
 }  // namespace kelvo

@@ -12,6 +12,7 @@
 #include "lp/model_to_lp.h"
 #include "lp/scaling.h"
 #include "lp/simplex/simplex.h"
+#include "prob/attachment.h"
 
 namespace kelvo {
 
@@ -22,12 +23,10 @@ struct CallContext {
   IterationHook* hook = nullptr;  // may be null
 };
 
-class WorkingLp {
+class WorkingLp final : public Attachment {
  public:
   /// Copies and scales the model and starts with the slack basis.
   WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink);
-  WorkingLp(const WorkingLp&) = delete;
-  WorkingLp& operator=(const WorkingLp&) = delete;
 
   /// Connects the engines to a call.
   class Session {

@@ -1,0 +1,163 @@
+// The optimizers of linear problems.
+#include "env/param_numbers.h"
+#include "lp/driver.h"
+#include "lp/lp_settings.h"
+#include "prob/api_frame_prob.h"
+
+namespace kelvo {
+namespace {
+
+/// Values of KLV_PARAM_LPMETHOD.
+enum MethodChoice : int {
+  kChooseAutomatic = 0,
+  kChoosePrimal = 1,
+  kChooseDual = 2,
+  kChooseNetwork = 3,
+  kChooseBarrier = 4,
+  kChooseSifting = 5,
+  kChooseConcurrent = 6
+};
+
+/// Calls the caller's LP callback before each iteration.
+class CallbackHook final : public IterationHook {
+ public:
+  CallbackHook(Environment& environment, Problem& problem)
+      : environment_(environment),
+        problem_(problem),
+        callback_(environment.settings().callback(CallbackKind::lp)) {}
+
+  bool active() const { return callback_.function != nullptr; }
+
+  int before_iteration(bool dual, bool) override {
+    constexpr int kFromPrimal = 1, kFromDual = 2;
+    return callback_.function(to_handle(&environment_), &problem_, dual ? kFromDual : kFromPrimal,
+                              callback_.handle);
+  }
+
+ private:
+  Environment& environment_;
+  Problem& problem_;
+  const Callback callback_;
+};
+
+/// What the simplex methods and their relatives refuse.
+Status check_linear(const Problem& problem) {
+  if (is_mixed_integer_type(problem.type())) {
+    return Status::failure(error::kNotForMixedInteger);
+  }
+  const Model& model = problem.model();
+  if (!model.quadratic_constraints.empty()) {
+    return Status::failure(error::kNotForQuadraticConstraints);
+  }
+  if (model.quadratic.num_major > 0) return Status::failure(error::kNotForQuadratic);
+  return Status();
+}
+
+/// The working LP is the optimizer's while it runs and the problem's again when it has finished
+/// well; otherwise it is gone, since it may not agree with anything.
+Owned<WorkingLp> take_working_lp(Problem& problem) {
+  return Owned<WorkingLp>(static_cast<WorkingLp*>(problem.working_lp.release()));
+}
+
+Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
+  const DriverSettings settings =
+      read_driver_settings(environment.settings(), problem.objective_sense());
+  CallbackHook hook(environment, problem);
+  const CallContext context{environment.messages(), environment.stop_check(),
+                            hook.active() ? &hook : nullptr};
+  const TimeLimitScope time_limit(environment);
+  Owned<WorkingLp> working = take_working_lp(problem);
+  LpAnswer answer = solve_lp(problem.model(), working, problem.basis, method, settings, context);
+  if (answer.singular) return Status::failure(error::kBasisSingular);
+  problem.working_lp = std::move(working);
+  problem.solution_status = answer.status;
+  problem.solution = std::move(answer.record);
+  if (answer.basis.present) problem.basis = std::move(answer.basis);
+  return Status();
+}
+
+/// Primal simplex for a start basis that is primal feasible, else dual simplex.
+LpMethod choose_simplex(Environment& environment, Problem& problem) {
+  const Model& model = problem.model();
+  const DriverSettings settings = read_driver_settings(environment.settings(), model.sense);
+  if (!settings.use_basis || !problem.basis.present) return LpMethod::dual;
+  if (model.num_rows == 0 || model.num_cols == 0) return LpMethod::dual;
+  const CallContext context{environment.messages(), environment.stop_check()};
+  Owned<WorkingLp> working = take_working_lp(problem);
+  prepare_working_lp(model, working, problem.basis, settings, context);
+  const bool feasible = is_primal_feasible(*working, settings.simplex);
+  problem.working_lp = std::move(working);
+  return feasible ? LpMethod::primal : LpMethod::dual;
+}
+
+/// Automatic choice. With several threads the concurrent optimizer would be the choice, were it
+/// there; where results must be repeatable it never is, and the user hears why.
+Status run_automatic(Environment& environment, Problem& problem) {
+  constexpr int kOpportunistic = -1;
+  if (environment.get_int(param::THREADS) > 1 &&
+      environment.get_int(param::PARALLELMODE) != kOpportunistic &&
+      environment.get_int(param::SIMDISPLAY) != 0) {
+    environment.messages().send(
+        Channel::warning, "concurrent optimizer may be non-deterministic; using Simplex instead\n");
+  }
+  return run_simplex(environment, problem, choose_simplex(environment, problem));
+}
+
+Status not_available() {
+  return Status::failure(error::kBadMethodChoice);
+}
+
+Status run_by_choice(Environment& environment, Problem& problem) {
+  switch (environment.get_int(param::LPMETHOD)) {
+    case kChooseAutomatic:
+      return run_automatic(environment, problem);
+    case kChoosePrimal:
+      return run_simplex(environment, problem, LpMethod::primal);
+    case kChooseDual:
+      return run_simplex(environment, problem, LpMethod::dual);
+    default:
+      return not_available();
+  }
+}
+
+/// The frame of an optimizer of linear problems: run(environment, problem) -> Status.
+template <class Run>
+int optimize_linear(KLVenv env, KLVprob lp, Run run) {
+  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_linear(problem));
+    return run(environment, problem);
+  });
+}
+
+}  // namespace
+}  // namespace kelvo
+
+using namespace kelvo;
+
+int KLVlpopt(KLVenv env, KLVprob lp) {
+  return optimize_linear(env, lp, run_by_choice);
+}
+
+int KLVprimopt(KLVenv env, KLVprob lp) {
+  return optimize_linear(env, lp, [](Environment& environment, Problem& problem) {
+    return run_simplex(environment, problem, LpMethod::primal);
+  });
+}
+
+int KLVdualopt(KLVenv env, KLVprob lp) {
+  return optimize_linear(env, lp, [](Environment& environment, Problem& problem) {
+    return run_simplex(environment, problem, LpMethod::dual);
+  });
+}
+
+int KLVhybnetopt(KLVenv env, KLVprob lp, int) {
+  return optimize_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+}
+
+int KLVhybbaropt(KLVenv env, KLVprob lp, int) {
+  return optimize_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+}
+
+int KLVsiftopt(KLVenv env, KLVprob lp) {
+  return optimize_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+}
