@@ -797,10 +797,13 @@ KLV_API int KLVgetrowinfeas(KLVenv env, KLVprob lp, const double* x, double* inf
 KLV_API int KLVgetcolinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
                             int end);
 
-/* Return counts of the last optimization: simplex iterations, those of them in phase I, barrier
- * iterations. 0 on failure. */
+/* Returns the simplex iterations of the last optimization, both phases; 0 on failure. */
 KLV_API int KLVgetitcnt(KLVenv env, KLVprob lp);
+
+/* Returns the simplex iterations that the last optimization spent in phase I; 0 on failure. */
 KLV_API int KLVgetphase1cnt(KLVenv env, KLVprob lp);
+
+/* Returns the barrier iterations of the last optimization; 0 on failure. */
 KLV_API int KLVgetbaritcnt(KLVenv env, KLVprob lp);
 
 /* Copies the text of a solution status code to buffer (room for 52 characters) and returns buffer;
