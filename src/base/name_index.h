@@ -1,17 +1,21 @@
 // From a name to the index that carries it: a hash table with open addressing.
 //
-// The table stores no characters. A slot keeps an index and 32 bits of the name's hash; the name
-// itself is asked of the caller's store, any object with `view(int) -> std::string_view` such as
-// NameStore, and only when those 32 bits agree. The caller keeps table and store in step: renaming
-// or removing a stored name means clear() and a new build().
+// The table stores no texts. A slot keeps an index and a 64-bit tag of its name: the name itself
+// when it has at most 8 bytes, so that a short name is found without a look at the caller's store,
+// and a hash of it otherwise. Only when the tag of a longer name agrees is the name asked of the
+// store, any object with `view(int) -> std::string_view` such as NameStore. Names hold no zero
+// bytes. The caller keeps table and store in step: renaming or removing a stored name means
+// clear() and a new build().
 //
 // When a name occurs more than once, the table holds the index inserted first. Collisions are
-// resolved by linear probing; the table doubles when it is half full, so a look-up touches about
-// 1.5 slots when it succeeds and 2.5 when it fails.
+// resolved by linear probing; the table doubles when it is two thirds full, so a look-up touches
+// two slots on average when it succeeds and at most five when it fails.
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "base/containers.h"
 
@@ -20,9 +24,6 @@ namespace kelvo {
 class NameIndex {
  public:
   static constexpr int kNone = -1;
-
-  /// 32 bits that depend on every byte of the name.
-  static std::uint32_t hash(std::string_view name) noexcept;
 
   /// Number of distinct names in the table.
   int size() const { return size_; }
@@ -34,7 +35,13 @@ class NameIndex {
   /// The first index inserted under `name`, or kNone.
   template <class Names>
   int find(std::string_view name, const Names& names) const {
-    return slot_.empty() ? kNone : slot_[probe(name, hash(name), names)].index;
+    return slot_.empty() ? kNone : slot_[probe(name, make_tag(name), names)].index;
+  }
+
+  /// Asks for the memory where the search for `name` begins, which a find() a little later needs.
+  void prefetch(std::string_view name) const {
+    if (slot_.empty()) return;
+    __builtin_prefetch(&slot_[home(make_tag(name).bits, slot_.size() - 1)]);
   }
 
   /// Enters `name` for index `i` >= 0 unless it is there already. Returns the index that the name
@@ -42,11 +49,11 @@ class NameIndex {
   /// entry for `i` yet. Throws std::bad_alloc, leaving the table as it was.
   template <class Names>
   int insert(std::string_view name, int i, const Names& names) {
-    if (2 * static_cast<std::size_t>(size_ + 1) > slot_.size()) reserve(2 * size_ + 8);
-    const std::uint32_t code = hash(name);
-    Slot& slot = slot_[probe(name, code, names)];
+    if (slots_for(size_ + 1) > slot_.size()) reserve(2 * size_ + 8);
+    const Tag tag = make_tag(name);
+    Slot& slot = slot_[probe(name, tag, names)];
     if (slot.index == kNone) {
-      slot = {code, i};
+      slot = {tag.bits, i, tag.whole_name};
       ++size_;
     }
     return slot.index;
@@ -64,23 +71,68 @@ class NameIndex {
   }
 
  private:
-  struct Slot {
-    std::uint32_t hash = 0;
-    int index = kNone;
+  struct Tag {
+    std::uint64_t bits;
+    bool whole_name;  // the bits are the name's bytes, padded with zeros
   };
+  struct Slot {
+    std::uint64_t bits = 0;
+    int index = kNone;
+    bool whole_name = false;
+  };
+
+  /// Both halves of a 128-bit product, folded together.
+  static std::uint64_t fold(std::uint64_t a, std::uint64_t b) {
+    __extension__ using Wide = unsigned __int128;
+    const Wide product = static_cast<Wide>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+  }
+
+  /// 1 to 8 bytes as a number, padded with zeros, by loads of fixed size.
+  static std::uint64_t load(const char* from, std::size_t bytes) {
+    if (bytes >= 4) {
+      std::uint32_t low, high;
+      std::memcpy(&low, from, 4);
+      std::memcpy(&high, from + bytes - 4, 4);
+      return low | (std::uint64_t{high} >> (8 * (8 - bytes)) << 32);
+    }
+    std::uint64_t word = 0;
+    for (std::size_t k = 0; k < bytes; ++k) {
+      word |= std::uint64_t{static_cast<unsigned char>(from[k])} << (8 * k);
+    }
+    return word;
+  }
+
+  static Tag make_tag(std::string_view name) noexcept {
+    return name.size() <= 8 ? Tag{load(name.data(), name.size()), true} : Tag{hash(name), false};
+  }
+  static std::uint64_t hash(std::string_view name) noexcept;
+
+  /// The number of slots that so many names need, before it is made a power of two.
+  static std::size_t slots_for(int names) { return 3 * static_cast<std::size_t>(names) / 2 + 1; }
+
+  /// Where the search for a tag begins.
+  static std::size_t home(std::uint64_t bits, std::size_t mask) {
+    return fold(bits ^ kMultiplierB, kMultiplierA) & mask;
+  }
 
   /// Position of the name's slot, or of the empty slot where it belongs. The table is never full.
   template <class Names>
-  std::size_t probe(std::string_view name, std::uint32_t code, const Names& names) const {
+  std::size_t probe(std::string_view name, Tag tag, const Names& names) const {
     const std::size_t mask = slot_.size() - 1;
-    for (std::size_t at = code & mask;; at = (at + 1) & mask) {
+    for (std::size_t at = home(tag.bits, mask);; at = (at + 1) & mask) {
       const Slot& slot = slot_[at];
       if (slot.index == kNone) return at;
-      if (slot.hash == code && names.view(slot.index) == name) return at;
+      if (slot.bits != tag.bits || slot.whole_name != tag.whole_name) continue;
+      if (tag.whole_name || names.view(slot.index) == name) return at;
     }
   }
 
-  Vector<Slot> slot_;  // empty, or a power of two of slots of which at most half are used
+  // Odd constants with about as many ones as zeros, so that a product spreads every bit.
+  static constexpr std::uint64_t kMultiplierA = 0x9e3779b97f4a7c15u;
+  static constexpr std::uint64_t kMultiplierB = 0xd6e8feb86659fd93u;
+
+  Vector<Slot> slot_;  // empty, or a power of two of slots of which two thirds are used at most
   int size_ = 0;
 };
 

@@ -40,6 +40,8 @@ Status MpsParser::read_columns() {
 Status MpsParser::read_column_line() {
   int field;
   if (is_marker(field)) return read_marker(field);
+  row_index_.prefetch(fields_.raw(1));
+  if (fields_.count() > 3) row_index_.prefetch(fields_.raw(3));
   const std::string_view name = fields_.name(0);
   if (column_ == kNone || !same_name(model_.col_names, column_, name)) {
     KELVO_TRY(begin_column(name));

@@ -14,23 +14,14 @@ constexpr int kLargestCapacity = 524999999;
 enum Stage { kBeforeRanges, kBeforeBounds, kBeforeSets, kBeforeQuadratic, kBeforeEnd, kDone };
 constexpr Stage kBeforeIndicators = kBeforeQuadratic;
 
-/// The index of a name; tries the one after `last` first.
-int find_name(std::string_view name, const NameStore& names, const NameIndex& index, int& last) {
-  const int next = last + 1;
-  if (next < names.size() && same_name(names, next, name)) return last = next;
-  const int found = index.find(name, names);
-  if (found != NameIndex::kNone) last = found;
-  return found;
-}
-
 }  // namespace
 
 int MpsParser::find_row(std::string_view name) const {
-  return find_name(name, row_names_, row_index_, last_row_);
+  return row_lookup_.find(name, row_names_, row_index_);
 }
 
 int MpsParser::find_column(std::string_view name) const {
-  return find_name(name, model_.col_names, column_index_, last_column_);
+  return column_lookup_.find(name, model_.col_names, column_index_);
 }
 
 Status MpsParser::require_row(std::string_view name, int& row) const {

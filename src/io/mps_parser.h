@@ -23,6 +23,24 @@ inline bool same_name(const NameStore& names, int i, std::string_view text) {
   return *stored == '\0';
 }
 
+/// Look-up of names that come more or less in the order of declaration: while that goes well, the
+/// name after the one found last is tried before the hash table.
+class MpsLookup {
+ public:
+  int find(std::string_view name, const NameStore& names, const NameIndex& index) {
+    const int next = last_ + 1;
+    if (in_order_ && next < names.size() && same_name(names, next, name)) return last_ = next;
+    const int found = index.find(name, names);
+    in_order_ = found == next || found == next + 1;
+    if (found != NameIndex::kNone) last_ = found;
+    return found;
+  }
+
+ private:
+  int last_ = -1;
+  bool in_order_ = true;
+};
+
 /// What a line of the matrix is.
 enum class MpsLineKind : char { row, user_cut, lazy_constraint, indicator, quadratic, dropped };
 
@@ -114,12 +132,12 @@ class MpsParser {
   MpsFields fields_;
   Model model_;
 
-  // Declared rows. The look-ups remember the name found last and first try the one after it.
+  // Declared rows.
   NameStore row_names_;
   NameIndex row_index_;
   Vector<int> line_of_;           // [declared rows] line, kObjective or kFreeRow
   Vector<int> last_column_with_;  // [declared rows] the last column that has an entry there
-  mutable int last_row_ = kNone;
+  mutable MpsLookup row_lookup_;
   int objective_row_ = kNone;  // declared row
   int reference_row_ = kNone;  // declared row of the weights of sets, if any
   String wanted_objective_;    // OBJNAME
@@ -137,7 +155,7 @@ class MpsParser {
   Vector<int> column_start_;  // [columns] into the matrix arrays below
   Vector<int> entry_line_;
   Vector<double> entry_value_;
-  mutable int last_column_ = kNone;
+  mutable MpsLookup column_lookup_;
   int column_ = kNone;          // the one being read
   bool skip_column_ = false;    // it has been read before: its lines are not used
   bool integer_block_ = false;  // between 'INTORG' and 'INTEND'
