@@ -693,6 +693,20 @@ KLV_API int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_
 
 /* ---- Files ---------------------------------------------------------------------------------- */
 
+/* Replaces the problem by the model in a file; the old one stays when that fails. filetype is "LP",
+ * "MPS" or null: then the name's extension decides (.lp, .mps, .qps in any case), or else the first
+ * bytes of the file. Names ending in .gz, .Z or .bz2 are read through gzip or bzip2. An empty name
+ * with the type "LP" reads a model typed on standard input. 1004 for a null name; 1423 when the
+ * file cannot be read; 1424 for another format, binary models and networks among them; the errors
+ * of the format are printed with their line numbers. */
+KLV_API int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype);
+
+/* Writes the problem to a file. filetype, or else the name's extension, is "MPS" or "LP", "RMP" or
+ * "REW" (MPS with generic names) or "RLP" (LP with generic names). Names ending in .gz, .bz2 or the
+ * capital .Z are written through gzip or bzip2. 1421 without a name; 1422 when the file cannot be
+ * written; 1424 for any other format. */
+KLV_API int KLVwriteprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype);
+
 /* ---- Optimizers ------------------------------------------------------------------------------ */
 
 /* The functions below solve the linear problem and leave status, solution and basis in it, see the

@@ -54,6 +54,7 @@ inline constexpr int kBadMethodChoice = 1292;
 inline constexpr int kNoFileName = 1421;
 inline constexpr int kCannotWriteFile = 1422;
 inline constexpr int kCannotReadFile = 1423;
+inline constexpr int kBadFileType = 1424;
 inline constexpr int kNotANumber = 1434;
 inline constexpr int kLineTooLong = 1465;
 inline constexpr int kNotEnoughEntries = 1660;

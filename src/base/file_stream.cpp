@@ -291,6 +291,13 @@ Status open_input(const char* name, const char* default_extension, FileStream& s
   return started ? Status() : Status::failure(error::kCannotReadFile);
 }
 
+Status open_standard_input(FileStream& stream) {
+  stream.close();
+  stream.writing_ = stream.at_end_ = stream.received_ = stream.failed_ = false;
+  stream.descriptor_ = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  return stream.is_open() ? Status() : Status::failure(error::kCannotReadFile);
+}
+
 Status open_output(const char* name, bool compress, FileStream& stream) {
   stream.close();
   stream.at_end_ = stream.received_ = stream.failed_ = false;

@@ -48,6 +48,7 @@ class FileStream {
   bool failed() const { return failed_; }
 
   friend Status open_input(const char* name, const char* default_extension, FileStream& stream);
+  friend Status open_standard_input(FileStream& stream);
   friend Status open_output(const char* name, bool compress, FileStream& stream);
   friend Status close_file(FileStream& stream);
 
@@ -72,6 +73,9 @@ class FileStream {
 /// ".mps") is not null, the name with that extension is tried. Failure: 1423, not reported (its
 /// text takes the file name).
 Status open_input(const char* name, const char* default_extension, FileStream& stream);
+
+/// Opens the standard input of the process; close_file() does not close that. Failure: 1423.
+Status open_standard_input(FileStream& stream);
 
 /// Creates or empties a file for writing; compressed suffixes count when `compress` is set.
 /// Failure: 1422, not reported (its text takes the file name).

@@ -54,6 +54,7 @@ LineReader::Outcome LineReader::next(std::size_t limit) {
     fill(limit);
   }
   if (line_feed == nullptr && exhausted_ && stream_ != nullptr && stream_->failed()) {
+    text_ = {};
     return Outcome::failed;
   }
   if (line_feed == nullptr && at_ == end_) {
@@ -88,9 +89,13 @@ LineReader::Outcome LineReader::next(std::size_t limit) {
   return Outcome::line;
 }
 
-int LineReader::first_byte() {
-  if (at_ == end_ && !exhausted_) fill(0);
-  return at_ == end_ ? -1 : static_cast<unsigned char>(*at_);
+std::string_view LineReader::peek(std::size_t count) {
+  std::size_t have = static_cast<std::size_t>(end_ - at_);
+  while (have < count && !exhausted_) {
+    fill(have);
+    have = static_cast<std::size_t>(end_ - at_);
+  }
+  return std::string_view(at_, std::min(have, count));
 }
 
 }  // namespace kelvo

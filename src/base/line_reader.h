@@ -36,9 +36,9 @@ class LineReader {
   /// The number of the line that text() belongs to, from 1 (0 before the first). At the end: the
   /// number of the last line.
   int line_number() const { return line_number_; }
-  /// The first byte of the text without taking it, or -1 when there is none. Only before the first
-  /// next().
-  int first_byte();
+  /// The first bytes of the text, at most `count`, without taking them; fewer only when the text is
+  /// shorter. Only before the first next().
+  std::string_view peek(std::size_t count);
 
  private:
   void fill(std::size_t wanted);

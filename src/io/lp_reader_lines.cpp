@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/error_code.h"
 #include "io/lp_characters.h"
 
 namespace kelvo {
@@ -52,6 +53,7 @@ Status LpLines::take(const char*& text, std::size_t& length) {
   if (!inside_line_ || rest_unread_) {
     const LineReader::Outcome outcome = reader_.next(kLongestPiece - num_kept_);
     diagnostics_.line = reader_.line_number();
+    if (outcome == LineReader::Outcome::failed) return Status::failure(error::kCannotReadFile);
     if (outcome == LineReader::Outcome::end) return {};
     rest_unread_ = outcome == LineReader::Outcome::piece;
     fresh = reader_.text();

@@ -163,7 +163,8 @@ TEST_F(FileStreamTest, LinesComeOutAsWritten) {
   ASSERT_TRUE(open_input(path("lines").c_str(), nullptr, stream).ok());
   LineReader from_file(stream);
   LineReader from_memory(text);
-  EXPECT_EQ(from_memory.first_byte(), from_file.first_byte());
+  EXPECT_EQ(from_memory.peek(100), std::string_view(text).substr(0, 100));
+  EXPECT_EQ(from_file.peek(100), std::string_view(text).substr(0, 100));
   for (LineReader* reader : {&from_file, &from_memory}) {
     for (std::size_t i = 0; i < lines.size(); ++i) {
       ASSERT_EQ(reader->next(559), LineReader::Outcome::line);

@@ -27,6 +27,23 @@ TEST(NameIndex, FindsTheFirstOfEqualNames) {
   EXPECT_EQ(index.find("x", names), NameIndex::kNone);
 }
 
+TEST(NameIndex, NamesOfEveryLengthStayApart) {
+  NameStore names;
+  NameIndex index;
+  for (int length = 0; length <= 40; ++length) {
+    for (const char* pattern : {"a", "ab", "\x80\xff"}) {
+      std::string name;
+      while (static_cast<int>(name.size()) < length) name += pattern;
+      name.resize(static_cast<std::size_t>(length));
+      if (length < 2 && pattern[1] != '\0') continue;
+      if (length == 0) continue;
+      ASSERT_EQ(index.insert(name, names.size(), names), names.size()) << name;
+      names.append(name);
+    }
+  }
+  for (int i = 0; i < names.size(); ++i) ASSERT_EQ(index.find(names.view(i), names), i);
+}
+
 TEST(NameIndex, ManySimilarNamesAllStayApart) {
   NameStore names;
   NameIndex index;
@@ -43,16 +60,22 @@ TEST(NameIndex, ManySimilarNamesAllStayApart) {
 TEST(NameIndex, AFailedGrowthLosesNothing) {
   NameStore names;
   NameIndex index;
-  for (int i = 0; i < 8; ++i) {
-    index.insert(std::to_string(i), i, names);
-    names.append(std::to_string(i));
+  bool grown_in_vain = false;
+  for (int i = 0; i < 100; ++i) {
+    const std::string name = std::to_string(i) + (i % 2 == 0 ? "" : " with a longer name");
+    fail_allocation_after(0);
+    try {
+      ASSERT_EQ(index.insert(name, i, names), i);
+    } catch (const std::bad_alloc&) {
+      grown_in_vain = true;
+    }
+    fail_allocation_after(-1);
+    ASSERT_EQ(index.insert(name, i, names), i);
+    names.append(name);
+    for (int k = 0; k <= i; ++k) ASSERT_EQ(index.find(names.view(k), names), k);
   }
-  fail_allocation_after(0);
-  EXPECT_THROW(index.insert("8", 8, names), std::bad_alloc);
-  fail_allocation_after(-1);
-  EXPECT_EQ(index.size(), 8);
-  for (int i = 0; i < 8; ++i) EXPECT_EQ(index.find(names.view(i), names), i);
-  EXPECT_EQ(index.insert("8", 8, names), 8);
+  EXPECT_TRUE(grown_in_vain);
+  EXPECT_EQ(index.size(), 100);
 }
 
 }  // namespace

@@ -1,0 +1,30 @@
+// Model files.
+#include "io/dispatch.h"
+#include "prob/api_frame_prob.h"
+
+using namespace kelvo;
+
+extern "C" {
+
+int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    if (filename == nullptr) return Status::failure(error::kNullPointer);
+    Model model;
+    KELVO_TRY(
+        read_model_file(filename, filetype, environment.settings(), environment.messages(), model));
+    problem.replace_model(std::move(model));
+    return {};
+  });
+}
+
+int KLVwriteprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype) {
+  return api_read(env, lp, [&](Environment&, Problem&) -> Status {
+    if (filename == nullptr || filename[0] == '\0') return Status::failure(error::kNoFileName);
+    FileFormat format = FileFormat::unknown;
+    KELVO_TRY(output_format(filename, filetype, format));
+    // No format has a writer yet.
+    return Status::failure(error::kBadFileType);
+  });
+}
+
+}  // extern "C"

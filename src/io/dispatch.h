@@ -1,0 +1,35 @@
+// Which format a model file has, and reading it.
+//
+// A given type decides alone; otherwise the extension of the name does, behind which a compressed
+// suffix (".gz", ".bz2", ".Z") may stand; otherwise, for reading, the first bytes of the file.
+#pragma once
+
+#include <string_view>
+
+#include "base/line_reader.h"
+#include "base/messages.h"
+#include "base/status.h"
+#include "env/settings.h"
+#include "prob/model.h"
+
+namespace kelvo {
+
+enum class FileFormat { unknown, lp, rewritten_lp, mps, rewritten_mps, sav, network };
+
+/// The format that a type argument of KLVreadcopyprob asks for.
+FileFormat input_format_of_type(std::string_view type);
+/// The format that the extension of a file to be read tells.
+FileFormat input_format_of_name(std::string_view name);
+/// The format that the first bytes of a file tell.
+FileFormat input_format_of_text(std::string_view first_bytes);
+
+/// The format in which KLVwriteprob writes; type may be null. Error: 1424 not reported.
+Status output_format(std::string_view name, const char* type, FileFormat& format);
+
+/// Reads a file into a model that was empty. `type` may be null; an empty name with the type "LP"
+/// reads what is typed on the standard input. Errors, reported or without arguments: 1423, 1424 and
+/// those of the readers. Throws std::bad_alloc.
+Status read_model_file(const char* name, const char* type, const Settings& settings,
+                       MessageSink& sink, Model& model);
+
+}  // namespace kelvo
