@@ -121,7 +121,9 @@ class Environment {
     Environment& environment_;
   };
 
-  const Environment* self_ = this;
+  // Volatile, so that the destructor really clears it: nothing may read it afterwards by the rules
+  // of the language, but a caller's stale handle is told apart by it as long as that is possible.
+  const Environment* volatile self_ = this;
   Environment* const parent_ = nullptr;
   ObjectNode* node_ = nullptr;  // where the parent's object list holds a child
   const int thread_number_ = 0;

@@ -1,11 +1,11 @@
 // Numbers of the parameters. The public ones have the name that follows KLV_PARAM_ in the C
-// interface; of the hidden ones, which have no public name, only those that this folder reads are
-// listed with a name of our own.
+// interface. The hidden ones have no public name; those that the library's code asks for get a name
+// of our own here.
 #pragma once
 
 namespace kelvo::param {
 
-// Hidden parameters of the environment
+// Hidden parameters
 
 /// Iterations between two periodic services of an optimizer (callbacks, stop check).
 inline constexpr int SERVICE_INTERVAL = 1004;

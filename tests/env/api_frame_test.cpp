@@ -114,6 +114,22 @@ TEST(Objects, AreReleasedInTheOrderOfCreationOrAlone) {
   EXPECT_TRUE(list.empty());
 }
 
+TEST(TimerRing, SecondsOfRecordsThatLeaveStayWithTheEnvironment) {
+  TimerRing ring;
+  TimingRecord first, second;
+  ring.enter(first);
+  ring.enter(second);
+  first.seconds = 1.5;
+  second.seconds = 2.0;
+  EXPECT_EQ(ring.sum(), 3.5);
+  ring.leave(first);
+  EXPECT_EQ(ring.sum(), 3.5);
+  ring.reset();
+  EXPECT_EQ(ring.sum(), 0.0);
+  EXPECT_EQ(second.seconds, 0.0);
+  ring.leave(second);
+}
+
 TEST(MessageChannel, AFileThroughAPointerIsWrittenOnlyWhileItIsSet) {
   MessageChannel channel;
   std::FILE* file = nullptr;
