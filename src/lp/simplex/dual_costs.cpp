@@ -55,7 +55,7 @@ void DualEngine::shift_cost(int j, double amount) {
 // After a fresh computation, reduced costs that drifted out of their tolerance are made feasible:
 // boxed variables flip, the costs of others are shifted to a little beyond zero.
 void DualEngine::correct_duals() {
-  const double tolerance = s_.settings.optimality_tolerance;
+  const double tolerance = s_.dual_tolerance;
   for (int j = 0; j < s_.num_vars; ++j) {
     const int direction = s_.move[j];
     if (direction == SimplexState::kStays) continue;
@@ -73,7 +73,7 @@ void DualEngine::correct_duals() {
 }
 
 void DualEngine::flip_infeasible_boxed() {
-  const double tolerance = s_.settings.optimality_tolerance;
+  const double tolerance = s_.dual_tolerance;
   for (int j = 0; j < s_.num_vars; ++j) {
     const int direction = s_.move[j];
     if (direction == SimplexState::kStays || direction == SimplexState::kAnywhere) continue;

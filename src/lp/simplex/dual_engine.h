@@ -53,7 +53,7 @@ class DualEngine {
   bool stalls(double dual_step);
 
   // Phase one.
-  int count_dual_infeasibilities(bool boxed_too) const;
+  int count_dual_infeasibilities(bool boxed_too, double tolerance) const;
   void begin_phase_one();
   void end_phase_one();
   std::optional<PhaseEnd> run_phase_one();

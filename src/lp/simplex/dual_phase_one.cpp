@@ -18,8 +18,7 @@ constexpr double kFreeBox = 1000.0;
 
 }  // namespace
 
-int DualEngine::count_dual_infeasibilities(bool boxed_too) const {
-  const double tolerance = s_.settings.optimality_tolerance;
+int DualEngine::count_dual_infeasibilities(bool boxed_too, double tolerance) const {
   int count = 0;
   for (int j = 0; j < s_.num_vars; ++j) {
     if (s_.move[j] == SimplexState::kStays || (!boxed_too && s_.is_boxed(j))) continue;

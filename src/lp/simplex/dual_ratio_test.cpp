@@ -79,7 +79,7 @@ void DualRatioTest::collect(double direction, double filter) {
 }
 
 double DualRatioTest::harris_bound(int begin, int end, double& alpha_at_bound) const {
-  const double delta = state_.settings.optimality_tolerance;
+  const double delta = state_.dual_tolerance;
   double bound = kInf;
   alpha_at_bound = 0.0;
   for (int k = begin; k < end; ++k) {
@@ -105,7 +105,7 @@ bool DualRatioTest::better(const Candidate& a, const Candidate& b) const {
 // Moves to the front the candidates whose breakpoints can be reached with a positive slope, and
 // possibly some more; returns their number.
 int DualRatioTest::limit_to_reachable(double slope, double first_bound) {
-  double reach = kReachGrowth * first_bound + state_.settings.optimality_tolerance;
+  double reach = kReachGrowth * first_bound + state_.dual_tolerance;
   int front = 0;
   while (true) {
     double next = kInf;
@@ -155,7 +155,7 @@ void DualRatioTest::form_groups(double slope, int reachable) {
 
 // The same groups as repeated scans would form, in one pass over the sorted breakpoints.
 void DualRatioTest::form_sorted_groups(double slope, int begin, int reachable) {
-  const double delta = state_.settings.optimality_tolerance;
+  const double delta = state_.dual_tolerance;
   for (int k = begin; k < reachable; ++k) {
     candidates_[k].ratio = std::max(0.0, candidates_[k].dual) / candidates_[k].alpha;
   }

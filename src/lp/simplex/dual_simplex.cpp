@@ -42,7 +42,7 @@ bool DualEngine::worth_perturbing() {
   if (s_.settings.perturb_at_start) return true;
   const bool slack_basis =
       std::all_of(s_.header.begin(), s_.header.end(), [this](int j) { return j >= s_.n; });
-  if (slack_basis || count_dual_infeasibilities(false) > 0) return true;
+  if (slack_basis || count_dual_infeasibilities(false, s_.dual_tolerance) > 0) return true;
   s_.compute_primals();
   leaving_list_.rebuild();
   int count;
@@ -61,7 +61,7 @@ bool DualEngine::optimal_for_true_problem() {
   leaving_list_.rebuild();
   int infeasible;
   leaving_list_.sum_infeasibilities(infeasible);
-  return infeasible == 0 && count_dual_infeasibilities(true) == 0;
+  return infeasible == 0 && count_dual_infeasibilities(true, s_.dual_tolerance) == 0;
 }
 
 SimplexOutcome DualEngine::finish_with_primal() {
@@ -76,13 +76,13 @@ SimplexOutcome DualEngine::solve() {
       s_.compute_duals();
       flip_infeasible_boxed();
     }
-    if (count_dual_infeasibilities(false) > 0) {
+    if (count_dual_infeasibilities(false, s_.dual_tolerance) > 0) {
       if (run_phase_one()) return stop_outcome_;
     }
     switch (run_phase()) {
       case PhaseEnd::feasible:
         if (optimal_for_true_problem()) return SimplexOutcome::optimal;
-        if (count_dual_infeasibilities(false) > 0) {
+        if (count_dual_infeasibilities(false, s_.dual_tolerance) > 0) {
           const SimplexOutcome outcome = finish_with_primal();
           if (outcome != SimplexOutcome::non_optimal) return outcome;
         }

@@ -26,7 +26,7 @@ LeavingList::LeavingList(SimplexState& state)
       merits_(state.m, 0.0) {}
 
 void LeavingList::rebuild() {
-  tolerance_ = state_.settings.feasibility_tolerance;
+  tolerance_ = state_.primal_tolerance;
   banned_any_ = false;
   for (int p = 0; p < m_; ++p) {
     const double violation = std::max(lower_[p] - value_[p], value_[p] - upper_[p]);

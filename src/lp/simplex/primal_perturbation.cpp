@@ -28,7 +28,7 @@ constexpr int kMostRemovals = 5;
 }  // namespace
 
 void PrimalPerturbation::begin() {
-  tolerance_ = state_.settings.feasibility_tolerance;
+  tolerance_ = state_.primal_tolerance;
   magnitude_ = state_.settings.perturbation;
   limit_ = state_.settings.perturbation_limit;
   if (limit_ < 1) {
@@ -90,7 +90,7 @@ void PrimalPerturbation::remove() {
   stalled_ = false;
   shifts_ = 0;
   degenerate_ = 0;
-  tolerance_ = state_.settings.feasibility_tolerance;
+  tolerance_ = state_.primal_tolerance;
   state_.restore_bounds();
 }
 

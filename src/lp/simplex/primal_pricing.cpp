@@ -31,7 +31,7 @@ void PrimalPricer::begin() {
   if (rule_ == PrimalPricing::automatic) rule_ = PrimalPricing::devex;
   std::fill(weight_.begin(), weight_.end(), 1.0);
   inaccurate_ = 0;
-  tolerance_ = state_.settings.optimality_tolerance;
+  tolerance_ = state_.dual_tolerance;
   switch (rule_) {
     case PrimalPricing::devex:
       state_.log.using_devex();

@@ -83,7 +83,7 @@ bool PrimalSimplex::begin_round() {
     set_infeasibility_costs();
   } else {
     if (state_.costs_perturbed) state_.restore_costs();
-    pricer_.set_tolerance(state_.settings.optimality_tolerance);
+    pricer_.set_tolerance(state_.dual_tolerance);
   }
   state_.compute_duals();
   pricer_.rebuild();

@@ -9,6 +9,7 @@ namespace kelvo {
 namespace {
 
 constexpr double kCancelled = 1e-100;      // a cancelled entry that must stay listed
+constexpr double kOwnTolerance = 1e-8;     // working tolerances are not looser than this
 constexpr std::uint64_t kTieSeed = 20071;  // any number: ties must only be broken repeatably
 
 BasisStatus present_status(int wanted, double lower, double upper) {
@@ -159,6 +160,8 @@ void SimplexState::begin_run(const SimplexSettings& run_settings) {
                             run_settings.col_file_multiplier != was.col_file_multiplier ||
                             run_settings.refactor_frequency != was.refactor_frequency;
   settings = run_settings;
+  primal_tolerance = std::min(settings.feasibility_tolerance, kOwnTolerance);
+  dual_tolerance = std::min(settings.optimality_tolerance, kOwnTolerance);
   if (other_factor) make_factor();
   run_start_iteration = iterations;
   log.begin_run(settings, iterations);

@@ -65,6 +65,10 @@ class SimplexState {
   StopCheck& stop;
   IterationHook* hook;  // may be null
   SimplexSettings settings;
+  // Tolerances the dual method works with: never looser than the settings', and tight enough that
+  // the objective of an accepted basis is right to more digits than anybody asks for.
+  double primal_tolerance = 0.0;
+  double dual_tolerance = 0.0;
   SimplexLog log;
   Random random;
   const int m;         // rows
