@@ -11,6 +11,10 @@ int target_length(int m) {
   return std::max(50, static_cast<int>(3.0 * std::sqrt(m)));
 }
 
+// A merit and the product that the cutoff is compared with are rounded differently; the cutoff must
+// not shut out the very position it was taken from.
+constexpr double kCutoffSlack = 1.0 - 1e-12;
+
 }  // namespace
 
 LeavingList::LeavingList(SimplexState& state)
@@ -47,7 +51,7 @@ void LeavingList::relist() {
   if (count > 2 * target) {
     std::nth_element(merits_.begin(), merits_.begin() + target, merits_.begin() + count,
                      [](double a, double b) { return a > b; });
-    cutoff_ = merits_[target];
+    cutoff_ = merits_[target] * kCutoffSlack;
   }
   for (int p = 0; p < m_; ++p) {
     if (infeasibility_[p] > 0.0 && infeasibility_[p] >= cutoff_ * weight_[p]) add(p);
