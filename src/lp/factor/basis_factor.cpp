@@ -26,6 +26,8 @@ constexpr double kReportedRise = 0.01;
 constexpr double kPivotAgreement = 1e-6;
 /// With a larger pivot the drop tolerance has hurt the multipliers that btran left behind.
 constexpr double kLargePivot = 100.0;
+/// Two solves share a pass over the factor when both results are expected at least this dense.
+constexpr double kPairDensity = 0.1;
 /// Updates before the adaptive rule may ask for a factorization.
 constexpr int kAdaptiveMinimum = 60;
 /// Weight of a factorization in solves, for the adaptive rule; part of its work that counts.
@@ -70,7 +72,9 @@ struct BasisFactor::Impl {
   void keep_row(const WorkVector& y, int position);
   void compute_row(int position);
   void transform(WorkVector& x, double expected, bool keep);
+  void transform_pair(WorkVector& a, double density_a, WorkVector& b, double density_b, bool keep);
   void transform_transposed(WorkVector& y, double expected);
+  void transform_transposed_pair(WorkVector& a, double density_a, WorkVector& b, double density_b);
   bool update(int position, double solve_pivot);
   void note_update();
   void collect_work() {
@@ -92,7 +96,6 @@ struct BasisFactor::Impl {
   LuSolver solver;
   PackedVector spike;    // column of the last ftran that was to be kept
   PackedVector row_eta;  // of the last btran of a unit vector, for its position
-  WorkVector row_work;   // right-hand side when that one is not at hand
   Vector<int> scratch;
 
   FactorStatistics statistics;
@@ -109,7 +112,7 @@ void BasisFactor::Impl::raise_threshold() {
 
 double BasisFactor::Impl::pivot_ratio() const {
   double largest = 1.0, smallest = 1.0;
-  for (double pivot : lu.pivot) {
+  for (double pivot : lu.diagonal) {
     largest = std::max(largest, std::fabs(pivot));
     smallest = std::min(smallest, std::fabs(pivot));
   }
@@ -186,12 +189,12 @@ bool BasisFactor::Impl::begin_repair(bool allow_repair, int passes, bool& report
 void BasisFactor::Impl::repair(Vector<int>& header, Vector<BasisRepair>& repairs) {
   const int m = columns.num_minor;
   int missing = 0;
-  for (int p = 0; p < m; ++p) missing += lu.row_of_position[p] < 0;
+  for (int p = 0; p < m; ++p) missing += lu.pivot_of_position[p] < 0;
   repairs.reserve(repairs.size() + missing);
   int row = 0;
   for (int p = 0; p < m; ++p) {
-    if (lu.row_of_position[p] >= 0) continue;
-    while (lu.position_of_row[row] >= 0) ++row;
+    if (lu.pivot_of_position[p] >= 0) continue;
+    while (lu.pivot_of_row[row] >= 0) ++row;
     repairs.push_back({p, header[p], row});
     header[p] = columns.num_major + row;
     ++row;
@@ -203,7 +206,6 @@ void BasisFactor::Impl::finish_factorization() {
   solver.setup();
   spike.setup(m);
   row_eta.setup(m);
-  if (row_work.size() != m) row_work.setup(m);
   ++statistics.factorizations;
   statistics.updates = 0;
   statistics.basis_nonzeros = kernel.nonzeros();
@@ -234,7 +236,7 @@ void BasisFactor::Impl::keep_spike(const WorkVector& x) {
 void BasisFactor::Impl::keep_row(const WorkVector& y, int position) {
   // y'U = c e_t' has the solution (c / u_tt) (e_t - r), r being the multipliers of the row eta.
   const double* a = y.value.data();
-  const int t = lu.row_of_position[position];
+  const int t = lu.pivot_of_position[position];
   if (a[t] == 0.0) return;
   const double scale = -1.0 / a[t];
   int count = 0;
@@ -254,39 +256,80 @@ void BasisFactor::Impl::keep_row(const WorkVector& y, int position) {
 }
 
 void BasisFactor::Impl::compute_row(int position) {
-  const int t = lu.row_of_position[position];
-  row_work.insert(t, lu.pivot[t]);  // so that the solution has a one at t
-  solver.solve_u_transposed(row_work, 0.0);
-  keep_row(row_work, position);
-  row_work.clear();
+  const int t = lu.pivot_of_position[position];
+  WorkVector& y = solver.inner(0);
+  y.insert(t, lu.diagonal[t]);  // so that the solution has a one at t
+  solver.solve_u_transposed(y, 0.0);
+  keep_row(y, position);
+  y.clear();
 }
 
 void BasisFactor::Impl::transform(WorkVector& x, double expected, bool keep) {
-  solver.solve_l(x, expected);
-  solver.solve_etas(x);
-  if (keep) keep_spike(x);
-  solver.solve_u(x, expected);
+  WorkVector& inner = solver.inner(0);
+  solver.enter(x, lu.pivot_of_row, lu.row_of_pivot, inner);
+  solver.solve_l(inner, expected);
+  solver.solve_etas(inner);
+  if (keep) keep_spike(inner);
+  solver.solve_u(inner, expected, x);
+}
+
+void BasisFactor::Impl::transform_pair(WorkVector& a, double density_a, WorkVector& b,
+                                       double density_b, bool keep) {
+  if (std::min(density_a, density_b) < kPairDensity) {
+    transform(a, density_a, keep);
+    transform(b, density_b, false);
+    return;
+  }
+  WorkVector& inner_a = solver.inner(0);
+  WorkVector& inner_b = solver.inner(1);
+  solver.enter(a, lu.pivot_of_row, lu.row_of_pivot, inner_a);
+  solver.enter(b, lu.pivot_of_row, lu.row_of_pivot, inner_b);
+  solver.solve_l_pair(inner_a, inner_b);
+  solver.solve_etas(inner_a);
+  solver.solve_etas(inner_b);
+  if (keep) keep_spike(inner_a);
+  solver.solve_u_pair(inner_a, inner_b, a, b);
 }
 
 void BasisFactor::Impl::transform_transposed(WorkVector& y, double expected) {
   const int unit = y.count == 1 ? y.index[0] : -1;
-  solver.enter_rows(y);
-  solver.solve_u_transposed(y, expected);
-  if (unit >= 0) keep_row(y, unit);
-  solver.solve_etas_transposed(y);
-  solver.solve_l_transposed(y, expected);
+  WorkVector& inner = solver.inner(0);
+  solver.enter(y, lu.pivot_of_position, lu.position_of_pivot, inner);
+  solver.solve_u_transposed(inner, expected);
+  if (unit >= 0) keep_row(inner, unit);
+  solver.solve_etas_transposed(inner);
+  solver.solve_l_transposed(inner, expected, y);
+}
+
+void BasisFactor::Impl::transform_transposed_pair(WorkVector& a, double density_a, WorkVector& b,
+                                                  double density_b) {
+  if (std::min(density_a, density_b) < kPairDensity) {
+    transform_transposed(a, density_a);
+    transform_transposed(b, density_b);
+    return;
+  }
+  const int unit = a.count == 1 ? a.index[0] : -1;
+  WorkVector& inner_a = solver.inner(0);
+  WorkVector& inner_b = solver.inner(1);
+  solver.enter(a, lu.pivot_of_position, lu.position_of_pivot, inner_a);
+  solver.enter(b, lu.pivot_of_position, lu.position_of_pivot, inner_b);
+  solver.solve_u_transposed_pair(inner_a, inner_b);
+  if (unit >= 0) keep_row(inner_a, unit);
+  solver.solve_etas_transposed(inner_a);
+  solver.solve_etas_transposed(inner_b);
+  solver.solve_l_transposed_pair(inner_a, inner_b, a, b);
 }
 
 bool BasisFactor::Impl::update(int position, double solve_pivot) {
   if (!valid || !spike.valid || statistics.updates >= settings.update_limit) return false;
-  const int t = lu.row_of_position[position];
-  if (!row_eta.valid || row_eta.position != position || std::fabs(lu.pivot[t]) > kLargePivot) {
+  const int t = lu.pivot_of_position[position];
+  if (!row_eta.valid || row_eta.position != position || std::fabs(lu.diagonal[t]) > kLargePivot) {
     row_eta.valid = false;
     compute_row(position);
     if (!row_eta.valid) return false;
   }
-  // row_work is the scattered eta; its product with the spike gives the new diagonal.
-  double* r = row_work.value.data();
+  // The product of the eta, scattered here, with the spike gives the new diagonal.
+  double* r = solver.inner(0).value.data();
   for (int k = 0; k < row_eta.count; ++k) r[row_eta.index[k]] = row_eta.value[k];
   double diagonal = 0.0;
   for (int k = 0; k < spike.count; ++k) {
@@ -294,7 +337,7 @@ bool BasisFactor::Impl::update(int position, double solve_pivot) {
     diagonal += i == t ? spike.value[k] : -r[i] * spike.value[k];
   }
   for (int k = 0; k < row_eta.count; ++k) r[row_eta.index[k]] = 0.0;
-  const double expected = solve_pivot * lu.pivot[t];
+  const double expected = solve_pivot * lu.diagonal[t];
   if (!(std::fabs(diagonal) > settings.absolute_tolerance)) return false;
   if (!(std::fabs(diagonal - expected) <= kPivotAgreement * std::fabs(expected))) return false;
   try {
@@ -338,8 +381,7 @@ void BasisFactor::ftran(WorkVector& x, double expected_density, bool keep_for_up
 
 void BasisFactor::ftran_pair(WorkVector& a, double density_a, WorkVector& b, double density_b,
                              bool keep_a_for_update) {
-  impl_->transform(a, density_a, keep_a_for_update);
-  impl_->transform(b, density_b, false);
+  impl_->transform_pair(a, density_a, b, density_b, keep_a_for_update);
   impl_->collect_work();
 }
 
@@ -349,8 +391,7 @@ void BasisFactor::btran(WorkVector& y, double expected_density) {
 }
 
 void BasisFactor::btran_pair(WorkVector& a, double density_a, WorkVector& b, double density_b) {
-  impl_->transform_transposed(a, density_a);
-  impl_->transform_transposed(b, density_b);
+  impl_->transform_transposed_pair(a, density_a, b, density_b);
   impl_->collect_work();
 }
 

@@ -71,9 +71,8 @@ class BasisFactor {
   /// made in `header`. Throws std::bad_alloc only after the retries with smaller files failed.
   FactorOutcome factorize(Vector<int>& header, bool allow_repair, Vector<BasisRepair>& repairs);
 
-  // All solves take vectors of size m and may exchange their value storage with the object's own:
-  // keep no pointer into `value` across a call. On return the list is exact, or the result so dense
-  // that a plain loop is better and the list is invalid.
+  // All solves take vectors of size m. On return the list is exact, or the result so dense that a
+  // plain loop is better and the list is invalid.
 
   /// Solves B x = a in place. `expected_density` of the result (a running average kept by the
   /// caller; 1 when unknown) helps to choose between the sparse and the dense pass. With

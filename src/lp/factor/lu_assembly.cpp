@@ -23,11 +23,11 @@ KernelOutcome LuKernel::run(const SparseMatrix& matrix, const int* variables, in
     factors.u_columns.reserve(std::min<long>(kMaxFileEntries, nonzeros_ + num_rows_));
     factors.l_columns.reserve(std::min<long>(kMaxFileEntries, nonzeros_));
     pivot_column_singletons();
-    if (factors.sequence_size < std::min(num_rows_, count)) pivot_row_singletons();
+    if (factors.num_pivots < std::min(num_rows_, count)) pivot_row_singletons();
   }
-  factors.num_triangular = factors.sequence_size;
+  factors.num_triangular = factors.num_pivots;
   u_span_.clear();
-  if (factors.sequence_size < std::min(num_rows_, count)) {
+  if (factors.num_pivots < std::min(num_rows_, count)) {
     load_nucleus();
     if (!eliminate_nucleus()) {
       // Either the rest is dense, or nothing in it can be a pivot.
@@ -37,7 +37,7 @@ KernelOutcome LuKernel::run(const SparseMatrix& matrix, const int* variables, in
       }
     }
   }
-  if (factors.sequence_size < num_rows_ || count != num_rows_) return KernelOutcome::singular;
+  if (factors.num_pivots < num_rows_ || count != num_rows_) return KernelOutcome::singular;
   assemble();
   return KernelOutcome::ok;
 }
@@ -50,16 +50,16 @@ void LuKernel::release() {
 
 void LuKernel::assemble() {
   LuFactors& lu = *lu_;
+  const int m = num_rows_;
+  for (int k = 0; k < m; ++k) lu.sequence[k] = lu.place[k] = k;
+  lu.sequence_size = m;
   assemble_nucleus_columns();
   lu.u_nonzeros = lu.u_columns.used;
-  build_rows(lu.u_columns, lu.u_column, lu.sequence, lu.u_rows, lu.u_row);
-  for (int i = 0; i < lu.m; ++i) lu.u_row_limit[i] = lu.u_row[i].end;
-  build_rows(lu.l_columns, lu.l_column, lu.sequence, lu.l_rows, lu.l_row);
-  if (lu.l_columns.used == 0) return;
-  for (int k = 0; k < lu.m; ++k) {
-    const int i = lu.sequence[k];
-    if (lu.l_row[i].size() > 0) lu.l_row_order.push_back(i);
-  }
+  build_rows(lu.u_columns, lu.u_column, lu.u_rows, lu.u_row);
+  for (int k = 0; k < m; ++k) lu.u_row_limit[k] = lu.u_row[k].end;
+  int* index = lu.l_columns.index.data();
+  for (int e = 0; e < lu.l_columns.used; ++e) index[e] = lu.pivot_of_row[index[e]];
+  build_rows(lu.l_columns, lu.l_column, lu.l_rows, lu.l_row);
 }
 
 void LuKernel::assemble_nucleus_columns() {
@@ -69,64 +69,63 @@ void LuKernel::assemble_nucleus_columns() {
   if (nucleus == 0) return;
   // Length of each nucleus column of U: entries of B in triangular rows, then those of u_file_.
   Vector<int>& next = scratch_;
-  next.resize(num_rows_);
-  for (int k = first; k < lu.m; ++k) next[lu.sequence[k]] = 0;
-  for (int e = 0; e < u_file_.used; ++e) ++next[lu.row_of_position[u_file_.index[e]]];
+  next.assign(num_rows_, 0);
+  for (int e = 0; e < u_file_.used; ++e) {
+    int& position = u_file_.index[e];
+    position = lu.pivot_of_position[position];
+    ++next[position];
+  }
   EntryFile& file = lu.u_columns;
   long total = file.used;
-  for (int k = first; k < lu.m; ++k) {
-    const int row = lu.sequence[k];
-    total += next[row] + column_of(lu.position_of_row[row]).size();
-  }
+  for (int k = first; k < lu.m; ++k) total += next[k] + column_of(lu.position_of_pivot[k]).size();
   file.reserve(total);
   for (int k = first; k < lu.m; ++k) {
-    const int row = lu.sequence[k];
-    const Span column = column_of(lu.position_of_row[row]);
+    const Span column = column_of(lu.position_of_pivot[k]);
     const int begin = file.used;
     for (int e = column.begin; e < column.end; ++e) {
-      const int i = matrix_->index[e];
-      if (lu.place[i] >= first || matrix_->value[e] == 0.0) continue;
-      file.index[file.used] = i;
+      const int row = lu.pivot_of_row[matrix_->index[e]];
+      if (row >= first || matrix_->value[e] == 0.0) continue;
+      file.index[file.used] = row;
       file.value[file.used++] = matrix_->value[e];
     }
     const int from = file.used;
-    file.used += next[row];
-    next[row] = from;
-    lu.u_column[row] = {begin, file.used};
+    file.used += next[k];
+    next[k] = from;
+    lu.u_column[k] = {begin, file.used};
   }
   for (int k = 0; k < nucleus; ++k) {
-    const int row = lu.sequence[first + k];
     for (int e = u_span_[k].begin; e < u_span_[k].end; ++e) {
-      const int to = next[lu.row_of_position[u_file_.index[e]]]++;
-      file.index[to] = row;
+      const int to = next[u_file_.index[e]]++;
+      file.index[to] = first + k;
       file.value[to] = u_file_.value[e];
     }
   }
   work_ += 2.0 * u_file_.used;
 }
 
-void LuKernel::build_rows(const EntryFile& from, const Vector<Span>& columns,
-                          const Vector<int>& order, EntryFile& to, Vector<Span>& rows) {
+void LuKernel::build_rows(const EntryFile& from, const Vector<Span>& columns, EntryFile& to,
+                          Vector<Span>& rows) {
   const int m = num_rows_;
   std::fill(rows.begin(), rows.end(), Span{});
   to.reserve(from.used);
   to.used = from.used;
   if (from.used == 0) return;
-  for (int e = 0; e < from.used; ++e) ++rows[from.index[e]].end;
+  Span* row = rows.data();
+  for (int e = 0; e < from.used; ++e) ++row[from.index[e]].end;
   int total = 0;
   for (int k = 0; k < m; ++k) {
-    Span& row = rows[order[k]];
-    const int size = row.end;
-    row = {total, total};
+    const int size = row[k].end;
+    row[k] = {total, total};
     total += size;
   }
+  int* index = to.index.data();
+  double* value = to.value.data();
   for (int k = 0; k < m; ++k) {
-    const int j = order[k];
-    const Span column = columns[j];
+    const Span column = columns[k];
     for (int e = column.begin; e < column.end; ++e) {
-      const int at = rows[from.index[e]].end++;
-      to.index[at] = j;
-      to.value[at] = from.value[e];
+      const int at = row[from.index[e]].end++;
+      index[at] = k;
+      value[at] = from.value[e];
     }
   }
   work_ += 2.0 * from.used;

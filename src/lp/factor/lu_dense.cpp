@@ -30,12 +30,12 @@ KernelOutcome LuKernel::factor_dense() {
   dense_positions_.clear();
   scratch_.resize(num_rows_);
   for (int i = 0; i < num_rows_; ++i) {
-    if (lu_->position_of_row[i] >= 0) continue;
+    if (lu_->pivot_of_row[i] >= 0) continue;
     scratch_[i] = static_cast<int>(dense_rows_.size());
     dense_rows_.push_back(i);
   }
   for (int p : structurals_) {
-    if (lu_->row_of_position[p] < 0) dense_positions_.push_back(p);
+    if (lu_->pivot_of_position[p] < 0) dense_positions_.push_back(p);
   }
   const int rows = static_cast<int>(dense_rows_.size());
   int columns = static_cast<int>(dense_positions_.size());
@@ -91,8 +91,8 @@ void LuKernel::store_dense_pivot(int k, const double* dense, int order) {
   LuFactors& lu = *lu_;
   const int rows = static_cast<int>(dense_rows_.size());
   const double* column = dense + static_cast<std::size_t>(k) * rows;
-  const int row = dense_rows_[k];
-  record_pivot(row, dense_positions_[k], column[k]);
+  const int pivot = lu.num_pivots;
+  record_pivot(dense_rows_[k], dense_positions_[k], column[k]);
   EntryFile& l_file = lu.l_columns;
   l_file.make_room(rows - k);
   const int l_begin = l_file.used;
@@ -102,8 +102,8 @@ void LuKernel::store_dense_pivot(int k, const double* dense, int order) {
     l_file.value[l_file.used++] = column[i];
   }
   if (l_file.used > l_begin) {
-    lu.l_column[row] = {l_begin, l_file.used};
-    lu.l_pivots.push_back(row);
+    lu.l_column[pivot] = {l_begin, l_file.used};
+    lu.l_pivots.push_back(pivot);
   }
   u_file_.make_room(order - k);
   const int u_begin = u_file_.used;

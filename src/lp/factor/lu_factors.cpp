@@ -60,15 +60,16 @@ void compress_file(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, Vec
 
 void LuFactors::reset(int num_rows, int num_positions) {
   m = num_rows;
-  row_of_position.assign(num_positions, -1);
-  position_of_row.assign(m, -1);
-  pivot.resize(m);
-  inverse_pivot.resize(m);
-  num_triangular = 0;
+  num_pivots = num_triangular = 0;
+  row_of_pivot.resize(m);
+  position_of_pivot.resize(m);
+  pivot_of_row.assign(m, -1);
+  pivot_of_position.assign(num_positions, -1);
+  diagonal.resize(m);
+  inverse_diagonal.resize(m);
   l_column.assign(m, Span{});
   l_row.resize(m);
   l_pivots.clear();
-  l_row_order.clear();
   u_column.assign(m, Span{});
   u_row.resize(m);
   u_row_limit.resize(m);

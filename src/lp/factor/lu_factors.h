@@ -1,17 +1,17 @@
 // The stored factors of a basis matrix and their invariants.
 //
-// Every pivot is a pair (row i, position p). All factors live in "row space": a pivot is named by
-// its row, so that column p of U is called i = row_of_position[p], and both L and U are square
-// matrices over 0..m-1. With Q the permutation that renames positions,
+// Every pivot is a pair (row, position) and is named by its number k in the order of the
+// factorization, so that both L and U are square matrices over the pivots 0..m-1 and a plain solve
+// walks through memory. With P and Q the permutations from rows and positions to pivots,
 //
-//     B Q = L R_1^{-1} ... R_k^{-1} U
+//     P B Q' = L R_1^{-1} ... R_u^{-1} U
 //
-// L     unit lower triangular in the order of the factorization; kept by columns and by rows.
+// L     unit lower triangular in the order of the pivots; kept by columns and by rows.
 // R_u   the row eta of update u: row `target` -= sum of value * row index (Forrest and Tomlin
 // 1972). U     upper triangular in the order of `sequence`, its diagonal apart; kept by columns and
 // by
 //       rows, both changed by every update. An update moves its pivot to the end of the sequence
-//       and leaves a gap (-1) where it stood; names never change.
+//       and leaves a gap (-1) where it stood; pivots are never renumbered.
 //
 // Solves with few nonzeros find what they can reach by a depth-first search, hence both
 // orientations of each factor (Gilbert and Peierls 1988).
@@ -59,27 +59,29 @@ void compress_file(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, Vec
 struct LuFactors {
   int m = 0;
 
-  // Pivots. -1 where a row or position has none (only after a failed factorization).
-  Vector<int> row_of_position;   // [m]
-  Vector<int> position_of_row;   // [m]
-  Vector<double> pivot;          // [m] by row: diagonal of U
-  Vector<double> inverse_pivot;  // [m] by row: its reciprocal
-  int num_triangular = 0;        // pivots that were singletons of B (they lead the sequence)
+  // Pivots; -1 where a row or position has none (only after a failed factorization).
+  int num_pivots = 0;
+  int num_triangular = 0;           // the leading pivots that were singletons of B
+  Vector<int> row_of_pivot;         // [m]
+  Vector<int> position_of_pivot;    // [m]
+  Vector<int> pivot_of_row;         // [m]
+  Vector<int> pivot_of_position;    // [positions]
+  Vector<double> diagonal;          // [m] by pivot: of U
+  Vector<double> inverse_diagonal;  // [m] by pivot
 
   // L without its unit diagonal.
   EntryFile l_columns, l_rows;
-  Vector<Span> l_column;    // [m] by row: l_columns entries eliminated by this pivot
-  Vector<Span> l_row;       // [m] by row: l_rows entries
-  Vector<int> l_pivots;     // rows with a non-empty L column, in pivot order
-  Vector<int> l_row_order;  // rows with a non-empty L row, in pivot order
+  Vector<Span> l_column;  // [m] by pivot: entries of l_columns
+  Vector<Span> l_row;     // [m] by pivot: entries of l_rows
+  Vector<int> l_pivots;   // pivots with a non-empty L column, ascending
 
   // U without its diagonal.
   EntryFile u_columns, u_rows;
-  Vector<Span> u_column;    // [m] by row
-  Vector<Span> u_row;       // [m] by row
-  Vector<int> u_row_limit;  // [m] by row: where the room of the row ends
+  Vector<Span> u_column;    // [m] by pivot
+  Vector<Span> u_row;       // [m] by pivot
+  Vector<int> u_row_limit;  // [m] by pivot: where the room of the row ends
   Vector<int> sequence;     // pivots in order, -1 for gaps; the first sequence_size are valid
-  Vector<int> place;        // [m] by row: its index in `sequence`
+  Vector<int> place;        // [m] by pivot: its index in `sequence`
   int sequence_size = 0;
   long u_nonzeros = 0;  // entries of U off the diagonal
 
@@ -91,7 +93,7 @@ struct LuFactors {
   int num_updates() const { return static_cast<int>(eta.size()); }
   long l_nonzeros() const { return l_columns.used; }
 
-  /// Sizes the arrays by row for a matrix of m rows and forgets all entries.
+  /// Sizes the arrays for a matrix of m rows and forgets all entries.
   void reset(int num_rows, int num_positions);
   /// Gives all memory of the files back.
   void release_files();

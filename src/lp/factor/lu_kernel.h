@@ -31,7 +31,7 @@ class LuKernel {
  public:
   /// Factorizes the columns variables[0..count): column v of `matrix`, or for v >= num_major the
   /// unit column of row v - num_major. On `ok` (square matrices only) `factors` is complete; on
-  /// `singular` only its row_of_position and position_of_row are. Throws std::bad_alloc.
+  /// `singular` only its pivot_of_position and pivot_of_row are. Throws std::bad_alloc.
   KernelOutcome run(const SparseMatrix& matrix, const int* variables, int count,
                     const KernelSettings& settings, LuFactors& factors);
 
@@ -102,8 +102,8 @@ class LuKernel {
   // lu_assembly.cpp
   void assemble();
   void assemble_nucleus_columns();
-  void build_rows(const EntryFile& from, const Vector<Span>& columns, const Vector<int>& order,
-                  EntryFile& to, Vector<Span>& rows);
+  void build_rows(const EntryFile& from, const Vector<Span>& columns, EntryFile& to,
+                  Vector<Span>& rows);
 
   // Input of the run.
   const SparseMatrix* matrix_ = nullptr;

@@ -58,7 +58,7 @@ void LuKernel::load_nucleus() {
   rows_left_ = positions_left_ = 0;
   int row_total = 0;
   for (int i = 0; i < num_rows_; ++i) {
-    if (lu.position_of_row[i] >= 0) continue;
+    if (lu.pivot_of_row[i] >= 0) continue;
     active_row_[i] = {row_total, 0, row_count_[i]};
     row_total += row_count_[i];
     ++rows_left_;
@@ -73,14 +73,14 @@ void LuKernel::load_nucleus() {
   row_lists_.setup(num_rows_, num_positions_);
   column_lists_.setup(num_positions_, num_rows_);
   for (int p : structurals_) {
-    if (lu.row_of_position[p] >= 0) continue;
+    if (lu.pivot_of_position[p] >= 0) continue;
     ++positions_left_;
     const Span column = column_of(p);
     const int begin = column_file_.used;
     int end = begin;
     for (int e = column.begin; e < column.end; ++e) {
       const int i = matrix_->index[e];
-      if (lu.position_of_row[i] >= 0 || matrix_->value[e] == 0.0) continue;
+      if (lu.pivot_of_row[i] >= 0 || matrix_->value[e] == 0.0) continue;
       column_file_.index[end] = i;
       column_file_.value[end++] = matrix_->value[e];
       Line& row = active_row_[i];
@@ -93,7 +93,7 @@ void LuKernel::load_nucleus() {
   }
   active_nonzeros_ = column_file_.used;
   for (int i = 0; i < num_rows_; ++i) {
-    if (lu.position_of_row[i] < 0) row_lists_.link(i, active_row_[i].count);
+    if (lu.pivot_of_row[i] < 0) row_lists_.link(i, active_row_[i].count);
   }
   multiplier_.assign(num_rows_, 0.0);
   touched_.assign(num_rows_, 0);
@@ -383,9 +383,9 @@ void LuKernel::store_pivot_column() {
     l_file.value[end++] = multiplier;
   }
   if (end > begin) {
-    lu.l_column[pivot_row_] = {begin, end};
+    lu.l_column[lu.num_pivots - 1] = {begin, end};
     l_file.used = end;
-    lu.l_pivots.push_back(pivot_row_);
+    lu.l_pivots.push_back(lu.num_pivots - 1);
   }
   active_nonzeros_ -= column.count;
   active_column_[pivot_position_] = Line{};

@@ -13,12 +13,13 @@ Span LuKernel::column_of(int position) const {
 
 void LuKernel::record_pivot(int row, int position, double value) {
   LuFactors& lu = *lu_;
-  lu.row_of_position[position] = row;
-  lu.position_of_row[row] = position;
-  lu.pivot[row] = value;
-  lu.inverse_pivot[row] = 1.0 / value;
-  lu.place[row] = lu.sequence_size;
-  lu.sequence[lu.sequence_size++] = row;
+  const int k = lu.num_pivots++;
+  lu.row_of_pivot[k] = row;
+  lu.position_of_pivot[k] = position;
+  lu.pivot_of_row[row] = k;
+  lu.pivot_of_position[position] = k;
+  lu.diagonal[k] = value;
+  lu.inverse_diagonal[k] = 1.0 / value;
 }
 
 void LuKernel::pivot_logicals() {
@@ -33,13 +34,13 @@ void LuKernel::pivot_logicals() {
     const int row = variable - num_columns;
     ++nonzeros_;
     // A logical that occurs twice stays unpivoted the second time and is repaired away.
-    if (lu_->position_of_row[row] < 0) record_pivot(row, p, 1.0);
+    if (lu_->pivot_of_row[row] < 0) record_pivot(row, p, 1.0);
   }
   work_ += num_positions_;
 }
 
 void LuKernel::count_columns() {
-  const int* pivoted = lu_->position_of_row.data();
+  const int* pivoted = lu_->pivot_of_row.data();
   const int* index = matrix_->index.data();
   row_count_.assign(num_rows_, 0);
   column_count_.resize(num_positions_);
@@ -83,31 +84,32 @@ void LuKernel::count_columns() {
 void LuKernel::store_singleton_column(int position, int row, double value) {
   LuFactors& lu = *lu_;
   const Span column = column_of(position);
-  const int* pivoted = lu.position_of_row.data();
+  const int* pivot_of_row = lu.pivot_of_row.data();
   const double inverse = 1.0 / value;
   int u_end = lu.u_columns.used, l_end = lu.l_columns.used;
   const int u_begin = u_end, l_begin = l_end;
   for (int e = column.begin; e < column.end; ++e) {
     const int i = matrix_->index[e];
-    if (i == row) continue;
     const double x = matrix_->value[e];
-    if (x == 0.0) continue;
-    if (pivoted[i] >= 0) {
-      lu.u_columns.index[u_end] = i;
+    if (i == row || x == 0.0) continue;
+    if (pivot_of_row[i] >= 0) {
+      lu.u_columns.index[u_end] = pivot_of_row[i];
       lu.u_columns.value[u_end++] = x;
     } else {
       lu.l_columns.index[l_end] = i;
       lu.l_columns.value[l_end++] = x * inverse;
     }
   }
-  lu.u_column[row] = {u_begin, u_end};
+  const int k = lu.num_pivots;
+  lu.u_column[k] = {u_begin, u_end};
   lu.u_columns.used = u_end;
   if (l_end > l_begin) {
-    lu.l_column[row] = {l_begin, l_end};
+    lu.l_column[k] = {l_begin, l_end};
     lu.l_columns.used = l_end;
-    lu.l_pivots.push_back(row);
+    lu.l_pivots.push_back(k);
   }
   work_ += column.size();
+  record_pivot(row, position, value);
 }
 
 void LuKernel::pivot_column_singletons() {
@@ -125,7 +127,6 @@ void LuKernel::pivot_column_singletons() {
     int e = column_of(p).begin;
     while (index[e] != row) ++e;
     if (std::fabs(value[e]) <= settings_.absolute_tolerance) continue;
-    record_pivot(row, p, value[e]);
     store_singleton_column(p, row, value[e]);
     for (int k = row_begin_[row]; k < row_begin_[row + 1]; ++k) {
       const int q = row_positions_[k];
@@ -141,7 +142,7 @@ void LuKernel::pivot_row_singletons() {
   const LuFactors& lu = *lu_;
   queue_.clear();
   for (int i = 0; i < num_rows_; ++i) {
-    if (row_count_[i] == 1 && lu.position_of_row[i] < 0) queue_.push_back(i);
+    if (row_count_[i] == 1 && lu.pivot_of_row[i] < 0) queue_.push_back(i);
   }
   const int* index = matrix_->index.data();
   const double* value = matrix_->value.data();
@@ -150,16 +151,15 @@ void LuKernel::pivot_row_singletons() {
     queue_.pop_back();
     if (row_count_[i] != 1) continue;
     int k = row_begin_[i];
-    while (lu.row_of_position[row_positions_[k]] >= 0) ++k;
+    while (lu.pivot_of_position[row_positions_[k]] >= 0) ++k;
     const int p = row_positions_[k];
     const Span column = column_of(p);
     int at = column.begin;
     while (index[at] != i) ++at;
     if (std::fabs(value[at]) <= settings_.absolute_tolerance) continue;
     store_singleton_column(p, i, value[at]);
-    record_pivot(i, p, value[at]);
     for (int e = column.begin; e < column.end; ++e) {
-      if (--row_count_[index[e]] == 1 && lu.position_of_row[index[e]] < 0) {
+      if (--row_count_[index[e]] == 1 && lu.pivot_of_row[index[e]] < 0) {
         queue_.push_back(index[e]);
       }
     }

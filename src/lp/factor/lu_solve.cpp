@@ -1,5 +1,6 @@
 #include "lp/factor/lu_solve.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace kelvo {
@@ -7,14 +8,14 @@ namespace {
 
 /// Results denser than this get no index list: a plain loop over them is quicker.
 constexpr double kListDensity = 0.3;
-/// Results expected to be denser than this are computed by the plain form.
-constexpr double kSparseDensity = 0.1;
-/// The sparse form runs when (m - s) * kSparseWeight * k < m^2.
-constexpr double kSparseWeight = 20.0;
-/// The search gives up after this share of m positions and entries.
-constexpr double kReachShare = 0.25;
-/// Stands for zero in a position that is listed already, so that it is not listed twice.
+/// A plainly computed L stage is listed for the U stage when the result is expected this sparse.
+constexpr double kRelistDensity = 0.1;
+/// Stands for zero in a pivot that is listed already, so that it is not listed twice.
 constexpr double kListedZero = 1e-100;
+
+inline bool negligible(double value) {
+  return std::fabs(value) <= kDropTolerance;
+}
 
 inline void subtract_line(const Span line, const EntryFile& file, double factor, double* x) {
   const int* index = file.index.data();
@@ -26,117 +27,72 @@ inline void subtract_line(const Span line, const EntryFile& file, double factor,
 
 void LuSolver::setup() {
   const int m = lu_.m;
+  for (WorkVector& inner : inner_) {
+    if (inner.size() != m) inner.setup(m);
+  }
   marked_.assign(m, 0);
   reach_.resize(m);
   stack_.resize(m);
   resume_.resize(m);
-  zeros_.assign(m, 0.0);
-  zeros_b_.assign(m, 0.0);
 }
 
-bool LuSolver::worth_sparse(int k, double expected) const {
-  if (k == WorkVector::kDense || expected > kSparseDensity) return false;
-  const double m = lu_.m;
-  return (m - lu_.num_triangular) * kSparseWeight * k < m * m;
-}
-
-int LuSolver::reach(const WorkVector& x, const Vector<Span>& lines, const EntryFile& file) {
-  const Span* line = lines.data();
-  const int* index = file.index.data();
-  char* marked = marked_.data();
-  int* out = reach_.data();
-  int* stack = stack_.data();
-  int* resume = resume_.data();
-  const int m = lu_.m;
-  long budget = static_cast<long>(kReachShare * m) + 16;
-  int top = m;
-  for (int k = 0; k < x.count; ++k) {
-    const int root = x.index[k];
-    if (marked[root]) continue;
-    marked[root] = 1;
-    int depth = 0;
-    stack[0] = root;
-    resume[0] = line[root].begin;
-    budget -= line[root].size() + 1;
-    while (depth >= 0) {
-      const int i = stack[depth];
-      const int end = line[i].end;
-      int e = resume[depth];
-      int child = -1;
-      while (e < end) {
-        const int j = index[e++];
-        if (marked[j]) continue;
-        marked[j] = 1;
-        if (line[j].size() == 0) {
-          out[--top] = j;
-          continue;
-        }
-        child = j;
-        break;
-      }
-      if (child < 0) {
-        out[--top] = i;
-        --depth;
-        continue;
-      }
-      resume[depth] = e;
-      budget -= line[child].size() + 1;
-      if (budget < 0) {
-        for (int s = 0; s <= depth; ++s) marked[stack[s]] = 0;
-        for (int s = top; s < m; ++s) marked[out[s]] = 0;
-        marked[child] = 0;
-        work_ += kReachShare * m;
-        return -1;
-      }
-      stack[++depth] = child;
-      resume[depth] = line[child].begin;
+void LuSolver::enter(WorkVector& from, const Vector<int>& pivot_of_line,
+                     const Vector<int>& line_of_pivot, WorkVector& to) {
+  double* source = from.value.data();
+  double* target = to.value.data();
+  if (from.count == WorkVector::kDense) {
+    for (int k = 0; k < lu_.m; ++k) target[k] = source[line_of_pivot[k]];
+    std::fill(from.value.begin(), from.value.end(), 0.0);
+  } else {
+    for (int k = 0; k < from.count; ++k) {
+      const int line = from.index[k];
+      const int pivot = pivot_of_line[line];
+      target[pivot] = source[line];
+      source[line] = 0.0;
+      to.index[k] = pivot;
     }
   }
-  work_ += static_cast<double>(static_cast<long>(kReachShare * m) + 16 - budget);
-  return top;
-}
-
-void LuSolver::finish_plain(WorkVector& x) {
-  x.count = WorkVector::kDense;
+  to.count = from.count;
+  from.count = 0;
 }
 
 void LuSolver::solve_l(WorkVector& x, double expected) {
   if (lu_.l_pivots.empty()) return;
   double* a = x.value.data();
-  if (worth_sparse(x.count, expected)) {
-    const int top = reach(x, lu_.l_column, lu_.l_columns);
-    if (top >= 0) {
-      int count = 0;
-      for (int k = top; k < lu_.m; ++k) {
-        const int i = reach_[k];
-        marked_[i] = 0;
-        const double xi = a[i];
-        if (std::fabs(xi) <= kDropTolerance) {
-          a[i] = 0.0;
-          continue;
-        }
-        x.index[count++] = i;
-        const Span line = lu_.l_column[i];
-        subtract_line(line, lu_.l_columns, xi, a);
-        work_ += line.size();
+  long touched = 0;
+  const int top = worth_sparse(x.count, expected) ? reach(x, lu_.l_column, lu_.l_columns) : -1;
+  if (top >= 0) {
+    int count = 0;
+    for (int s = top; s < lu_.m; ++s) {
+      const int k = reach_[s];
+      marked_[k] = 0;
+      const double xk = a[k];
+      if (negligible(xk)) {
+        a[k] = 0.0;
+        continue;
       }
-      x.count = count;
-      return;
+      x.index[count++] = k;
+      const Span line = lu_.l_column[k];
+      subtract_line(line, lu_.l_columns, xk, a);
+      touched += line.size();
     }
-  }
-  for (const int i : lu_.l_pivots) {
-    const double xi = a[i];
-    if (xi == 0.0) continue;
-    if (std::fabs(xi) <= kDropTolerance) {
-      a[i] = 0.0;
-      continue;
+    x.count = count;
+  } else {
+    for (const int k : lu_.l_pivots) {
+      const double xk = a[k];
+      if (xk == 0.0) continue;
+      if (negligible(xk)) {
+        a[k] = 0.0;
+        continue;
+      }
+      const Span line = lu_.l_column[k];
+      subtract_line(line, lu_.l_columns, xk, a);
+      touched += line.size();
     }
-    const Span line = lu_.l_column[i];
-    subtract_line(line, lu_.l_columns, xi, a);
-    work_ += line.size();
+    touched += static_cast<long>(lu_.l_pivots.size());
+    x.count = WorkVector::kDense;
   }
-  work_ += static_cast<double>(lu_.l_pivots.size());
-  finish_plain(x);
+  work_ += static_cast<double>(touched);
 }
 
 void LuSolver::solve_etas(WorkVector& x) {
@@ -153,121 +109,97 @@ void LuSolver::solve_etas(WorkVector& x) {
     const double old = a[target];
     const double now = old - sum;
     if (x.count >= 0 && old == 0.0) x.index[x.count++] = target;
-    a[target] = std::fabs(now) <= kDropTolerance ? kListedZero : now;
+    a[target] = negligible(now) ? kListedZero : now;
   }
   work_ += lu_.etas.used + updates;
 }
 
-void LuSolver::solve_u(WorkVector& x, double expected) {
+void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
   const int m = lu_.m;
   double* a = x.value.data();
-  double* y = zeros_.data();
-  const int* position = lu_.position_of_row.data();
-  const double* inverse = lu_.inverse_pivot.data();
-  if (x.count == WorkVector::kDense && expected <= kSparseDensity) {
-    // The L stage ran plainly; its result may be sparse all the same.
-    int count = 0;
-    for (int i = 0; i < m; ++i) {
-      if (a[i] != 0.0) x.index[count++] = i;
-    }
-    x.count = count;
-  }
+  double* y = out.value.data();
+  int* list = out.index.data();
+  const int* position = lu_.position_of_pivot.data();
+  const double* inverse = lu_.inverse_diagonal.data();
+  const Span* column = lu_.u_column.data();
   int count = 0;
-  const int top = worth_sparse(x.count, expected) ? reach(x, lu_.u_column, lu_.u_columns) : -1;
-  if (top >= 0) {
-    for (int k = top; k < m; ++k) {
-      const int i = reach_[k];
-      marked_[i] = 0;
-      const double xi = a[i] * inverse[i];
-      a[i] = 0.0;
-      if (std::fabs(xi) <= kDropTolerance) continue;
-      y[position[i]] = xi;
-      x.index[count++] = position[i];
-      const Span line = lu_.u_column[i];
-      subtract_line(line, lu_.u_columns, xi, a);
-      work_ += line.size();
+  long touched = 0;
+  if (x.count == WorkVector::kDense && expected <= kRelistDensity) {
+    // The L stage ran plainly; its result may be sparse all the same.
+    for (int k = 0; k < m; ++k) {
+      if (a[k] != 0.0) x.index[count++] = k;
     }
     x.count = count;
-    x.value.swap(zeros_);
-    return;
+    count = 0;
   }
-  for (int k = lu_.sequence_size - 1; k >= 0; --k) {
-    const int i = lu_.sequence[k];
-    if (i < 0 || a[i] == 0.0) continue;
-    const double xi = a[i] * inverse[i];
-    a[i] = 0.0;
-    if (std::fabs(xi) <= kDropTolerance) continue;
-    y[position[i]] = xi;
-    x.index[count++] = position[i];
-    const Span line = lu_.u_column[i];
-    subtract_line(line, lu_.u_columns, xi, a);
-    work_ += line.size();
-  }
-  work_ += m;
-  x.count = count > kListDensity * m ? WorkVector::kDense : count;
-  x.value.swap(zeros_);
-}
-
-void LuSolver::enter_rows(WorkVector& y) {
-  const int* row = lu_.row_of_position.data();
-  double* from = y.value.data();
-  double* to = zeros_.data();
-  if (y.count == WorkVector::kDense) {
-    for (int p = 0; p < lu_.m; ++p) {
-      to[row[p]] = from[p];
-      from[p] = 0.0;
+  const int top = worth_sparse(x.count, expected) ? reach(x, lu_.u_column, lu_.u_columns) : -1;
+  x.count = 0;
+  if (top >= 0) {
+    for (int s = top; s < m; ++s) {
+      const int k = reach_[s];
+      marked_[k] = 0;
+      const double xk = a[k] * inverse[k];
+      a[k] = 0.0;
+      if (negligible(xk)) continue;
+      y[position[k]] = xk;
+      list[count++] = position[k];
+      subtract_line(column[k], lu_.u_columns, xk, a);
+      touched += column[k].size();
     }
+    out.count = count;
   } else {
-    for (int k = 0; k < y.count; ++k) {
-      const int p = y.index[k];
-      to[row[p]] = from[p];
-      from[p] = 0.0;
-      y.index[k] = row[p];
+    for (int s = lu_.sequence_size - 1; s >= 0; --s) {
+      const int k = lu_.sequence[s];
+      if (k < 0 || a[k] == 0.0) continue;
+      const double xk = a[k] * inverse[k];
+      a[k] = 0.0;
+      if (negligible(xk)) continue;
+      y[position[k]] = xk;
+      list[count++] = position[k];
+      subtract_line(column[k], lu_.u_columns, xk, a);
+      touched += column[k].size();
     }
+    touched += m;
+    out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }
-  y.value.swap(zeros_);
+  work_ += static_cast<double>(touched);
 }
 
 void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
   const int m = lu_.m;
   double* a = y.value.data();
-  const double* inverse = lu_.inverse_pivot.data();
+  const double* inverse = lu_.inverse_diagonal.data();
+  const Span* row = lu_.u_row.data();
   const int top = worth_sparse(y.count, expected) ? reach(y, lu_.u_row, lu_.u_rows) : -1;
   int count = 0;
+  long touched = 0;
   if (top >= 0) {
-    for (int k = top; k < m; ++k) {
-      const int i = reach_[k];
-      marked_[i] = 0;
-      const double yi = a[i] * inverse[i];
-      if (std::fabs(yi) <= kDropTolerance) {
-        a[i] = 0.0;
-        continue;
-      }
-      a[i] = yi;
-      y.index[count++] = i;
-      const Span line = lu_.u_row[i];
-      subtract_line(line, lu_.u_rows, yi, a);
-      work_ += line.size();
+    for (int s = top; s < m; ++s) {
+      const int k = reach_[s];
+      marked_[k] = 0;
+      const double yk = a[k] * inverse[k];
+      a[k] = negligible(yk) ? 0.0 : yk;
+      if (a[k] == 0.0) continue;
+      y.index[count++] = k;
+      subtract_line(row[k], lu_.u_rows, yk, a);
+      touched += row[k].size();
     }
     y.count = count;
-    return;
-  }
-  for (int k = 0; k < lu_.sequence_size; ++k) {
-    const int i = lu_.sequence[k];
-    if (i < 0 || a[i] == 0.0) continue;
-    const double yi = a[i] * inverse[i];
-    if (std::fabs(yi) <= kDropTolerance) {
-      a[i] = 0.0;
-      continue;
+  } else {
+    for (int s = 0; s < lu_.sequence_size; ++s) {
+      const int k = lu_.sequence[s];
+      if (k < 0 || a[k] == 0.0) continue;
+      const double yk = a[k] * inverse[k];
+      a[k] = negligible(yk) ? 0.0 : yk;
+      if (a[k] == 0.0) continue;
+      y.index[count++] = k;
+      subtract_line(row[k], lu_.u_rows, yk, a);
+      touched += row[k].size();
     }
-    a[i] = yi;
-    y.index[count++] = i;
-    const Span line = lu_.u_row[i];
-    subtract_line(line, lu_.u_rows, yi, a);
-    work_ += line.size();
+    touched += m;
+    y.count = count > kListDensity * m ? WorkVector::kDense : count;
   }
-  work_ += m;
-  y.count = count > kListDensity * m ? WorkVector::kDense : count;
+  work_ += static_cast<double>(touched);
 }
 
 void LuSolver::solve_etas_transposed(WorkVector& y) {
@@ -275,64 +207,66 @@ void LuSolver::solve_etas_transposed(WorkVector& y) {
   const int* index = lu_.etas.index.data();
   const double* value = lu_.etas.value.data();
   const int updates = lu_.num_updates();
+  long touched = updates;
   for (int u = updates - 1; u >= 0; --u) {
     const double factor = a[lu_.eta_target[u]];
     if (factor == 0.0) continue;
     const Span line = lu_.eta[u];
     if (y.count >= 0) {
       for (int e = line.begin; e < line.end; ++e) {
-        const int i = index[e];
-        const double old = a[i];
+        const int k = index[e];
+        const double old = a[k];
         const double now = old - value[e] * factor;
-        if (old == 0.0) y.index[y.count++] = i;
-        a[i] = std::fabs(now) <= kDropTolerance ? kListedZero : now;
+        if (old == 0.0) y.index[y.count++] = k;
+        a[k] = negligible(now) ? kListedZero : now;
       }
     } else {
       for (int e = line.begin; e < line.end; ++e) a[index[e]] -= value[e] * factor;
     }
-    work_ += line.size();
+    touched += line.size();
   }
-  work_ += updates;
+  work_ += static_cast<double>(touched);
 }
 
-void LuSolver::solve_l_transposed(WorkVector& y, double expected) {
+void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& out) {
   const int m = lu_.m;
   double* a = y.value.data();
-  const bool listed = y.count != WorkVector::kDense;
+  double* x = out.value.data();
+  int* list = out.index.data();
+  const int* row_of_pivot = lu_.row_of_pivot.data();
+  const Span* row = lu_.l_row.data();
   const int top = worth_sparse(y.count, expected) ? reach(y, lu_.l_row, lu_.l_rows) : -1;
+  int count = 0;
+  long touched = 0;
+  y.count = 0;
   if (top >= 0) {
-    int count = 0;
-    for (int k = top; k < m; ++k) {
-      const int i = reach_[k];
-      marked_[i] = 0;
-      const double yi = a[i];
-      if (std::fabs(yi) <= kDropTolerance) {
-        a[i] = 0.0;
-        continue;
-      }
-      y.index[count++] = i;
-      const Span line = lu_.l_row[i];
-      subtract_line(line, lu_.l_rows, yi, a);
-      work_ += line.size();
+    for (int s = top; s < m; ++s) {
+      const int k = reach_[s];
+      marked_[k] = 0;
+      const double yk = a[k];
+      a[k] = 0.0;
+      if (negligible(yk)) continue;
+      x[row_of_pivot[k]] = yk;
+      list[count++] = row_of_pivot[k];
+      subtract_line(row[k], lu_.l_rows, yk, a);
+      touched += row[k].size();
     }
-    y.count = count;
-    return;
+    out.count = count;
+  } else {
+    for (int k = m - 1; k >= 0; --k) {
+      const double yk = a[k];
+      if (yk == 0.0) continue;
+      a[k] = 0.0;
+      if (negligible(yk)) continue;
+      x[row_of_pivot[k]] = yk;
+      list[count++] = row_of_pivot[k];
+      subtract_line(row[k], lu_.l_rows, yk, a);
+      touched += row[k].size();
+    }
+    touched += m;
+    out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }
-  if (lu_.l_row_order.empty() && listed) {
-    y.pack();
-    return;
-  }
-  for (auto it = lu_.l_row_order.rbegin(); it != lu_.l_row_order.rend(); ++it) {
-    const double yi = a[*it];
-    if (std::fabs(yi) <= kDropTolerance) continue;
-    const Span line = lu_.l_row[*it];
-    subtract_line(line, lu_.l_rows, yi, a);
-    work_ += line.size();
-  }
-  work_ += m;
-  y.count = WorkVector::kDense;
-  y.pack();
-  if (y.count > kListDensity * m) y.count = WorkVector::kDense;
+  work_ += static_cast<double>(touched);
 }
 
 }  // namespace kelvo

@@ -59,7 +59,7 @@ void make_room_in_u(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, in
 
 void replace_column(LuFactors& lu, int position, const PackedVector& spike,
                     const PackedVector& row_eta, double diagonal, Vector<int>& scratch) {
-  const int t = lu.row_of_position[position];
+  const int t = lu.pivot_of_position[position];
   // Everything that may need memory comes first.
   make_room_in_u(lu.u_columns, lu.u_column, nullptr, spike.count, scratch);
   const long growth = row_growth(lu, spike, t);
@@ -98,8 +98,8 @@ void replace_column(LuFactors& lu, int position, const PackedVector& spike,
   old_column = {begin, end};
   lu.u_nonzeros += end - begin;
 
-  lu.pivot[t] = diagonal;
-  lu.inverse_pivot[t] = 1.0 / diagonal;
+  lu.diagonal[t] = diagonal;
+  lu.inverse_diagonal[t] = 1.0 / diagonal;
   lu.make_room_in_sequence();
   lu.sequence[lu.place[t]] = -1;
   lu.place[t] = lu.sequence_size;

@@ -7,9 +7,23 @@
 #pragma once
 
 #include "lp/factor/lu_factors.h"
-#include "lp/factor/lu_solve.h"
 
 namespace kelvo {
+
+/// The nonzeros of a row eta or of a partially transformed column, by pivot.
+struct PackedVector {
+  Vector<int> index;     // [m], the first `count` are valid
+  Vector<double> value;  // [m]
+  int count = 0;
+  int position = -1;  // the basis position it belongs to, where that matters
+  bool valid = false;
+
+  void setup(int m) {
+    index.resize(m);
+    value.resize(m);
+    valid = false;
+  }
+};
 
 /// Replaces the column at `position`. `row_eta` holds the multipliers r. `diagonal` is the new
 /// pivot. Throws std::bad_alloc before anything has changed.
