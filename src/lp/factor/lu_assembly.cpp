@@ -42,6 +42,17 @@ KernelOutcome LuKernel::run(const SparseMatrix& matrix, const int* variables, in
   return KernelOutcome::ok;
 }
 
+namespace {
+
+void scale_lines(const Vector<Span>& lines, const Vector<double>& factor, EntryFile& file) {
+  for (std::size_t k = 0; k < lines.size(); ++k) {
+    if (factor[k] == 1.0) continue;
+    for (int e = lines[k].begin; e < lines[k].end; ++e) file.value[e] *= factor[k];
+  }
+}
+
+}  // namespace
+
 void LuKernel::release() {
   column_file_.release();
   u_file_.release();
@@ -57,6 +68,8 @@ void LuKernel::assemble() {
   lu.u_nonzeros = lu.u_columns.used;
   build_rows(lu.u_columns, lu.u_column, lu.u_rows, lu.u_row);
   for (int k = 0; k < m; ++k) lu.u_row_limit[k] = lu.u_row[k].end;
+  scale_lines(lu.u_column, lu.inverse_diagonal, lu.u_columns);
+  scale_lines(lu.u_row, lu.inverse_diagonal, lu.u_rows);
   int* index = lu.l_columns.index.data();
   for (int e = 0; e < lu.l_columns.used; ++e) index[e] = lu.pivot_of_row[index[e]];
   build_rows(lu.l_columns, lu.l_column, lu.l_rows, lu.l_row);

@@ -6,12 +6,12 @@
 //
 //     P B Q' = L R_1^{-1} ... R_u^{-1} U
 //
-// L     unit lower triangular in the order of the pivots; kept by columns and by rows.
-// R_u   the row eta of update u: row `target` -= sum of value * row index (Forrest and Tomlin
-// 1972). U     upper triangular in the order of `sequence`, its diagonal apart; kept by columns and
-// by
-//       rows, both changed by every update. An update moves its pivot to the end of the sequence
-//       and leaves a gap (-1) where it stood; pivots are never renumbered.
+// L:   unit lower triangular in the order of the pivots; kept by columns and by rows.
+// R_u: the row eta of update u: row `target` -= sum of value * row index (Forrest and Tomlin 1972).
+// U:   upper triangular in the order of `sequence`; kept by columns, each divided by its diagonal
+//      entry, and by rows, likewise, which keeps that division off the critical path of a solve.
+//      Both change in every update: its pivot moves to the end of the sequence and leaves a gap
+//      (-1) where it stood; pivots are never renumbered.
 //
 // Solves with few nonzeros find what they can reach by a depth-first search, hence both
 // orientations of each factor (Gilbert and Peierls 1988).
@@ -75,7 +75,7 @@ struct LuFactors {
   Vector<Span> l_row;     // [m] by pivot: entries of l_rows
   Vector<int> l_pivots;   // pivots with a non-empty L column, ascending
 
-  // U without its diagonal.
+  // U without its diagonal, divided as said above.
   EntryFile u_columns, u_rows;
   Vector<Span> u_column;    // [m] by pivot
   Vector<Span> u_row;       // [m] by pivot

@@ -17,11 +17,16 @@ inline bool negligible(double value) {
   return std::fabs(value) <= kDropTolerance;
 }
 
-inline void subtract_line(const Span line, const EntryFile& file, double factor, double* x) {
-  const int* index = file.index.data();
-  const double* value = file.value.data();
-  for (int e = line.begin; e < line.end; ++e) x[index[e]] -= value[e] * factor;
-}
+/// The arrays of a file, held in registers by the loops.
+struct Entries {
+  const int* index;
+  const double* value;
+
+  explicit Entries(const EntryFile& file) : index(file.index.data()), value(file.value.data()) {}
+  void subtract(const Span line, double factor, double* x) const {
+    for (int e = line.begin; e < line.end; ++e) x[index[e]] -= value[e] * factor;
+  }
+};
 
 }  // namespace
 
@@ -59,6 +64,7 @@ void LuSolver::enter(WorkVector& from, const Vector<int>& pivot_of_line,
 void LuSolver::solve_l(WorkVector& x, double expected) {
   if (lu_.l_pivots.empty()) return;
   double* a = x.value.data();
+  const Entries entries(lu_.l_columns);
   long touched = 0;
   const int top = worth_sparse(x.count, expected) ? reach(x, lu_.l_column, lu_.l_columns) : -1;
   if (top >= 0) {
@@ -73,7 +79,7 @@ void LuSolver::solve_l(WorkVector& x, double expected) {
       }
       x.index[count++] = k;
       const Span line = lu_.l_column[k];
-      subtract_line(line, lu_.l_columns, xk, a);
+      entries.subtract(line, xk, a);
       touched += line.size();
     }
     x.count = count;
@@ -86,7 +92,7 @@ void LuSolver::solve_l(WorkVector& x, double expected) {
         continue;
       }
       const Span line = lu_.l_column[k];
-      subtract_line(line, lu_.l_columns, xk, a);
+      entries.subtract(line, xk, a);
       touched += line.size();
     }
     touched += static_cast<long>(lu_.l_pivots.size());
@@ -117,6 +123,7 @@ void LuSolver::solve_etas(WorkVector& x) {
 void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
   const int m = lu_.m;
   double* a = x.value.data();
+  const Entries entries(lu_.u_columns);
   double* y = out.value.data();
   int* list = out.index.data();
   const int* position = lu_.position_of_pivot.data();
@@ -138,12 +145,13 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
     for (int s = top; s < m; ++s) {
       const int k = reach_[s];
       marked_[k] = 0;
-      const double xk = a[k] * inverse[k];
+      const double ak = a[k];
+      const double xk = ak * inverse[k];
       a[k] = 0.0;
       if (negligible(xk)) continue;
       y[position[k]] = xk;
       list[count++] = position[k];
-      subtract_line(column[k], lu_.u_columns, xk, a);
+      entries.subtract(column[k], ak, a);
       touched += column[k].size();
     }
     out.count = count;
@@ -151,12 +159,13 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
     for (int s = lu_.sequence_size - 1; s >= 0; --s) {
       const int k = lu_.sequence[s];
       if (k < 0 || a[k] == 0.0) continue;
-      const double xk = a[k] * inverse[k];
+      const double ak = a[k];
+      const double xk = ak * inverse[k];
       a[k] = 0.0;
       if (negligible(xk)) continue;
       y[position[k]] = xk;
       list[count++] = position[k];
-      subtract_line(column[k], lu_.u_columns, xk, a);
+      entries.subtract(column[k], ak, a);
       touched += column[k].size();
     }
     touched += m;
@@ -168,6 +177,7 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
 void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
   const int m = lu_.m;
   double* a = y.value.data();
+  const Entries entries(lu_.u_rows);
   const double* inverse = lu_.inverse_diagonal.data();
   const Span* row = lu_.u_row.data();
   const int top = worth_sparse(y.count, expected) ? reach(y, lu_.u_row, lu_.u_rows) : -1;
@@ -177,11 +187,12 @@ void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
     for (int s = top; s < m; ++s) {
       const int k = reach_[s];
       marked_[k] = 0;
-      const double yk = a[k] * inverse[k];
+      const double ak = a[k];
+      const double yk = ak * inverse[k];
       a[k] = negligible(yk) ? 0.0 : yk;
       if (a[k] == 0.0) continue;
       y.index[count++] = k;
-      subtract_line(row[k], lu_.u_rows, yk, a);
+      entries.subtract(row[k], ak, a);
       touched += row[k].size();
     }
     y.count = count;
@@ -189,11 +200,12 @@ void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
     for (int s = 0; s < lu_.sequence_size; ++s) {
       const int k = lu_.sequence[s];
       if (k < 0 || a[k] == 0.0) continue;
-      const double yk = a[k] * inverse[k];
+      const double ak = a[k];
+      const double yk = ak * inverse[k];
       a[k] = negligible(yk) ? 0.0 : yk;
       if (a[k] == 0.0) continue;
       y.index[count++] = k;
-      subtract_line(row[k], lu_.u_rows, yk, a);
+      entries.subtract(row[k], ak, a);
       touched += row[k].size();
     }
     touched += m;
@@ -231,6 +243,7 @@ void LuSolver::solve_etas_transposed(WorkVector& y) {
 void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& out) {
   const int m = lu_.m;
   double* a = y.value.data();
+  const Entries entries(lu_.l_rows);
   double* x = out.value.data();
   int* list = out.index.data();
   const int* row_of_pivot = lu_.row_of_pivot.data();
@@ -248,7 +261,7 @@ void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& ou
       if (negligible(yk)) continue;
       x[row_of_pivot[k]] = yk;
       list[count++] = row_of_pivot[k];
-      subtract_line(row[k], lu_.l_rows, yk, a);
+      entries.subtract(row[k], yk, a);
       touched += row[k].size();
     }
     out.count = count;
@@ -260,7 +273,7 @@ void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& ou
       if (negligible(yk)) continue;
       x[row_of_pivot[k]] = yk;
       list[count++] = row_of_pivot[k];
-      subtract_line(row[k], lu_.l_rows, yk, a);
+      entries.subtract(row[k], yk, a);
       touched += row[k].size();
     }
     touched += m;

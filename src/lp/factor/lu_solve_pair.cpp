@@ -77,13 +77,15 @@ void LuSolver::solve_u_pair(WorkVector& x, WorkVector& y, WorkVector& out_x, Wor
   for (int s = lu_.sequence_size - 1; s >= 0; --s) {
     const int k = lu_.sequence[s];
     if (k < 0 || (a[k] == 0.0 && b[k] == 0.0)) continue;
-    const double ak = dropped(a[k] * lu_.inverse_diagonal[k]);
-    const double bk = dropped(b[k] * lu_.inverse_diagonal[k]);
+    const double inverse = lu_.inverse_diagonal[k];
+    const double ak = a[k], bk = b[k];
+    const double xk = dropped(ak * inverse), yk = dropped(bk * inverse);
     a[k] = b[k] = 0.0;
     const int position = lu_.position_of_pivot[k];
-    out_a.put(position, ak);
-    out_b.put(position, bk);
-    touched += subtract_line(lu_.u_column[k], lu_.u_columns, ak, a, bk, b);
+    out_a.put(position, xk);
+    out_b.put(position, yk);
+    touched += subtract_line(lu_.u_column[k], lu_.u_columns, xk == 0.0 ? 0.0 : ak, a,
+                             yk == 0.0 ? 0.0 : bk, b);
   }
   x.count = y.count = 0;
   out_x.count = out_a.final_count(m);
@@ -98,9 +100,12 @@ void LuSolver::solve_u_transposed_pair(WorkVector& x, WorkVector& y) {
   for (int s = 0; s < lu_.sequence_size; ++s) {
     const int k = lu_.sequence[s];
     if (k < 0 || (a[k] == 0.0 && b[k] == 0.0)) continue;
-    a[k] = dropped(a[k] * lu_.inverse_diagonal[k]);
-    b[k] = dropped(b[k] * lu_.inverse_diagonal[k]);
-    touched += subtract_line(lu_.u_row[k], lu_.u_rows, a[k], a, b[k], b);
+    const double inverse = lu_.inverse_diagonal[k];
+    const double ak = a[k], bk = b[k];
+    a[k] = dropped(ak * inverse);
+    b[k] = dropped(bk * inverse);
+    touched += subtract_line(lu_.u_row[k], lu_.u_rows, a[k] == 0.0 ? 0.0 : ak, a,
+                             b[k] == 0.0 ? 0.0 : bk, b);
   }
   x.count = y.count = WorkVector::kDense;
   work_ += static_cast<double>(touched);

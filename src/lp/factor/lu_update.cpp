@@ -85,21 +85,22 @@ void replace_column(LuFactors& lu, int position, const PackedVector& spike,
   lu.u_nonzeros -= old_column.size() + old_row.size();
   old_row.end = old_row.begin;
 
+  const double inverse = 1.0 / diagonal;
   const int begin = lu.u_columns.used;
   int end = begin;
   for (int k = 0; k < spike.count; ++k) {
     const int i = spike.index[k];
     if (i == t) continue;
     lu.u_columns.index[end] = i;
-    lu.u_columns.value[end++] = spike.value[k];
-    append_to_row(lu, i, t, spike.value[k]);
+    lu.u_columns.value[end++] = spike.value[k] * inverse;
+    append_to_row(lu, i, t, spike.value[k] * lu.inverse_diagonal[i]);
   }
   lu.u_columns.used = end;
   old_column = {begin, end};
   lu.u_nonzeros += end - begin;
 
   lu.diagonal[t] = diagonal;
-  lu.inverse_diagonal[t] = 1.0 / diagonal;
+  lu.inverse_diagonal[t] = inverse;
   lu.make_room_in_sequence();
   lu.sequence[lu.place[t]] = -1;
   lu.place[t] = lu.sequence_size;
