@@ -27,7 +27,7 @@ constexpr double kPivotAgreement = 1e-6;
 /// With a larger pivot the drop tolerance has hurt the multipliers that btran left behind.
 constexpr double kLargePivot = 100.0;
 /// Two solves share a pass over the factor when both results are expected at least this dense.
-constexpr double kPairDensity = 0.1;
+constexpr double kPairDensity = 0.7;
 /// Updates before the adaptive rule may ask for a factorization.
 constexpr int kAdaptiveMinimum = 60;
 /// Weight of a factorization in solves, for the adaptive rule; part of its work that counts.
@@ -209,7 +209,7 @@ void BasisFactor::Impl::finish_factorization() {
   ++statistics.factorizations;
   statistics.updates = 0;
   statistics.basis_nonzeros = kernel.nonzeros();
-  statistics.factor_nonzeros = lu.l_nonzeros() + lu.u_nonzeros + m;
+  statistics.factor_nonzeros = lu.nonzeros();
   work_since = 0.0;
   average_work = 0.0;
   average_rises = false;
@@ -355,7 +355,7 @@ void BasisFactor::Impl::note_update() {
   statistics.work += work;
   work_since += work;
   ++statistics.updates;
-  const double solve_work = static_cast<double>(lu.l_nonzeros() + lu.u_nonzeros + lu.etas.used);
+  const double solve_work = static_cast<double>(lu.nonzeros() + lu.etas.used);
   const double average =
       (kRefactorWeight * (solve_work + kFactorWorkShare * factor_work) + work_since) /
       (statistics.updates + 1);

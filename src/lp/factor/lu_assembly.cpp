@@ -66,6 +66,12 @@ void LuKernel::assemble() {
   lu.sequence_size = m;
   assemble_nucleus_columns();
   lu.u_nonzeros = lu.u_columns.used;
+  const int order = lu.dense.order;
+  for (int k = 0; k < order; ++k) {
+    const double factor = lu.inverse_diagonal[lu.block_begin() + k];
+    double* column = lu.dense.column(k);
+    for (int i = 0; i < k; ++i) column[i] *= factor;
+  }
   build_rows(lu.u_columns, lu.u_column, lu.u_rows, lu.u_row);
   for (int k = 0; k < m; ++k) lu.u_row_limit[k] = lu.u_row[k].end;
   scale_lines(lu.u_column, lu.inverse_diagonal, lu.u_columns);
@@ -78,8 +84,8 @@ void LuKernel::assemble() {
 void LuKernel::assemble_nucleus_columns() {
   LuFactors& lu = *lu_;
   const int first = lu.num_triangular;
-  const int nucleus = static_cast<int>(u_span_.size());
-  if (nucleus == 0) return;
+  const int nucleus = static_cast<int>(u_span_.size());  // without the dense block
+  if (first == lu.m) return;
   // Length of each nucleus column of U: entries of B in triangular rows, then those of u_file_.
   Vector<int>& next = scratch_;
   next.assign(num_rows_, 0);

@@ -1,5 +1,6 @@
 // The dense kernel: what is left of the nucleus is copied to a dense array by columns and factored
-// with partial pivoting. Multipliers and rows of U go back to the sparse files without their zeros.
+// column by column (left-looking) with partial pivoting. A block that is the bulk of the factor
+// stays in that form; otherwise its entries go to the sparse files without the zeros.
 #include <algorithm>
 #include <cmath>
 #include <new>
@@ -11,11 +12,29 @@ namespace {
 
 /// Keeps an empty active submatrix, and rounding of the product, from starting the dense kernel.
 constexpr double kSwitchMargin = 1e-10;
+/// A block stays dense when it has at least this order, this share of nonzeros, and when its cells
+/// are at least this share of the entries of the sparse part of the factor.
+constexpr int kBlockOrder = 24;
+constexpr double kBlockDensity = 0.5;
+constexpr double kBlockShare = 0.5;
 
-/// column[i] -= factor * pivot_column[i] for i in from..end-1.
-void subtract_multiple(double* __restrict column, const double* __restrict pivot_column,
-                       double factor, int from, int end) {
-  for (int i = from; i < end; ++i) column[i] -= factor * pivot_column[i];
+/// Applies the first k pivots of the block to one of its columns.
+void apply_pivots(const double* block, long rows, int k, double* x) {
+  int g = 0;
+  for (; g + 4 <= k; g += 4) {
+    const double* group = block + g * rows;
+    for (int c = 0; c < 3; ++c) {
+      for (int i = c + 1; i < 4; ++i) x[g + i] -= group[c * rows + g + i] * x[g + c];
+    }
+    if (x[g] == 0.0 && x[g + 1] == 0.0 && x[g + 2] == 0.0 && x[g + 3] == 0.0) continue;
+    subtract_four(x + g + 4, group + g + 4, rows, x + g, static_cast<int>(rows) - g - 4);
+  }
+  for (; g < k; ++g) {
+    const double* column = block + g * rows;
+    const double factor = x[g];
+    if (factor == 0.0) continue;
+    for (long i = g + 1; i < rows; ++i) x[i] -= factor * column[i];
+  }
 }
 
 }  // namespace
@@ -25,7 +44,7 @@ bool LuKernel::worth_dense() const {
   return settings_.dense_density * cells + kSwitchMargin < static_cast<double>(active_nonzeros_);
 }
 
-KernelOutcome LuKernel::factor_dense() {
+bool LuKernel::load_dense() {
   dense_rows_.clear();
   dense_positions_.clear();
   scratch_.resize(num_rows_);
@@ -37,54 +56,73 @@ KernelOutcome LuKernel::factor_dense() {
   for (int p : structurals_) {
     if (lu_->pivot_of_position[p] < 0) dense_positions_.push_back(p);
   }
-  const int rows = static_cast<int>(dense_rows_.size());
-  int columns = static_cast<int>(dense_positions_.size());
-  Vector<double> dense;
+  Vector<double>& dense = lu_->dense.entries;
   try {
-    dense.assign(static_cast<std::size_t>(rows) * columns, 0.0);
+    dense.assign(dense_rows_.size() * dense_positions_.size(), 0.0);
   } catch (const std::bad_alloc&) {
-    return KernelOutcome::no_dense_memory;
+    return false;
   }
-  const auto column_at = [&](int k) { return dense.data() + static_cast<std::size_t>(k) * rows; };
-  for (int k = 0; k < columns; ++k) {
-    const Line& line = active_column_[dense_positions_[k]];
-    double* column = column_at(k);
+  double* column = dense.data();
+  for (int p : dense_positions_) {
+    const Line& line = active_column_[p];
     for (int e = line.begin; e < line.begin + line.count; ++e) {
       column[scratch_[column_file_.index[e]]] = column_file_.value[e];
     }
+    column += dense_rows_.size();
   }
+  return true;
+}
+
+KernelOutcome LuKernel::factor_dense() {
+  if (!load_dense()) return KernelOutcome::no_dense_memory;
+  const int rows = static_cast<int>(dense_rows_.size());
+  const int all_columns = static_cast<int>(dense_positions_.size());
+  double* block = lu_->dense.entries.data();
+  const auto column_at = [&](int j) { return block + static_cast<std::size_t>(j) * rows; };
+  int columns = all_columns;
   int k = 0;
   while (k < columns && k < rows) {
-    double* pivot_column = column_at(k);
+    double* x = column_at(k);
+    apply_pivots(block, rows, k, x);
     int at = k;
     for (int i = k + 1; i < rows; ++i) {
-      if (std::fabs(pivot_column[i]) > std::fabs(pivot_column[at])) at = i;
+      if (std::fabs(x[i]) > std::fabs(x[at])) at = i;
     }
-    if (std::fabs(pivot_column[at]) <= settings_.absolute_tolerance) {
+    work_ += 0.25 * static_cast<double>(rows) * k;
+    if (std::fabs(x[at]) <= settings_.absolute_tolerance) {
       --columns;  // no pivot in this column: the last one takes its place
-      std::swap_ranges(pivot_column, pivot_column + rows, column_at(columns));
+      std::swap_ranges(x, x + rows, column_at(columns));
       std::swap(dense_positions_[k], dense_positions_[columns]);
       continue;
     }
     if (at != k) {
-      for (int j = 0; j < static_cast<int>(dense_positions_.size()); ++j) {
-        std::swap(column_at(j)[k], column_at(j)[at]);
-      }
+      for (int j = 0; j < all_columns; ++j) std::swap(column_at(j)[k], column_at(j)[at]);
       std::swap(dense_rows_[k], dense_rows_[at]);
     }
-    const double inverse = 1.0 / pivot_column[k];
-    for (int i = k + 1; i < rows; ++i) pivot_column[i] *= inverse;
-    for (int j = k + 1; j < columns; ++j) {
-      double* column = column_at(j);
-      if (column[k] != 0.0) subtract_multiple(column, pivot_column, column[k], k + 1, rows);
-    }
-    work_ += 0.25 * static_cast<double>(rows - k) * (columns - k);
+    const double inverse = 1.0 / x[k];
+    for (int i = k + 1; i < rows; ++i) x[i] *= inverse;
     ++k;
   }
-  for (int j = 0; j < k; ++j) store_dense_pivot(j, dense.data(), k);
   rows_left_ -= k;
   positions_left_ -= k;
-  return rows_left_ == 0 && positions_left_ == 0 ? KernelOutcome::ok : KernelOutcome::singular;
+  const bool complete = rows_left_ == 0 && positions_left_ == 0;
+  if (complete && worth_block()) {
+    for (int j = 0; j < k; ++j) record_pivot(dense_rows_[j], dense_positions_[j], column_at(j)[j]);
+    lu_->dense.order = k;
+  } else {
+    for (int j = 0; j < k; ++j) store_dense_pivot(j, block, k);
+  }
+  return complete ? KernelOutcome::ok : KernelOutcome::singular;
+}
+
+bool LuKernel::worth_block() const {
+  const Vector<double>& entries = lu_->dense.entries;
+  const double order = static_cast<double>(dense_rows_.size());
+  const double sparse =
+      static_cast<double>(lu_->l_columns.used) + lu_->u_columns.used + u_file_.used + num_rows_;
+  if (order < kBlockOrder || order * order < kBlockShare * sparse) return false;
+  const auto zeros = std::count(entries.begin(), entries.end(), 0.0);
+  return static_cast<double>(zeros) <= (1.0 - kBlockDensity) * order * order;
 }
 
 void LuKernel::store_dense_pivot(int k, const double* dense, int order) {

@@ -4,12 +4,6 @@
 #include <new>
 
 namespace kelvo {
-namespace {
-
-/// Pivots that the sequence can take between two compressions.
-constexpr int kSequenceRoom = 1024;
-
-}  // namespace
 
 void EntryFile::reserve(long entries) {
   if (entries <= capacity()) return;
@@ -73,7 +67,8 @@ void LuFactors::reset(int num_rows, int num_positions) {
   u_column.assign(m, Span{});
   u_row.resize(m);
   u_row_limit.resize(m);
-  sequence.resize(m + kSequenceRoom);
+  if (static_cast<int>(sequence.size()) < m) sequence.resize(m);
+  dense.order = 0;
   place.resize(m);
   sequence_size = 0;
   u_nonzeros = 0;
@@ -84,18 +79,7 @@ void LuFactors::reset(int num_rows, int num_positions) {
 
 void LuFactors::release_files() {
   for (EntryFile* file : {&l_columns, &l_rows, &u_columns, &u_rows, &etas}) file->release();
-}
-
-void LuFactors::make_room_in_sequence() {
-  if (sequence_size < static_cast<int>(sequence.size())) return;
-  int to = 0;
-  for (int k = 0; k < sequence_size; ++k) {
-    const int i = sequence[k];
-    if (i < 0) continue;
-    sequence[to] = i;
-    place[i] = to++;
-  }
-  sequence_size = to;
+  Vector<double>().swap(dense.entries);
 }
 
 }  // namespace kelvo

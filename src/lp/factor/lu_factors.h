@@ -18,6 +18,7 @@
 #pragma once
 
 #include "base/containers.h"
+#include "lp/factor/dense_block.h"
 
 namespace kelvo {
 
@@ -80,10 +81,16 @@ struct LuFactors {
   Vector<Span> u_column;    // [m] by pivot
   Vector<Span> u_row;       // [m] by pivot
   Vector<int> u_row_limit;  // [m] by pivot: where the room of the row ends
-  Vector<int> sequence;     // pivots in order, -1 for gaps; the first sequence_size are valid
+  Vector<int> sequence;     // pivots in order, -1 for gaps, moved ones from m on;
+                            // the first sequence_size are valid
   Vector<int> place;        // [m] by pivot: its index in `sequence`
   int sequence_size = 0;
   long u_nonzeros = 0;  // entries of U off the diagonal
+
+  // The last dense.order pivots when they form a dense block: their L columns and the part of
+  // their U columns within the block are kept there instead of in the files. Updates clear the row
+  // and the column of a pivot that moves.
+  DenseBlock dense;
 
   // Row etas of the updates.
   EntryFile etas;
@@ -91,14 +98,16 @@ struct LuFactors {
   Vector<int> eta_target;  // by update
 
   int num_updates() const { return static_cast<int>(eta.size()); }
-  long l_nonzeros() const { return l_columns.used; }
+  long nonzeros() const { return l_columns.used + u_nonzeros + dense.size() + m; }
+  /// First pivot of the dense block.
+  int block_begin() const { return m - dense.order; }
+  /// True when an update has moved the pivot to the end of the sequence.
+  bool moved(int k) const { return place[k] >= m; }
 
   /// Sizes the arrays for a matrix of m rows and forgets all entries.
   void reset(int num_rows, int num_positions);
   /// Gives all memory of the files back.
   void release_files();
-  /// Makes the sequence dense again when it has no room for one more pivot.
-  void make_room_in_sequence();
 };
 
 }  // namespace kelvo

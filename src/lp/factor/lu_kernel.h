@@ -96,6 +96,8 @@ class LuKernel {
 
   // lu_dense.cpp
   bool worth_dense() const;
+  bool load_dense();
+  bool worth_block() const;
   KernelOutcome factor_dense();
   void store_dense_pivot(int k, const double* dense, int order);
 

@@ -15,7 +15,8 @@ constexpr int kReachMinimum = 16;
 }  // namespace
 
 bool LuSolver::worth_sparse(int k, double expected) const {
-  if (k == WorkVector::kDense || expected > kSparseDensity) return false;
+  // With a dense block as the bulk of the factor nothing is sparse.
+  if (k == WorkVector::kDense || expected > kSparseDensity || lu_.dense.order > 0) return false;
   const double m = lu_.m;
   return (m - lu_.num_triangular) * kSparseWeight * k < m * m;
 }

@@ -13,6 +13,9 @@ constexpr double kRelistDensity = 0.1;
 /// Stands for zero in a pivot that is listed already, so that it is not listed twice.
 constexpr double kListedZero = 1e-100;
 
+/// Entries of the dense block (both triangles) that cost as much as one of a file.
+constexpr int kDenseSpeed = 8;
+
 inline bool negligible(double value) {
   return std::fabs(value) <= kDropTolerance;
 }
@@ -62,7 +65,7 @@ void LuSolver::enter(WorkVector& from, const Vector<int>& pivot_of_line,
 }
 
 void LuSolver::solve_l(WorkVector& x, double expected) {
-  if (lu_.l_pivots.empty()) return;
+  if (lu_.l_pivots.empty() && lu_.dense.order == 0) return;
   double* a = x.value.data();
   const Entries entries(lu_.l_columns);
   long touched = 0;
@@ -96,6 +99,10 @@ void LuSolver::solve_l(WorkVector& x, double expected) {
       touched += line.size();
     }
     touched += static_cast<long>(lu_.l_pivots.size());
+    if (lu_.dense.order > 0) {
+      lu_.dense.solve_lower(a + lu_.block_begin());
+      touched += lu_.dense.size() / kDenseSpeed;
+    }
     x.count = WorkVector::kDense;
   }
   work_ += static_cast<double>(touched);
@@ -156,7 +163,9 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
     }
     out.count = count;
   } else {
+    const int block_end = lu_.dense.order > 0 ? m - 1 : -1;
     for (int s = lu_.sequence_size - 1; s >= 0; --s) {
+      if (s == block_end) lu_.dense.solve_upper(a + lu_.block_begin());
       const int k = lu_.sequence[s];
       if (k < 0 || a[k] == 0.0) continue;
       const double ak = a[k];
@@ -168,7 +177,7 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
       entries.subtract(column[k], ak, a);
       touched += column[k].size();
     }
-    touched += m;
+    touched += m + lu_.dense.size() / kDenseSpeed;
     out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }
   work_ += static_cast<double>(touched);
@@ -197,16 +206,33 @@ void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
     }
     y.count = count;
   } else {
-    for (int s = 0; s < lu_.sequence_size; ++s) {
-      const int k = lu_.sequence[s];
-      if (k < 0 || a[k] == 0.0) continue;
-      const double ak = a[k];
-      const double yk = ak * inverse[k];
-      a[k] = negligible(yk) ? 0.0 : yk;
-      if (a[k] == 0.0) continue;
-      y.index[count++] = k;
-      entries.subtract(row[k], ak, a);
-      touched += row[k].size();
+    const auto pass = [&](int from, int to) {
+      for (int s = from; s < to; ++s) {
+        const int k = lu_.sequence[s];
+        if (k < 0 || a[k] == 0.0) continue;
+        const double ak = a[k];
+        const double yk = ak * inverse[k];
+        a[k] = negligible(yk) ? 0.0 : yk;
+        if (a[k] == 0.0) continue;
+        y.index[count++] = k;
+        entries.subtract(row[k], ak, a);
+        touched += row[k].size();
+      }
+    };
+    if (lu_.dense.order == 0) {
+      pass(0, lu_.sequence_size);
+    } else {
+      const int begin = lu_.block_begin();
+      pass(0, begin);
+      lu_.dense.solve_upper_transposed(a + begin, inverse + begin, lu_.place.data() + begin, m);
+      for (int k = begin; k < m; ++k) {
+        if (lu_.moved(k) || a[k] == 0.0) continue;
+        y.index[count++] = k;
+        entries.subtract(row[k], a[k] * lu_.diagonal[k], a);
+        touched += row[k].size();
+      }
+      pass(m, lu_.sequence_size);
+      touched += lu_.dense.size() / kDenseSpeed;
     }
     touched += m;
     y.count = count > kListDensity * m ? WorkVector::kDense : count;
@@ -266,6 +292,10 @@ void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& ou
     }
     out.count = count;
   } else {
+    if (lu_.dense.order > 0) {
+      lu_.dense.solve_lower_transposed(a + lu_.block_begin());
+      touched += lu_.dense.size() / kDenseSpeed;
+    }
     for (int k = m - 1; k >= 0; --k) {
       const double yk = a[k];
       if (yk == 0.0) continue;

@@ -64,6 +64,10 @@ void LuSolver::solve_l_pair(WorkVector& x, WorkVector& y) {
     b[k] = dropped(b[k]);
     touched += subtract_line(lu_.l_column[k], lu_.l_columns, a[k], a, b[k], b);
   }
+  if (lu_.dense.order > 0) {
+    lu_.dense.solve_lower(a + lu_.block_begin());
+    lu_.dense.solve_lower(b + lu_.block_begin());
+  }
   x.count = y.count = WorkVector::kDense;
   work_ += static_cast<double>(touched);
 }
@@ -74,7 +78,12 @@ void LuSolver::solve_u_pair(WorkVector& x, WorkVector& y, WorkVector& out_x, Wor
   double* b = y.value.data();
   Output out_a(out_x), out_b(out_y);
   long touched = m;
+  const int block_end = lu_.dense.order > 0 ? m - 1 : -1;
   for (int s = lu_.sequence_size - 1; s >= 0; --s) {
+    if (s == block_end) {
+      lu_.dense.solve_upper(a + lu_.block_begin());
+      lu_.dense.solve_upper(b + lu_.block_begin());
+    }
     const int k = lu_.sequence[s];
     if (k < 0 || (a[k] == 0.0 && b[k] == 0.0)) continue;
     const double inverse = lu_.inverse_diagonal[k];
@@ -97,15 +106,33 @@ void LuSolver::solve_u_transposed_pair(WorkVector& x, WorkVector& y) {
   double* a = x.value.data();
   double* b = y.value.data();
   long touched = lu_.m;
-  for (int s = 0; s < lu_.sequence_size; ++s) {
-    const int k = lu_.sequence[s];
-    if (k < 0 || (a[k] == 0.0 && b[k] == 0.0)) continue;
-    const double inverse = lu_.inverse_diagonal[k];
-    const double ak = a[k], bk = b[k];
-    a[k] = dropped(ak * inverse);
-    b[k] = dropped(bk * inverse);
-    touched += subtract_line(lu_.u_row[k], lu_.u_rows, a[k] == 0.0 ? 0.0 : ak, a,
-                             b[k] == 0.0 ? 0.0 : bk, b);
+  const auto pass = [&](int from, int to) {
+    for (int s = from; s < to; ++s) {
+      const int k = lu_.sequence[s];
+      if (k < 0 || (a[k] == 0.0 && b[k] == 0.0)) continue;
+      const double inverse = lu_.inverse_diagonal[k];
+      const double ak = a[k], bk = b[k];
+      a[k] = dropped(ak * inverse);
+      b[k] = dropped(bk * inverse);
+      touched += subtract_line(lu_.u_row[k], lu_.u_rows, a[k] == 0.0 ? 0.0 : ak, a,
+                               b[k] == 0.0 ? 0.0 : bk, b);
+    }
+  };
+  if (lu_.dense.order == 0) {
+    pass(0, lu_.sequence_size);
+  } else {
+    const int begin = lu_.block_begin();
+    const double* inverse = lu_.inverse_diagonal.data() + begin;
+    pass(0, begin);
+    for (double* c : {a, b}) {
+      lu_.dense.solve_upper_transposed(c + begin, inverse, lu_.place.data() + begin, lu_.m);
+    }
+    for (int k = begin; k < lu_.m; ++k) {
+      if (lu_.moved(k)) continue;
+      const double diagonal = lu_.diagonal[k];
+      touched += subtract_line(lu_.u_row[k], lu_.u_rows, a[k] * diagonal, a, b[k] * diagonal, b);
+    }
+    pass(lu_.m, lu_.sequence_size);
   }
   x.count = y.count = WorkVector::kDense;
   work_ += static_cast<double>(touched);
@@ -118,6 +145,10 @@ void LuSolver::solve_l_transposed_pair(WorkVector& x, WorkVector& y, WorkVector&
   double* b = y.value.data();
   Output out_a(out_x), out_b(out_y);
   long touched = m;
+  if (lu_.dense.order > 0) {
+    lu_.dense.solve_lower_transposed(a + lu_.block_begin());
+    lu_.dense.solve_lower_transposed(b + lu_.block_begin());
+  }
   for (int k = m - 1; k >= 0; --k) {
     if (a[k] == 0.0 && b[k] == 0.0) continue;
     const double ak = dropped(a[k]), bk = dropped(b[k]);

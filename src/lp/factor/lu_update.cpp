@@ -9,6 +9,14 @@ namespace {
 constexpr double kFreeShare = 0.2;
 /// Entries of row room given beyond the need when a row has to move.
 constexpr int kRowSlack = 4;
+/// Pivots by which the sequence grows.
+constexpr int kSequenceRoom = 256;
+
+/// Room for one more, with the usual growth (reserve alone would copy every time).
+template <class T>
+void reserve_one(Vector<T>& list) {
+  if (list.size() == list.capacity()) list.reserve(2 * list.size() + kSequenceRoom);
+}
 
 void remove_entry(EntryFile& file, Span& line, int target) {
   int* index = file.index.data();
@@ -71,9 +79,13 @@ void replace_column(LuFactors& lu, int position, const PackedVector& spike,
     if (free < kFreeShare * lu.u_rows.capacity()) lu.u_rows.enlarge(static_cast<int>(needed));
   }
   lu.etas.make_room(row_eta.count);
-  lu.eta.reserve(lu.eta.size() + 1);
-  lu.eta_target.reserve(lu.eta_target.size() + 1);
+  reserve_one(lu.eta);
+  reserve_one(lu.eta_target);
+  if (lu.sequence_size == static_cast<int>(lu.sequence.size())) {
+    lu.sequence.resize(lu.sequence.size() + kSequenceRoom);
+  }
 
+  if (t >= lu.block_begin() && !lu.moved(t)) lu.dense.clear_upper(t - lu.block_begin());
   Span& old_column = lu.u_column[t];
   for (int e = old_column.begin; e < old_column.end; ++e) {
     remove_entry(lu.u_rows, lu.u_row[lu.u_columns.index[e]], t);
@@ -101,7 +113,6 @@ void replace_column(LuFactors& lu, int position, const PackedVector& spike,
 
   lu.diagonal[t] = diagonal;
   lu.inverse_diagonal[t] = inverse;
-  lu.make_room_in_sequence();
   lu.sequence[lu.place[t]] = -1;
   lu.place[t] = lu.sequence_size;
   lu.sequence[lu.sequence_size++] = t;
