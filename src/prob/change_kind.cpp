@@ -13,13 +13,12 @@ struct Effect {
 
 constexpr unsigned kResults = kCachedSolution | kCachedPresolve | kCachedDerived;
 constexpr unsigned kShape = kResults | kCachedWorkingLp;
-constexpr unsigned kNameIndices = kCachedRowIndex | kCachedColumnIndex;
-constexpr unsigned kEverything = kShape | kCachedBasis | kNameIndices;
+constexpr unsigned kEverything = kShape | kCachedBasis | kCachedRowLookup | kCachedColumnLookup;
 constexpr unsigned kAllAspects = kCosts | kColumnBounds | kRowLimits | kStructure;
 
 // The basis outlives every change but that of the whole model: it stays a good start, and added or
 // deleted rows and columns enter or leave it. The working LP outlives changes of costs, bounds and
-// row limits, which its owner copies anew.
+// row limits, which its owner copies anew. The look-ups by name follow additions and renaming.
 constexpr Effect kEffects[] = {
     {ChangeKind::bounds, kResults, kColumnBounds},
     {ChangeKind::right_hand_sides, kResults, kRowLimits},
@@ -28,7 +27,7 @@ constexpr Effect kEffects[] = {
     {ChangeKind::ranges, kResults, kRowLimits},
     {ChangeKind::row_coefficients, kShape, kAllAspects},
     {ChangeKind::objective, kResults, kCosts},
-    {ChangeKind::rows_deleted, kShape | kCachedRowIndex, kAllAspects},
+    {ChangeKind::rows_deleted, kShape | kCachedRowLookup, kAllAspects},
     {ChangeKind::model_replaced, kEverything, kAllAspects},
     {ChangeKind::single_right_hand_side, kResults, kRowLimits},
     {ChangeKind::column_types, kShape, kStructure},
@@ -37,12 +36,12 @@ constexpr Effect kEffects[] = {
     {ChangeKind::quadratic_objective, kShape, kStructure},
     {ChangeKind::quadratic_constraints, kShape, kStructure},
     {ChangeKind::sets, kShape, kStructure},
-    {ChangeKind::rows_added, kShape | kCachedRowIndex, kAllAspects},
+    {ChangeKind::rows_added, kShape, kAllAspects},
     {ChangeKind::indicators, kShape, kStructure},
     {ChangeKind::cuts, kShape, kStructure},
-    {ChangeKind::names, kCachedDerived | kNameIndices, 0},
-    {ChangeKind::columns_added, kShape | kCachedColumnIndex, kAllAspects},
-    {ChangeKind::columns_deleted, kShape | kCachedColumnIndex, kAllAspects},
+    {ChangeKind::names, kCachedDerived, 0},
+    {ChangeKind::columns_added, kShape, kAllAspects},
+    {ChangeKind::columns_deleted, kShape | kCachedColumnLookup, kAllAspects},
     {ChangeKind::coefficient_list, kShape, kAllAspects},
 };
 

@@ -39,13 +39,13 @@ inline constexpr int kNumChangeKinds = 64;  // kinds are 1..63
 
 /// Things a problem keeps beside its model.
 enum Cached : unsigned {
-  kCachedSolution = 1u << 0,    // solution status, solution record, incumbent
-  kCachedBasis = 1u << 1,       // the basis to start from
-  kCachedWorkingLp = 1u << 2,   // the optimizers' own copy of the model, with its factor
-  kCachedPresolve = 1u << 3,    // the presolved problem and the maps back
-  kCachedDerived = 1u << 4,     // view target and derived problem
-  kCachedRowIndex = 1u << 5,    // from row names to indices
-  kCachedColumnIndex = 1u << 6  // from column names to indices
+  kCachedSolution = 1u << 0,     // solution status, solution record, incumbent
+  kCachedBasis = 1u << 1,        // the basis to start from
+  kCachedWorkingLp = 1u << 2,    // the optimizers' own copy of the model, with its factor
+  kCachedPresolve = 1u << 3,     // the presolved problem and the maps back
+  kCachedDerived = 1u << 4,      // view target and derived problem
+  kCachedRowLookup = 1u << 5,    // from row names to indices
+  kCachedColumnLookup = 1u << 6  // from column names to indices
 };
 
 /// How often each aspect of the model has changed since the problem was created.

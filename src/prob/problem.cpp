@@ -45,14 +45,8 @@ void Problem::notify_change(ChangeKind kind) noexcept {
     view_target.reset();
     derived.reset();
   }
-  if ((stale & kCachedRowIndex) != 0) {
-    row_name_index_.clear();
-    row_names_indexed_ = false;
-  }
-  if ((stale & kCachedColumnIndex) != 0) {
-    column_name_index_.clear();
-    column_names_indexed_ = false;
-  }
+  if ((stale & kCachedRowLookup) != 0) row_lookup_.forget();
+  if ((stale & kCachedColumnLookup) != 0) column_lookup_.forget();
   const unsigned touched = touched_by(kind);
   revisions_.costs += (touched & kCosts) != 0;
   revisions_.column_bounds += (touched & kColumnBounds) != 0;
@@ -80,20 +74,11 @@ void Problem::discard_solution() noexcept {
 
 int Problem::row_index(std::string_view name) {
   merge_pending();
-  if (!row_names_indexed_) {
-    row_name_index_.build(model_.row_names, model_.row_names.size());
-    row_names_indexed_ = true;
-  }
-  return row_name_index_.find(name, model_.row_names);
+  return row_lookup_.find(name, model_.row_names);
 }
 
 int Problem::column_index(std::string_view name) {
-  merge_pending();
-  if (!column_names_indexed_) {
-    column_name_index_.build(model_.col_names, model_.col_names.size());
-    column_names_indexed_ = true;
-  }
-  return column_name_index_.find(name, model_.col_names);
+  return column_lookup_.find(name, model_.col_names);
 }
 
 Owned<Problem> Problem::clone() {

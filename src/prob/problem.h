@@ -17,12 +17,12 @@
 #include <cstdint>
 #include <string_view>
 
-#include "base/name_index.h"
 #include "base/status.h"
 #include "prob/attachment.h"
 #include "prob/blocks.h"
 #include "prob/change_kind.h"
 #include "prob/model.h"
+#include "prob/name_lookup.h"
 #include "prob/pending_batch.h"
 #include "prob/solution.h"
 
@@ -163,10 +163,8 @@ class Problem {
   Model model_;
   PendingBatch batch_;
   Revisions revisions_;
-  NameIndex row_name_index_;     // built at the first look-up after a change of names
-  NameIndex column_name_index_;  // likewise
-  bool row_names_indexed_ = false;
-  bool column_names_indexed_ = false;
+  NameLookup row_lookup_;
+  NameLookup column_lookup_;
 };
 
 /// For readers: swaps a complete new model in. Never fails.

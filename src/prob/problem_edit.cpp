@@ -155,11 +155,13 @@ void Problem::change_objective_sense(int sense) {
 void Problem::rename_rows(const int* rows, const char* const* names, int count) {
   merge_pending();
   rename(model_.row_names, NameKind::row, model_.num_rows, rows, names, count);
+  for (int k = 0; k < count; ++k) row_lookup_.renamed(rows[k], model_.row_names);
   notify_change(ChangeKind::names);
 }
 
 void Problem::rename_columns(const int* columns, const char* const* names, int count) {
   rename(model_.col_names, NameKind::column, model_.num_cols, columns, names, count);
+  for (int k = 0; k < count; ++k) column_lookup_.renamed(columns[k], model_.col_names);
   notify_change(ChangeKind::names);
 }
 
@@ -176,6 +178,8 @@ void Problem::delete_names() {
   merge_pending();
   model_.row_names.clear();
   model_.col_names.clear();
+  row_lookup_.forget();
+  column_lookup_.forget();
   notify_change(ChangeKind::names);
 }
 
