@@ -187,7 +187,7 @@ void LpCollector::build(Model& model) {
   model.upper = std::move(upper_);
   build_objective(model);
   build_matrix(model);
-  model.col_names = std::move(col_names_);
+  model.col_names = columns_.release();
 
   TermMerger merger(quadratic_constraints_.empty() && user_cuts_.data.size() == 0 &&
                             lazy_constraints_.data.size() == 0 && indicators_.data.size() == 0
@@ -217,7 +217,8 @@ void LpCollector::append_switches(IndicatorConstraints& indicators) {
 
 void LpCollector::append_to(Model& model) {
   apply_bounds();
-  const Vector<const char*> new_columns = pointers_from(col_names_, model.num_cols);
+  const NameStore names = columns_.release();
+  const Vector<const char*> new_columns = pointers_from(names, model.num_cols);
   ColumnBlock columns;
   columns.count = static_cast<int>(new_columns.size());
   columns.names = new_columns.data();

@@ -54,8 +54,7 @@ Status LpCollector::reserve(const LpCapacities& capacities) {
     if (capacity > kSizeLimit) return diagnostics_.error(1012);
   }
   if (capacities.columns > kSizeLimit / 2) return diagnostics_.error(1012);
-  col_names_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
-  col_index_.reserve(room(capacities.columns));
+  columns_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
   rows_.data.rhs.reserve(room(capacities.rows));
   rows_.data.sense.reserve(room(capacities.rows));
   rows_.data.rows.start.reserve(room(capacities.rows) + 1);
@@ -81,7 +80,10 @@ void LpCollector::begin_additions(const Model& model) {
   const auto know_rows = [&know](const ExtraRows& rows, LpRowGroup& group) {
     know(rows.names, rows.size(), group.letter, group.data.names, group.index);
   };
-  know(model.col_names, model.num_cols, 'x', col_names_, col_index_);
+  for (int j = 0; j < model.num_cols; ++j) {
+    const NumberedName generated('x', j + 1);
+    columns_.append(model.col_names.present() ? model.col_names.view(j) : generated.view());
+  }
   know(model.row_names, model.num_rows, 'c', rows_.data.names, rows_.index);
   know(model.quadratic_names, static_cast<int>(model.quadratic_constraints.size()), 'q',
        quadratic_names_, quadratic_index_);
@@ -91,13 +93,6 @@ void LpCollector::begin_additions(const Model& model) {
   lower_ = model.lower;
   upper_ = model.upper;
   first_new_row_ = model.num_rows;
-}
-
-int LpCollector::column(std::string_view name) {
-  const int next = col_names_.size();
-  const int found = col_index_.insert(name, next, col_names_);
-  if (found == next) col_names_.append(name);
-  return found;
 }
 
 void LpCollector::set_objective_name(std::string_view name) {

@@ -10,6 +10,7 @@
 
 #include "base/name_index.h"
 #include "base/status.h"
+#include "io/lp_reader_columns.h"
 #include "io/lp_reader_diagnostics.h"
 #include "io/lp_reader_keywords.h"
 #include "prob/model.h"
@@ -93,11 +94,15 @@ class LpCollector {
   /// Makes the names of a model known, so that what is read adds to it; append_to() does so.
   void begin_additions(const Model& model);
 
-  int num_cols() const { return col_names_.size(); }
+  int num_cols() const { return columns_.size(); }
   /// The column of that name, added when it is new.
-  int column(std::string_view name);
+  int column(std::string_view name) { return columns_.find_or_add(name); }
+  /// The columns of names in their order, likewise.
+  void columns(const std::string_view* names, int count, int* columns) {
+    columns_.find_or_add(names, count, columns);
+  }
   /// The column of that name, or -1.
-  int find_column(std::string_view name) const { return col_index_.find(name, col_names_); }
+  int find_column(std::string_view name) const { return columns_.find(name); }
 
   void set_sense(int sense) { sense_ = sense; }
   void set_objective_name(std::string_view name);
@@ -161,8 +166,7 @@ class LpCollector {
   LpLinearTerms objective_;
   LpQuadraticTerms quadratic_;  // of the objective c'x + 1/2 (sum of these terms)
 
-  NameStore col_names_;
-  NameIndex col_index_;
+  LpColumnNames columns_;
   Vector<double> lower_, upper_;            // [columns known when bounds were last applied]
   Vector<char> lower_given_, upper_given_;  // alike
   Vector<Bound> bounds_;                    // not applied yet

@@ -41,7 +41,9 @@ void LpExpressionParser::reset() {
 Status LpExpressionParser::parse(const char* text, bool& ignored) {
   at_ = text;
   ignored_ = false;
+  num_unresolved_ = 0;
   while (*at_ != '\0' && !ignored_) KELVO_TRY(step());
+  resolve_names();
   ignored = ignored_;
   return {};
 }
@@ -83,7 +85,10 @@ Status LpExpressionParser::read_begin() {
   if (!has_class(*at_, kLpStart)) return read_term();
   std::string_view name;
   KELVO_TRY(take_variable(name));
-  if (*at_ != ':') return add_term(name);
+  if (*at_ != ':') {
+    add_term(name);
+    return {};
+  }
   ++at_;
   state_ = State::first_term;
   if (in_objective()) {
@@ -102,7 +107,8 @@ Status LpExpressionParser::read_term() {
   if (has_class(c, kLpStart)) {
     std::string_view name;
     KELVO_TRY(take_variable(name));
-    return add_term(name);
+    add_term(name);
+    return {};
   }
   if (state_ != State::variable) {
     if (is_number_start(c)) return take_coefficient(State::variable);
@@ -150,12 +156,22 @@ Status LpExpressionParser::take_variable(std::string_view& name) {
   return {};
 }
 
-Status LpExpressionParser::add_term(std::string_view name) {
-  linear_.add(collector_.column(name), sign_ * coefficient_);
+void LpExpressionParser::add_term(std::string_view name) {
+  if (num_unresolved_ == kMostNames) resolve_names();
+  unresolved_[num_unresolved_++] = name;
+  linear_.add(-1, sign_ * coefficient_);
   sign_ = 1;
   coefficient_ = 1.0;
   state_ = State::after_term;
-  return {};
+}
+
+/// Fills in the columns of the last terms; must come before any other look-up of columns, so that
+/// columns keep the order in which they come up.
+void LpExpressionParser::resolve_names() {
+  if (num_unresolved_ == 0) return;
+  int* const last = linear_.index.data() + linear_.size();
+  collector_.columns(unresolved_, num_unresolved_, last - num_unresolved_);
+  num_unresolved_ = 0;
 }
 
 /// What joins two terms, or the sense of a constraint.
@@ -197,6 +213,7 @@ Status LpExpressionParser::read_rhs() {
 
 /// Behind a right-hand side: the end of the constraint or the arrow of an indicator.
 Status LpExpressionParser::end_constraint() {
+  resolve_names();
   if (*at_ != '\0') {
     bool found = false;
     KELVO_TRY(read_indicator_arrow(found));

@@ -36,6 +36,8 @@ class LpExpressionParser {
   Status close();
 
  private:
+  static constexpr int kMostNames = 64;
+
   enum class State {
     begin,            // of an objective or constraint; a label may follow
     first_term,       // a term, its sign is optional
@@ -70,7 +72,8 @@ class LpExpressionParser {
   Status take_sign(State next);
   Status take_coefficient(State next);
   Status take_variable(std::string_view& name);
-  Status add_term(std::string_view name);
+  void add_term(std::string_view name);
+  void resolve_names();
   void add_quadratic_term(int second);
   Status open_bracket();
   void accept_bracket_without_divisor();
@@ -97,6 +100,11 @@ class LpExpressionParser {
   int bracket_sign_ = 1;
   std::size_t bracket_begin_ = 0;  // quadratic terms before the open bracket
   bool has_bracket_ = false;
+
+  // Names of the last terms of linear_, which have no column yet. They stand in the line being
+  // read and are looked up together, at its end or earlier.
+  int num_unresolved_ = 0;
+  std::string_view unresolved_[kMostNames];  // [num_unresolved_]
 
   LpLinearTerms linear_;
   LpQuadraticTerms quadratic_;

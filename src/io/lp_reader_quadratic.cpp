@@ -17,6 +17,7 @@ bool is_number_start(char c) {
 Status LpExpressionParser::open_bracket() {
   const bool allowed = in_objective() || (section_ == LpSection::constraints && !is_indicator_);
   if (!allowed) return diagnostics_.error(1605);
+  resolve_names();
   ++at_;
   bracket_sign_ = sign_;
   bracket_begin_ = quadratic_.size();
