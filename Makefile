@@ -26,7 +26,7 @@ build: packages
 	@cmake --build --preset release
 
 run: build
-	$(KELVO) examples/models/diet.lp --values /dev/stdout
+	$(KELVO) examples/models/diet.lp --values -
 
 test: build
 	ctest --preset release --label-exclude long -j$(JOBS)

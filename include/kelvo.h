@@ -769,16 +769,16 @@ KLV_API int KLVsiftopt(KLVenv env, KLVprob lp);
 KLV_API int KLVsolution(KLVenv env, KLVprob lp, int* status_p, double* objective_p, double* x,
                         double* pi, double* slack, double* dj);
 
-/* Method (-1 without a solution), kind (KLV_SOLUTION_...), and whether the solution is primal and dual
- * feasible (1 or 0); each pointer may be null. Not an error without a solution. */
-KLV_API int KLVsolninfo(KLVenv env, KLVprob lp, int* method_p, int* type_p,
-                        int* primal_feasible_p, int* dual_feasible_p);
+/* Method (-1 without a solution), kind (KLV_SOLUTION_...), and whether the solution is primal and
+ * dual feasible (1 or 0); each pointer may be null. Not an error without a solution. */
+KLV_API int KLVsolninfo(KLVenv env, KLVprob lp, int* method_p, int* type_p, int* primal_feasible_p,
+                        int* dual_feasible_p);
 
 /* Returns the solution status, 0 when no result is stored or on failure. */
 KLV_API int KLVgetstat(KLVenv env, KLVprob lp);
 
-/* Returns the method of the stored solution: 1 primal simplex, 2 dual simplex, 4 barrier, 11 FeasOpt,
- * 12 mixed-integer; 0 on failure. */
+/* Returns the method of the stored solution: 1 primal simplex, 2 dual simplex, 4 barrier, 11
+ * FeasOpt, 12 mixed-integer; 0 on failure. */
 KLV_API int KLVgetmethod(KLVenv env, KLVprob lp);
 
 /* Stores the objective value (null is accepted unless the problem is mixed-integer). */

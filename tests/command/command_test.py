@@ -1,0 +1,262 @@
+#!/usr/bin/env python3
+"""The command as a user meets it: options, files, exit codes, errors, Ctrl-C.
+
+    command_test.py KELVO SOURCE_DIR
+"""
+import bz2
+import gzip
+import json
+import os
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+KELVO = MODELS = ""
+KEYS = {"status", "status_string", "objective", "best_bound", "gap", "nodes", "iterations", "time",
+        "rows", "columns", "nonzeros"}
+INFEASIBLE = "Minimize\n x + y\nSubject To\n low: x + y >= 3\n high: x + y <= 1\nEnd\n"
+UNBOUNDED = "Maximize\n x + y\nSubject To\n c1: x - y <= 1\nEnd\n"
+
+
+class Command(unittest.TestCase):
+    def setUp(self):
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        self.scratch = scratch.name
+
+    def path(self, name):
+        return os.path.join(self.scratch, name)
+
+    def file(self, name, text):
+        with open(self.path(name), "wb" if isinstance(text, bytes) else "w") as file:
+            file.write(text)
+        return self.path(name)
+
+    def read(self, name):
+        with open(self.path(name), encoding="utf-8") as file:
+            return file.read()
+
+    def kelvo(self, *arguments):
+        return subprocess.run([KELVO, *arguments], capture_output=True, text=True, check=False,
+                              stdin=subprocess.DEVNULL, cwd=self.scratch, timeout=100)
+
+    def succeed(self, *arguments):
+        run = self.kelvo(*arguments)
+        self.assertEqual((run.returncode, run.stderr), (0, ""), run.stdout)
+        return run.stdout
+
+    def fail_with(self, words, *arguments):
+        """The command ends with 1 and one line on standard error that has the words."""
+        run = self.kelvo(*arguments)
+        self.assertEqual(run.returncode, 1, run.stdout + run.stderr)
+        told = re.sub(r"^\ngzip: .*\n", "", run.stderr)  # gzip speaks for itself
+        self.assertEqual(told.count("\n"), 1, run.stderr)
+        self.assertTrue(told.startswith("kelvo: "), run.stderr)
+        for word in [words] if isinstance(words, str) else words:
+            self.assertIn(word, run.stderr)
+        return run
+
+    def outcome(self, *arguments):
+        """Solves and returns the JSON object."""
+        self.succeed(*arguments, "--json", self.path("outcome.json"))
+        outcome = json.loads(self.read("outcome.json"))
+        self.assertEqual(set(outcome), KEYS)
+        return outcome
+
+
+class Solving(Command):
+    def test_the_examples_have_their_answers(self):
+        with open(os.path.join(MODELS, "answers.tsv"), encoding="utf-8") as file:
+            answers = [line.rstrip("\n").split("\t") for line in file if not line.startswith("#")]
+        solved = 0
+        for model, status, objective in answers:
+            if status.startswith("integer"):
+                continue
+            for method in ("auto", "primal", "dual"):
+                with self.subTest(model=model, method=method):
+                    outcome = self.outcome(os.path.join(MODELS, model), "--method", method)
+                    self.assertEqual(outcome["status_string"], status)
+                    self.assertAlmostEqual(outcome["objective"] / float(objective), 1.0, delta=1e-8)
+                    solved += 1
+        self.assertGreater(solved, 0)
+
+    def test_log_and_summary(self):
+        output = self.succeed(os.path.join(MODELS, "diet.lp"), "--log", self.path("copy.log"))
+        self.assertIn("6 rows, 7 columns, 38 nonzeros", output)
+        self.assertRegex(output, r"Status: +optimal\nObjective: +8\.22993\d*\nIterations: +\d+\nTime: +\d+\.\d\d s\n$")
+        self.assertEqual(self.read("copy.log"), output)
+        quiet = self.succeed(os.path.join(MODELS, "diet.lp"), "--quiet")
+        self.assertTrue(quiet.startswith("Status:"), quiet)
+        self.assertLess(len(quiet.split("\n")), 7)
+
+    def test_outcomes_without_an_optimum_exit_0(self):
+        outcome = self.outcome(self.file("infeasible.lp", INFEASIBLE), "--values", self.path("values"))
+        self.assertIn(outcome["status"], (3, 4))
+        self.assertIsNone(outcome["objective"])
+        self.assertEqual(self.read("values"), "")
+        outcome = self.outcome(self.file("unbounded.lp", UNBOUNDED))
+        self.assertIn(outcome["status"], (2, 4))
+        outcome = self.outcome(os.path.join(MODELS, "plan.mps"), "--time-limit", "0")
+        self.assertEqual((outcome["status"], outcome["status_string"]), (11, "time limit exceeded"))
+        outcome = self.outcome(os.path.join(MODELS, "plan.mps"), "--set", "itlim=1", "--set", "PREIND=0")
+        self.assertEqual(outcome["status"], 10)
+
+    def test_values_give_the_objective(self):
+        outcome = self.outcome(os.path.join(MODELS, "diet.lp"), "--values", self.path("values"))
+        values = dict(line.split() for line in self.read("values").splitlines())
+        cost = {"oats": 0.30, "milk": 0.55, "lentils": 0.70, "bread": 0.40, "salmon": 2.40, "apples": 0.65,
+                "spinach": 0.90}
+        self.assertAlmostEqual(sum(cost[name] * float(value) for name, value in values.items()),
+                               outcome["objective"], delta=1e-12)
+        self.assertNotIn("salmon", values)
+
+    def test_odd_models(self):
+        empty = self.outcome(self.file("empty.lp", "Minimize\n\nSubject To\nEnd\n"))
+        self.assertEqual((empty["status"], empty["rows"], empty["columns"]), (1, 0, 0))
+        spaced = self.file("two words & \"quotes\".lp", "Maximize\n x\nSubject To\n c1: x <= 4\nEnd\n")
+        self.assertEqual(self.outcome(spaced)["objective"], 4.0)
+
+    def test_integer_columns_need_relax(self):
+        depots = os.path.join(MODELS, "depots.lp")
+        run = self.fail_with(["depots.lp", "--relax"], depots, "--json", self.path("outcome.json"))
+        self.assertNotIn("Status", run.stdout)
+        failed = json.loads(self.read("outcome.json"))
+        self.assertEqual((failed["status"], failed["rows"]), (None, 7))
+        relaxed = self.outcome(depots, "--relax", "--values", self.path("values"))
+        self.assertEqual(relaxed["status"], 1)
+        self.assertLess(relaxed["objective"], 1695)  # the integer optimum
+        self.assertIn("open_w", self.read("values"))
+
+
+class Files(Command):
+    def test_compressed_models_and_written_ones(self):
+        with open(os.path.join(MODELS, "plan.mps"), "rb") as file:
+            text = file.read()
+        with gzip.open(self.path("plan.mps.gz"), "wb") as file:
+            file.write(text)
+        with bz2.open(self.path("plan.MPS.BZ2"), "wb") as file:
+            file.write(text)
+        for name in ("plan.mps.gz", "plan.MPS.BZ2"):
+            self.assertAlmostEqual(self.outcome(self.path(name))["objective"], 15254, delta=1e-4)
+        self.outcome(os.path.join(MODELS, "plan.mps"), "--write", self.path("a.lp"), "--write", self.path("b.mps.gz"))
+        for name in ("a.lp", "b.mps.gz"):
+            self.assertAlmostEqual(self.outcome(self.path(name))["objective"], 15254, delta=1e-4)
+
+    def test_files_that_cannot_be_read(self):
+        self.fail_with(["missing.mps", "No such file"], "missing.mps")
+        self.fail_with(["missing.mps.gz", "No such file"], "missing.mps.gz")
+        self.fail_with("directory", self.scratch)
+        self.fail_with("Line 5", self.file("broken.lp", "Minimize\n x\nSubject To\n c1: x >= 1\n c2: 2 + + x >= 1\nEnd\n"))
+        self.fail_with(["broken.mps", "Line 4"], self.file("broken.mps", "NAME\nROWS\n N  COST\n Q  R1\nENDATA\n"))
+        self.fail_with("noise", self.file("noise", b"\x80\x81\xfe\xff" * 50))
+        self.fail_with("truncated.mps.gz", self.file("truncated.mps.gz", gzip.compress(os.urandom(2000))[:500]))
+        whole = "".join("c%d: x%d >= %d\n" % (i, i, i * i) for i in range(2000))
+        half = gzip.compress(("Minimize\nx1\nSubject To\n" + whole + "End\n").encode())
+        self.fail_with("half.lp.gz", self.file("half.lp.gz", half[: len(half) // 2]))
+
+    def test_files_that_cannot_be_written(self):
+        diet = os.path.join(MODELS, "diet.lp")
+        for option in ("--json", "--values", "--log", "--write"):
+            with self.subTest(option):
+                run = self.fail_with("nowhere/out.lp", diet, option, self.path("nowhere/out.lp"))
+                self.assertNotIn("Status", run.stdout)  # found out before the solve
+        self.fail_with("out.xyz", diet, "--write", self.path("out.xyz"))
+        if os.path.exists("/dev/full"):
+            self.fail_with("/dev/full", diet, "--values", "/dev/full")
+
+    def test_a_failure_leaves_valid_json(self):
+        broken = self.file("broken.lp", "Minimize\n x\nSubject To\n c\"\x01\t: x >= >= 1\nEnd\n")
+        self.fail_with("broken.lp", broken, "--json", self.path("outcome.json"))
+        outcome = json.loads(self.read("outcome.json"))
+        self.assertTrue(KEYS < set(outcome))
+        self.assertIsNone(outcome["status"])
+        self.assertIn("broken.lp", outcome["error"])
+
+
+class Options(Command):
+    def test_wrong_ones_are_told_in_a_line(self):
+        diet = os.path.join(MODELS, "diet.lp")
+        self.fail_with("no model", "--quiet")
+        self.fail_with("--help", diet, "--no-such-option")
+        self.fail_with("fastest", diet, "--method", "fastest")
+        for method in ("network", "barrier", "sifting", "concurrent"):
+            self.fail_with([method, "not have it yet"], diet, "--method", method)
+        self.fail_with("'NOSUCH'", diet, "--set", "NOSUCH=1")
+        self.fail_with("NAME=VALUE", diet, "--set", "ITLIM")
+        self.fail_with(["ITLIM", "'many'"], diet, "--set", "ITLIM=many")
+        self.fail_with("ITLIM", diet, "--set", "ITLIM=99999999999")
+        self.fail_with(["EPOPT", "too big"], diet, "--set", "EPOPT=3")
+        self.fail_with("--time-limit", diet, "--time-limit", "-1")
+        self.fail_with("--threads", diet, "--threads", "two")
+
+    def test_help_and_version(self):
+        self.assertRegex(self.succeed("--version"), r"^Kelvo \d+\.\d+\.\d+\n$")
+        text = self.succeed("--help")
+        for option in ("--method", "--set", "--time-limit", "--threads", "--relax", "--quiet", "--log", "--write",
+                       "--values", "--json", "info", "params"):
+            self.assertIn(option, text)
+
+    def test_params(self):
+        every = self.succeed("params").splitlines()
+        self.assertGreater(len(every), 100)
+        limits = self.succeed("params", "tilim").splitlines()
+        self.assertEqual([line.split()[0] for line in limits[1:]], ["KLV_PARAM_TILIM", "KLV_PARAM_TUNINGTILIM"])
+        self.assertEqual(limits[1].split(), ["KLV_PARAM_TILIM", "1039", "double", "1e+75", "1e+75", "0", "..", "1e+75"])
+        self.assertEqual(len(self.succeed("params", "tilim*").splitlines()), 2)
+        self.assertIn('"."', self.succeed("params", "KLV_PARAM_WORKDIR"))
+        self.fail_with("nonsense", "params", "nonsense")
+
+    def test_info(self):
+        text = self.succeed("info", os.path.join(MODELS, "plan.mps"))
+        self.assertRegex(text, r"Rows: +16 \(4 <=, 8 =, 4 ranged\)")
+        self.assertRegex(text, r"Columns: +20 ")
+        self.assertRegex(text, r"matrix +1 \.\. 3\.25")
+        self.assertRegex(text, r"bounds +5 \.\. 60")
+        self.assertIn("mixed-integer", self.succeed("info", os.path.join(MODELS, "depots.lp")))
+        self.fail_with("missing.lp", "info", "missing.lp")
+
+
+class Interrupt(Command):
+    """The model comes through a named pipe, so that the signal surely arrives before the solve."""
+
+    def start(self):
+        self.pipe = self.path("model.mps")
+        os.mkfifo(self.pipe)
+        with open(os.path.join(MODELS, "plan.mps"), encoding="utf-8") as file:
+            self.text = file.read()
+        process = subprocess.Popen([KELVO, self.pipe, "--set", "PREIND=0", "--json", self.path("outcome.json")],
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(process.stdout.close)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(process.kill)
+        self.stream = os.open(self.pipe, os.O_WRONLY)  # waits until the command reads
+        return process
+
+    def test_the_first_one_stops_and_tells(self):
+        process = self.start()
+        process.send_signal(signal.SIGINT)
+        self.assertIn("stopping", process.stderr.readline() + process.stderr.readline())
+        os.write(self.stream, self.text.encode())
+        os.close(self.stream)
+        output, _ = process.communicate(timeout=100)
+        self.assertEqual(process.returncode, 0, output)
+        self.assertIn("user aborted", output)
+        self.assertEqual(json.loads(self.read("outcome.json"))["status"], 13)
+
+    def test_the_second_one_ends(self):
+        process = self.start()
+        process.send_signal(signal.SIGINT)
+        process.stderr.readline(), process.stderr.readline()
+        process.send_signal(signal.SIGINT)
+        process.communicate(timeout=100)
+        self.assertEqual(process.returncode, -signal.SIGINT)
+        os.close(self.stream)
+
+
+if __name__ == "__main__":
+    KELVO, source = os.path.abspath(sys.argv[1]), sys.argv[2]
+    MODELS = os.path.join(os.path.abspath(source), "examples", "models")
+    unittest.main(argv=sys.argv[:1])

@@ -1,0 +1,37 @@
+// kelvo: solves a model from the command line.
+#include <cstdio>
+#include <exception>
+
+#include "failure.h"
+#include "info.h"
+#include "options.h"
+#include "parameters.h"
+#include "session.h"
+#include "solve.h"
+
+int main(int argc, char** argv) {
+  using namespace kelvo::command;
+  try {
+    const Options options = parse_options(argc, argv);
+    switch (options.action) {
+      case Options::Action::solve:
+        solve(options);
+        break;
+      case Options::Action::info:
+        show_info(options.model);
+        break;
+      case Options::Action::params: {
+        Session session;
+        list_parameters(session, options.pattern);
+        break;
+      }
+      case Options::Action::done:
+        break;
+    }
+    return 0;
+  } catch (const std::exception& failure) {
+    std::fflush(stdout);
+    std::fprintf(stderr, "kelvo: %s\n", failure.what());
+    return 1;
+  }
+}

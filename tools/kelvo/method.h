@@ -1,0 +1,15 @@
+// The methods of --method.
+#pragma once
+
+#include <string>
+
+namespace kelvo::command {
+
+/// The names, separated by commas.
+std::string method_names();
+
+/// The value of the parameter LPMETHOD for a name. Throws Failure for an unknown name and
+/// for a method that is not built yet.
+int method_code(const std::string& name);
+
+}  // namespace kelvo::command

@@ -1,0 +1,32 @@
+// What the user asked for.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelvo::command {
+
+struct Options {
+  enum class Action { solve, info, params, done };
+
+  Action action = Action::solve;
+  std::string model;    // the file to read
+  std::string pattern;  // of `kelvo params`
+
+  std::string method;                 // empty: as the parameters say
+  std::vector<std::string> settings;  // NAME=VALUE
+  std::optional<double> time_limit;   // seconds from the start of the program
+  std::optional<int> threads;
+  bool relax = false;
+  bool quiet = false;
+  std::string log_file;
+  std::vector<std::string> write_files;
+  std::string values_file;
+  std::string json_file;
+};
+
+/// Reads the command line. Action::done: everything is said (help, version). Throws Failure.
+Options parse_options(int argc, char** argv);
+
+}  // namespace kelvo::command

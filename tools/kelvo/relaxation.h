@@ -1,0 +1,14 @@
+// The linear relaxation of a model: the same model without its discrete parts.
+#pragma once
+
+#include "session.h"
+
+namespace kelvo::command {
+
+/// True when the problem has column types, sets or indicator constraints.
+bool is_mixed_integer(const Session& session);
+
+/// Drops them. Throws Failure.
+void relax(Session& session);
+
+}  // namespace kelvo::command

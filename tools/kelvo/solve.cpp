@@ -1,0 +1,94 @@
+#include "solve.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "clock.h"
+#include "failure.h"
+#include "interrupt.h"
+#include "method.h"
+#include "outcome.h"
+#include "output_file.h"
+#include "parameters.h"
+#include "relaxation.h"
+#include "session.h"
+
+namespace kelvo::command {
+namespace {
+
+void apply_options(Session& session, const Options& options) {
+  for (const std::string& setting : options.settings) apply_setting(session, setting);
+  if (!options.method.empty()) set_integer(session, "LPMETHOD", method_code(options.method));
+  if (options.threads) set_at_most(session, "THREADS", *options.threads);
+}
+
+void read_model(Session& session, const Options& options, Outcome& outcome) {
+  session.read(options.model);
+  note_sizes(session, outcome);
+  char line[128];
+  std::snprintf(line, sizeof line, ": %d rows, %d columns, %d nonzeros, read in %.2f s\n",
+                *outcome.rows, *outcome.columns, *outcome.nonzeros, seconds_since_start());
+  session.say(options.model + line);
+}
+
+void write_models(Session& session, const Options& options) {
+  for (const std::string& path : options.write_files) {
+    session.check(KLVwriteprob(session.env(), session.problem(), path.c_str(), nullptr),
+                  "cannot write " + path);
+  }
+}
+
+void optimize(Session& session, const Options& options) {
+  if (is_mixed_integer(session)) {
+    throw Failure(options.model +
+                  " has integer columns or other discrete parts, which this version does not "
+                  "solve yet; --relax solves it without them");
+  }
+  if (options.time_limit) {
+    set_real(session, "TILIM", std::max(0.0, *options.time_limit - seconds_since_start()));
+  }
+  session.check(KLVlpopt(session.env(), session.problem()), "cannot solve " + options.model);
+}
+
+void run(Session& session, const Options& options, Outcome& outcome,
+         const OutputFile& values_file) {
+  if (!options.log_file.empty()) session.open_log(options.log_file);
+  if (!options.quiet) session.show_on(stdout);
+  session.say("Kelvo " + std::string(KLVversion(session.env())) + "\n");
+  session.check(KLVsetterminate(session.env(), watch_for_interrupt()), "cannot watch for Ctrl-C");
+  apply_options(session, options);
+  read_model(session, options, outcome);
+  if (options.relax) relax(session);
+  write_models(session, options);
+  optimize(session, options);
+  note_solution(session, outcome);
+  outcome.time = seconds_since_start();
+  const std::string text = summary(outcome);
+  session.say(text);
+  if (options.quiet) std::fputs(text.c_str() + 1, stdout);
+  if (const std::string errors = session.take_errors(); !errors.empty()) {
+    std::fprintf(stderr, "kelvo: %s\n", errors.c_str());
+  }
+  values_file.write(outcome.objective ? values(session) : "");
+}
+
+}  // namespace
+
+void solve(const Options& options) {
+  std::setvbuf(stdout, nullptr, _IOLBF, 0);
+  const OutputFile json_file(options.json_file);
+  const OutputFile values_file(options.values_file);
+  Outcome outcome;
+  try {
+    Session session;
+    run(session, options, outcome, values_file);
+  } catch (const Failure& failure) {
+    outcome.time = seconds_since_start();
+    outcome.error = failure.what();
+    json_file.write(json(outcome));
+    throw;
+  }
+  json_file.write(json(outcome));
+}
+
+}  // namespace kelvo::command
