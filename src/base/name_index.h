@@ -70,6 +70,9 @@ class NameIndex {
     std::swap(size_, fresh.size_);
   }
 
+  /// The hash of a name, for tables of another shape.
+  static std::uint64_t hash(std::string_view name) noexcept;
+
  private:
   struct Tag {
     std::uint64_t bits;
@@ -106,7 +109,6 @@ class NameIndex {
   static Tag make_tag(std::string_view name) noexcept {
     return name.size() <= 8 ? Tag{load(name.data(), name.size()), true} : Tag{hash(name), false};
   }
-  static std::uint64_t hash(std::string_view name) noexcept;
 
   /// The number of slots that so many names need, before it is made a power of two.
   static std::size_t slots_for(int names) { return 3 * static_cast<std::size_t>(names) / 2 + 1; }
