@@ -30,4 +30,18 @@ void NameIndex::reserve(int names) {
   slot_.swap(fresh);
 }
 
+void NameIndex::erase_slot(std::size_t at) noexcept {
+  const std::size_t mask = slot_.size() - 1;
+  std::size_t hole = at;
+  for (std::size_t next = (at + 1) & mask; slot_[next].index != kNone; next = (next + 1) & mask) {
+    // The slot may move to the hole when its search begins at the hole or before it.
+    const std::size_t searched = (next - home(slot_[next].bits, mask)) & mask;
+    if (searched < ((next - hole) & mask)) continue;
+    slot_[hole] = slot_[next];
+    hole = next;
+  }
+  slot_[hole] = Slot();
+  --size_;
+}
+
 }  // namespace kelvo

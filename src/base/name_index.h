@@ -4,8 +4,8 @@
 // when it has at most 8 bytes, so that a short name is found without a look at the caller's store,
 // and a hash of it otherwise. Only when the tag of a longer name agrees is the name asked of the
 // store, any object with `view(int) -> std::string_view` such as NameStore. Names hold no zero
-// bytes. The caller keeps table and store in step: renaming or removing a stored name means
-// clear() and a new build().
+// bytes. The caller keeps table and store in step: names may be inserted and, when all are
+// different, erased; other changes of the store mean clear() and a new build().
 //
 // When a name occurs more than once, the table holds the index inserted first. Collisions are
 // resolved by linear probing; the table doubles when it is two thirds full, so a look-up touches
@@ -57,6 +57,15 @@ class NameIndex {
       ++size_;
     }
     return slot.index;
+  }
+
+  /// Forgets a name. No name that was inserted for several indices may be forgotten this way; the
+  /// store must still hold the names of all indices in the table.
+  template <class Names>
+  void erase(std::string_view name, const Names& names) noexcept {
+    if (slot_.empty()) return;
+    const std::size_t at = probe(name, make_tag(name), names);
+    if (slot_[at].index != kNone) erase_slot(at);
   }
 
   /// Rebuilds the table for names 0..count-1 of a store. Throws std::bad_alloc, leaving the table
@@ -117,6 +126,9 @@ class NameIndex {
   static std::size_t home(std::uint64_t bits, std::size_t mask) {
     return fold(bits ^ kMultiplierB, kMultiplierA) & mask;
   }
+
+  /// Empties a slot and moves later ones forward, so that every search still finds its name.
+  void erase_slot(std::size_t at) noexcept;
 
   /// Position of the name's slot, or of the empty slot where it belongs. The table is never full.
   template <class Names>

@@ -11,15 +11,17 @@ int NameLookup::find(std::string_view name, const NameStore& names) {
   return index_.find(name, names);
 }
 
-void NameLookup::renamed(int i, const NameStore& names) noexcept {
+void NameLookup::before_rename(int i, const NameStore& names) noexcept {
   if (i >= num_entered_) return;  // it will be entered under its new name
-  // With equal names the old one may belong to a later item too, and slots of old names must not
-  // pile up.
-  const bool crowded = index_.size() > 2 * names.size();
-  if (!unique_ || crowded) {
-    forget();
-    return;
+  if (unique_) {
+    index_.erase(names.view(i), names);
+  } else {
+    forget();  // a later item may have the same name
   }
+}
+
+void NameLookup::after_rename(int i, const NameStore& names) noexcept {
+  if (i >= num_entered_) return;
   try {
     if (index_.insert(names.view(i), i, names) != i) forget();
   } catch (const std::bad_alloc&) {

@@ -1,9 +1,8 @@
 // Look-up of rows or columns by name: the first index with a name.
 //
 // The hash table is built at the first look-up and then kept in step where that is cheap: names
-// appended at the end are entered at the next look-up, and a renamed item is entered under its new
-// name as long as all names are different. (The slot of the old name stays behind; it leads to an
-// item that has another name now, so it never matches.) Everything else forgets the table.
+// appended at the end are entered at the next look-up, and a renamed item moves to its new name as
+// long as all names are different. Everything else forgets the table.
 #pragma once
 
 #include <string_view>
@@ -18,8 +17,9 @@ class NameLookup {
   /// The first index with that name, or -1. `names` must be the store of all calls since the last
   /// forget(), with names appended at the end. Throws std::bad_alloc.
   int find(std::string_view name, const NameStore& names);
-  /// Notes that the name of item i has just changed.
-  void renamed(int i, const NameStore& names) noexcept;
+  /// Must enclose every change of the name of item i.
+  void before_rename(int i, const NameStore& names) noexcept;
+  void after_rename(int i, const NameStore& names) noexcept;
   /// Must follow every change other than appending and renaming.
   void forget() noexcept;
 

@@ -27,7 +27,7 @@ void keep_statuses(Vector<int>& status, const int* new_index) noexcept {
 }
 
 /// Renames some of `total` items, which get default names first when they have none.
-void rename(NameStore& names, NameKind kind, int total, const int* indices,
+void rename(NameStore& names, NameLookup& lookup, NameKind kind, int total, const int* indices,
             const char* const* new_names, int count) {
   NameStore fresh;
   if (!names.present()) fresh = default_names(kind, total);
@@ -38,7 +38,11 @@ void rename(NameStore& names, NameKind kind, int total, const int* indices,
   }
   target.make_room(count, characters);
   // From here on nothing throws.
-  for (int k = 0; k < count; ++k) target.rename(indices[k], new_names[k]);
+  for (int k = 0; k < count; ++k) {
+    lookup.before_rename(indices[k], target);
+    target.rename(indices[k], new_names[k]);
+    lookup.after_rename(indices[k], target);
+  }
   if (!names.present()) names = std::move(fresh);
 }
 
@@ -154,14 +158,13 @@ void Problem::change_objective_sense(int sense) {
 
 void Problem::rename_rows(const int* rows, const char* const* names, int count) {
   merge_pending();
-  rename(model_.row_names, NameKind::row, model_.num_rows, rows, names, count);
-  for (int k = 0; k < count; ++k) row_lookup_.renamed(rows[k], model_.row_names);
+  rename(model_.row_names, row_lookup_, NameKind::row, model_.num_rows, rows, names, count);
   notify_change(ChangeKind::names);
 }
 
 void Problem::rename_columns(const int* columns, const char* const* names, int count) {
-  rename(model_.col_names, NameKind::column, model_.num_cols, columns, names, count);
-  for (int k = 0; k < count; ++k) column_lookup_.renamed(columns[k], model_.col_names);
+  rename(model_.col_names, column_lookup_, NameKind::column, model_.num_cols, columns, names,
+         count);
   notify_change(ChangeKind::names);
 }
 

@@ -23,7 +23,11 @@ TEST(NameLookup, AgreesWithAScan) {
     const auto below = [&](int n) { return static_cast<int>(random() % n); };
     // Few different names make repeats common, many make them rare.
     const int variety = seed % 2 == 0 ? 30 : 5000;
-    const auto some_name = [&] { return "n" + std::to_string(below(variety)); };
+    // Names of up to 8 bytes and longer ones are kept in different ways.
+    const auto some_name = [&] {
+      const std::string number = std::to_string(below(variety));
+      return (number.size() % 2 == 0 ? "n" : "a longer name ") + number;
+    };
     NameStore names;
     NameLookup lookup;
     for (int step = 0; step < 600; ++step) {
@@ -32,8 +36,9 @@ TEST(NameLookup, AgreesWithAScan) {
         names.append(some_name());
       } else if (kind < 7) {
         const int i = below(names.size());
+        lookup.before_rename(i, names);
         names.rename(i, some_name());
-        lookup.renamed(i, names);
+        lookup.after_rename(i, names);
       } else if (kind == 7 && below(20) == 0) {
         const int gone = below(names.size());
         names.keep_if([&](int i) { return i != gone; });
