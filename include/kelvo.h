@@ -707,6 +707,15 @@ KLV_API int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const 
  * written; 1424 for any other format. */
 KLV_API int KLVwriteprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype);
 
+/* Writes the problem as an MPS file, with its own names or with x1, c1 and so on. 1421, 1422. */
+KLV_API int KLVmpswrite(KLVenv env, KLVprob lp, const char* filename);
+KLV_API int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the problem as an LP file, with its own names, made legal, or with x1, c1 and so on. 1421,
+ * 1422. */
+KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
+KLV_API int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename);
+
 /* ---- Optimizers ------------------------------------------------------------------------------ */
 
 /* The functions below solve the linear problem and leave status, solution and basis in it, see the

@@ -4,6 +4,17 @@
 
 using namespace kelvo;
 
+namespace {
+
+int write_as(KLVenv env, KLVprob lp, const char* filename, FileFormat format) {
+  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    return write_model_file(filename, format, environment.settings(), environment.messages(),
+                            problem.model());
+  });
+}
+
+}  // namespace
+
 extern "C" {
 
 int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype) {
@@ -18,13 +29,29 @@ int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const char* fi
 }
 
 int KLVwriteprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype) {
-  return api_read(env, lp, [&](Environment&, Problem&) -> Status {
+  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     if (filename == nullptr || filename[0] == '\0') return Status::failure(error::kNoFileName);
     FileFormat format = FileFormat::unknown;
     KELVO_TRY(output_format(filename, filetype, format));
-    // No format has a writer yet.
-    return Status::failure(error::kBadFileType);
+    return write_model_file(filename, format, environment.settings(), environment.messages(),
+                            problem.model());
   });
+}
+
+int KLVmpswrite(KLVenv env, KLVprob lp, const char* filename) {
+  return write_as(env, lp, filename, FileFormat::mps);
+}
+
+int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename) {
+  return write_as(env, lp, filename, FileFormat::rewritten_mps);
+}
+
+int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename) {
+  return write_as(env, lp, filename, FileFormat::lp);
+}
+
+int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename) {
+  return write_as(env, lp, filename, FileFormat::rewritten_lp);
 }
 
 }  // extern "C"

@@ -5,15 +5,19 @@
 #include "env/error_table.h"
 #include "env/param_numbers.h"
 #include "io/lp_reader.h"
+#include "io/lp_writer.h"
 #include "io/mps_reader.h"
+#include "io/mps_writer.h"
 
 namespace kelvo {
 namespace {
 
 /// Extensions and types have at most this many characters when a file is written.
 constexpr std::size_t kLongestType = 3;
-/// Tells the line of "Selected ..." and "Specified ..." choices of the MPS reader.
-constexpr int kShowChoices = 1117;
+// Hidden parameters.
+constexpr int kEveryObjectiveTerm = 1086;  // 1: the LP writer writes terms with coefficient 0
+constexpr int kLegalizeNames = 1105;       // 1: the LP writer changes names it cannot write
+constexpr int kShowChoices = 1117;         // 1: the MPS reader tells what it selected
 
 struct FormatName {
   const char* text;  // capitals
@@ -178,6 +182,39 @@ Status read_model_file(const char* name, const char* type, const Settings& setti
   if (stream_failed || (status.ok() && !closed)) {
     return report_error(sink, error::kCannotReadFile, name);
   }
+  return status;
+}
+
+Status write_model_file(const char* name, FileFormat format, const Settings& settings,
+                        MessageSink& sink, const Model& model) {
+  if (name == nullptr || name[0] == '\0') return Status::failure(error::kNoFileName);
+  FileStream stream;
+  const auto open = [&]() -> Status {
+    const bool opened = open_output(name, true, stream).ok();
+    return opened ? Status() : report_error(sink, error::kCannotWriteFile, name);
+  };
+  Status status;
+  switch (format) {
+    case FileFormat::mps:
+    case FileFormat::rewritten_mps:
+      KELVO_TRY(open());
+      status = write_mps(
+          model, {format == FileFormat::rewritten_mps, settings.get_int(param::MPSLONGNUM) != 0},
+          sink, stream);
+      break;
+    case FileFormat::lp:
+    case FileFormat::rewritten_lp:
+      KELVO_TRY(open());
+      status = write_lp(model,
+                        {format == FileFormat::rewritten_lp, settings.get_int(kLegalizeNames) != 0,
+                         settings.get_int(kEveryObjectiveTerm) != 0},
+                        sink, stream);
+      break;
+    default:
+      return Status::failure(error::kBadFileType);
+  }
+  const bool closed = close_file(stream).ok();
+  if (status.ok() && !closed) return report_error(sink, error::kCannotWriteFile, name);
   return status;
 }
 

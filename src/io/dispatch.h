@@ -1,4 +1,4 @@
-// Which format a model file has, and reading it.
+// Which format a model file has; reading and writing it.
 //
 // A given type decides alone; otherwise the extension of the name does, behind which a compressed
 // suffix (".gz", ".bz2", ".Z") may stand; otherwise, for reading, the first bytes of the file.
@@ -31,5 +31,10 @@ Status output_format(std::string_view name, const char* type, FileFormat& format
 /// those of the readers. Throws std::bad_alloc.
 Status read_model_file(const char* name, const char* type, const Settings& settings,
                        MessageSink& sink, Model& model);
+
+/// Writes a model in one of the formats that output_format() gives. Errors, reported or without
+/// arguments: 1421 no name; 1422; 1424 the format has no writer; 1650. Throws std::bad_alloc.
+Status write_model_file(const char* name, FileFormat format, const Settings& settings,
+                        MessageSink& sink, const Model& model);
 
 }  // namespace kelvo
