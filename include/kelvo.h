@@ -707,13 +707,14 @@ KLV_API int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const 
  * written; 1424 for any other format. */
 KLV_API int KLVwriteprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype);
 
-/* Writes the problem as an MPS file, with its own names or with x1, c1 and so on. 1421, 1422. */
+/* Writes the problem as an MPS file with its own names. 1421, 1422. */
 KLV_API int KLVmpswrite(KLVenv env, KLVprob lp, const char* filename);
+/* Writes the problem as an MPS file with the names x1, c1 and so on. 1421, 1422. */
 KLV_API int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename);
 
-/* Writes the problem as an LP file, with its own names, made legal, or with x1, c1 and so on. 1421,
- * 1422. */
+/* Writes the problem as an LP file with its own names, made legal where needed. 1421, 1422. */
 KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
+/* Writes the problem as an LP file with the names x1, c1 and so on. 1421, 1422. */
 KLV_API int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename);
 
 /* ---- Optimizers ------------------------------------------------------------------------------ */
