@@ -218,8 +218,11 @@ void Driver::recover(Judged& judged) {
     return;
   }
   log_.new_phase(iterations_);
+  // The multipliers of the primal's phase one are bounded by its unit costs, so that a proof of
+  // infeasibility made from them survives where a nearly singular dual basis has none.
+  const bool claimed = judged.status == kInfeasible || next.status == kInfeasible;
   Owned<WorkingLp> unscaled = unscaled_copy();
-  Judged last = attempt(*unscaled, method_, careful, limit);
+  Judged last = attempt(*unscaled, claimed ? LpMethod::primal : method_, careful, limit);
   working_ = std::move(unscaled);
   judged = std::move(last);
 }

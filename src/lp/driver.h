@@ -10,7 +10,7 @@
 //    third pass runs on the scaled LP with tolerances tightened by what was missing.
 //  - A proof of infeasibility or a direction of unboundedness that does not hold on the model, a
 //    singular basis and numerical trouble are answered by the other simplex method, then by the
-//    unscaled LP from the slack basis.
+//    unscaled LP from the slack basis, with the primal simplex when infeasibility was claimed.
 //
 // Only what has passed its check is called optimal, infeasible or unbounded.
 #pragma once
