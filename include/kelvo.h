@@ -717,6 +717,31 @@ KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
 /* Writes the problem as an LP file with the names x1, c1 and so on. 1421, 1422. */
 KLV_API int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename);
 
+/* Reads a basis file, ".bas" added to a name that does not open, and makes its basis the one from
+ * which the next optimization starts. All or nothing. Lines about names that the problem does not
+ * have are skipped with a warning. 1421 without a name; 1423 when the file cannot be read; 1441,
+ * 1551, 1552, 1553 and the errors of numbers with the line; 1550 when there is not one basic
+ * variable for each row; 1554 for a nonbasic column with a value between its bounds. */
+KLV_API int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename);
+/* Writes the basis of the problem. 1421, 1422; 1262 when there is none; 1555 when the number of its
+ * basic variables is not the number of rows. */
+KLV_API int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* Reads a priority order file, ".ord" added to a name that does not open, against numcols column
+ * names. Stores its entries in indices, priority and direction (each with room for numcols) and
+ * their number in *cnt_p, which is 0 after a failure. 1004 for a null pointer, 1219 for null
+ * colnames, 1003 for a negative numcols; 1423; 1441, 3012, 3006, 1463 and the errors of numbers
+ * with the line. */
+KLV_API int KLVordread(KLVenv env, const char* filename, int numcols, char* const* colnames,
+                       int* cnt_p, int* indices, int* priority, int* direction);
+/* Reads a priority order file and makes it the order of the problem, unless it has no entries.
+ * Errors of KLVordread; all or nothing. */
+KLV_API int KLVreadcopyorder(KLVenv env, KLVprob lp, const char* filename);
+/* Writes the priority order of the problem or, when it has none, the one that
+ * KLV_PARAM_MIPORDTYPE asks for. 3003 for a problem that is not mixed-integer, 3016 without an
+ * order, 1421, 1422. */
+KLV_API int KLVordwrite(KLVenv env, KLVprob lp, const char* filename);
+
 /* ---- Optimizers ------------------------------------------------------------------------------ */
 
 /* The functions below solve the linear problem and leave status, solution and basis in it, see the

@@ -88,6 +88,19 @@ int WrittenNames::longest() const {
   return static_cast<int>(result);
 }
 
+bool WrittenNames::all_are_fields() const {
+  constexpr std::size_t kLongestField = 255;
+  for (int i = 0; i < size(); ++i) {
+    const std::string_view name = view(i);
+    if (name.empty() || name.size() > kLongestField) return false;
+    for (const char c : name) {
+      const unsigned char byte = static_cast<unsigned char>(c);
+      if (byte <= ' ' || byte == 127) return false;
+    }
+  }
+  return true;
+}
+
 bool WrittenNames::make_legal() {
   bool legal = true;
   for (int i = 0; i < size() && legal; ++i) legal = is_legal_lp_name((*this)[i]);

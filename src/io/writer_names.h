@@ -15,11 +15,15 @@ class WrittenNames {
   WrittenNames(const NameStore& store, int count, char letter, bool generic);
 
   const char* operator[](int i) const { return (*names_)[i]; }
+  std::string_view view(int i) const { return names_->view(i); }
   int size() const { return names_->size(); }
   /// The names are default ones.
   bool generated() const { return generated_; }
   /// Longest name, in characters.
   int longest() const;
+  /// True when each name is one field of an MPS-like line: 1 to 255 characters, none of them blank
+  /// or a control character.
+  bool all_are_fields() const;
   /// Replaces the whole kind by legal copies when one of them is not legal in LP files; true then.
   bool make_legal();
 

@@ -46,6 +46,15 @@ struct IndicatorConstraints {
   int size() const { return rows.size(); }
 };
 
+/// In which order and direction the search should branch; columns not listed come last.
+struct PriorityOrder {
+  Vector<int> column;     // each column once, in the order given
+  Vector<int> priority;   // [size] the larger ones first
+  Vector<int> direction;  // [size] -1 down first, 1 up first, 0 as the search likes
+
+  int size() const { return static_cast<int>(column.size()); }
+};
+
 struct QuadraticConstraint {
   double rhs = 0.0;
   char sense = 'L';
@@ -81,6 +90,7 @@ struct Model {
   NameStore quadratic_names;
   SosSets sos;
   IndicatorConstraints indicators;
+  PriorityOrder order;
   ExtraRows user_cuts;
   ExtraRows lazy_constraints;
 };

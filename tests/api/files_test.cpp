@@ -1,10 +1,7 @@
 // Model files through the interface: choice of the format, compression, failures.
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
-#include "prob_fixture.h"
+#include "file_fixture.h"
 
 namespace {
 
@@ -17,19 +14,8 @@ constexpr const char* kMps =
 constexpr const char* kLp =
     "Minimize\n cost: x + 2 y\nSubject To\n r1: x + y <= 4\n r2: x >= 1\nBounds\n x <= 3\nEnd\n";
 
-class ModelFiles : public ProblemTest {
+class ModelFiles : public FileTest {
  protected:
-  ModelFiles() {
-    char pattern[] = "/tmp/kelvo_models_XXXXXX";
-    folder_ = mkdtemp(pattern);
-  }
-  ~ModelFiles() override { fs::remove_all(folder_); }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-  std::string put(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
-    return path(name);
-  }
   int read(const std::string& file, const char* type = nullptr) {
     return KLVreadcopyprob(env, lp, file.c_str(), type);
   }
@@ -48,8 +34,6 @@ class ModelFiles : public ProblemTest {
     EXPECT_EQ(index, 1);
   }
   void clear_model() { ASSERT_EQ(KLVdelcols(env, lp, 0, KLVgetnumcols(env, lp) - 1), 0); }
-
-  fs::path folder_;
 };
 
 TEST_F(ModelFiles, TheFormatFollowsTypeNameOrText) {
