@@ -771,6 +771,86 @@ KLV_API int KLVhybbaropt(KLVenv env, KLVprob lp, int method);
 /* Sifting. Not available yet: 1292. */
 KLV_API int KLVsiftopt(KLVenv env, KLVprob lp);
 
+/* ---- The basis and its factor -------------------------------------------------------------- */
+
+/* B is the matrix of the basic variables' columns, one per basis position 0..m-1 (m rows, n
+ * columns; the order of the positions is that of KLVgetbhead). The slack of row r is the variable
+ * -r-1. Its column is the unit column of the row, +1 for 'L', 'E' and 'G' (slack = right-hand side
+ * minus activity) and -1 for 'R' (slack = activity minus right-hand side). Everything is unscaled.
+ *
+ * A factor exists once the library has solved the problem or made a basis of it, until the matrix
+ * changes or another basis is handed in; without one the functions give 1258. Indices outside the
+ * problem give 1200, null arrays 1004. */
+
+/* Column j (0..m-1) of the inverse of B, by position: x [m] with B x = e_j. */
+KLV_API int KLVbinvcol(KLVenv env, KLVprob lp, int j, double* x);
+
+/* Row i (a position) of the inverse of B: y [m], by row, with y'B = e_i'. */
+KLV_API int KLVbinvrow(KLVenv env, KLVprob lp, int i, double* y);
+
+/* The inverse of B times the column of variable j (a column, or -r-1 for the slack of row r): x
+ * [m], by position. */
+KLV_API int KLVbinvacol(KLVenv env, KLVprob lp, int j, double* x);
+
+/* Row i (a position) of the inverse of B times the columns: z [n]; exactly 0 or 1 for basic
+ * columns. */
+KLV_API int KLVbinvarow(KLVenv env, KLVprob lp, int i, double* z);
+
+/* Solves in place: x [m], by row on entry, by position on return, becomes the inverse of B times
+ * x. */
+KLV_API int KLVftran(KLVenv env, KLVprob lp, double* x);
+
+/* Solves in place: y [m], by position on entry, by row on return, becomes y' times the inverse of
+ * B. */
+KLV_API int KLVbtran(KLVenv env, KLVprob lp, double* y);
+
+/* The basis header: head[i] is the variable basic at position i, x[i] its value in the stored
+ * solution. Either array [m] may be null. 1217 without a solution with a basis. */
+KLV_API int KLVgetbhead(KLVenv env, KLVprob lp, int* head, double* x);
+
+/* The position at which the slack of row i (with j = -1) or column j (with i = -1) is basic. 1200
+ * unless exactly one of them is given, 1217 without a solution with a basis, 1251 when the variable
+ * is not basic. */
+KLV_API int KLVgetijrow(KLVenv env, KLVprob lp, int i, int j, int* row_p);
+
+/* After the dual simplex method ended with status 3: multipliers y [m] that prove that no point
+ * satisfies the rows. Every such point would have y'Ax >= y'b, where b_i is the right-hand side
+ * (for a ranged row the lower limit if y_i > 0, else the upper one); y_i is >= 0 for 'G', <= 0 for
+ * 'L'. *proof_p (may be null) receives y'b minus the largest value of y'Ax within the bounds of the
+ * columns, which is positive. 1265 after anything else, 1018, 1031. */
+KLV_API int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p);
+
+/* After status 2: a direction z [n] along which the objective improves without end while rows and
+ * bounds are kept. The variable that entered last moves by 1 or -1. 1217 without a solution, 1254
+ * when it is not unbounded or no direction is known. */
+KLV_API int KLVgetray(KLVenv env, KLVprob lp, double* z);
+
+/* ---- Sensitivity ---------------------------------------------------------------------------- */
+
+/* How far one number may move, all others kept, while the optimal basis stays optimal. Ranges end
+ * at -1e20 and 1e20 where there is no limit. Errors of all of them, in this order: 1004 for a
+ * missing array, 1217 without a solution, 1260 when it is not an optimal one with a basis, 1258
+ * without a factor, 1200 for a range that is empty or not within the problem. Entry k of an array
+ * belongs to column or row begin + k. */
+
+/* Objective coefficients of columns begin..end. */
+KLV_API int KLVobjsa(KLVenv env, KLVprob lp, int begin, int end, double* lower, double* upper);
+
+/* Right-hand sides of rows begin..end; a ranged row keeps its range and moves as a whole. */
+KLV_API int KLVrhssa(KLVenv env, KLVprob lp, int begin, int end, double* lower, double* upper);
+
+/* Lower bounds (lblower to lbupper) and upper bounds (ublower to ubupper) of columns begin..end;
+ * each array may be null. */
+KLV_API int KLVboundsa(KLVenv env, KLVprob lp, int begin, int end, double* lblower, double* lbupper,
+                       double* ublower, double* ubupper);
+
+/* All of these at once: objective coefficients and bounds of columns cbegin..cend, right-hand sides
+ * of rows rbegin..rend. Arrays that are null are not wanted; those of the objective and of the
+ * right-hand sides come in pairs (1004 otherwise). A range without arrays is not looked at. */
+KLV_API int KLVErangesa(KLVenv env, KLVprob lp, int cbegin, int cend, int rbegin, int rend,
+                        double* objlower, double* objupper, double* rhslower, double* rhsupper,
+                        double* lblower, double* lbupper, double* ublower, double* ubupper);
+
 /* ---- Solutions ------------------------------------------------------------------------------*/
 
 /* Solution status codes of continuous problems. */

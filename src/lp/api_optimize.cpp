@@ -1,8 +1,6 @@
 // The optimizers of linear problems.
 #include "env/param_numbers.h"
-#include "lp/driver.h"
-#include "lp/lp_settings.h"
-#include "prob/api_frame_prob.h"
+#include "lp/api_basis_frame.h"
 
 namespace kelvo {
 namespace {
@@ -40,25 +38,6 @@ class CallbackHook final : public IterationHook {
   const Callback callback_;
 };
 
-/// What the simplex methods and their relatives refuse.
-Status check_linear(const Problem& problem) {
-  if (is_mixed_integer_type(problem.type())) {
-    return Status::failure(error::kNotForMixedInteger);
-  }
-  const Model& model = problem.model();
-  if (!model.quadratic_constraints.empty()) {
-    return Status::failure(error::kNotForQuadraticConstraints);
-  }
-  if (model.quadratic.num_major > 0) return Status::failure(error::kNotForQuadratic);
-  return Status();
-}
-
-/// The working LP is the optimizer's while it runs and the problem's again when it has finished
-/// well; otherwise it is gone, since it may not agree with anything.
-Owned<WorkingLp> take_working_lp(Problem& problem) {
-  return Owned<WorkingLp>(static_cast<WorkingLp*>(problem.working_lp.release()));
-}
-
 Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
   const DriverSettings settings =
       read_driver_settings(environment.settings(), problem.objective_sense());
@@ -72,7 +51,10 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   problem.working_lp = std::move(working);
   problem.solution_status = answer.status;
   problem.solution = std::move(answer.record);
-  if (answer.basis.present) problem.basis = std::move(answer.basis);
+  if (answer.basis.present) {
+    problem.basis = std::move(answer.basis);
+    problem.basis.factored = true;
+  }
   return Status();
 }
 

@@ -15,6 +15,8 @@ namespace {
 constexpr double kSumRounding = 1e-14;
 // Entries of a proof up to this share of the terms they were summed from are cancelled to nothing.
 constexpr double kProofRounding = 1e-11;
+// In the value of a proof entries below this are ignored whatever their terms.
+constexpr double kProofEntry = 1e-13;
 // The gap that proves infeasibility must be above this share of its terms.
 constexpr double kProofGap = 1e-12;
 // A direction of largest entry 1 keeps a limit when it moves by no more than this share of its
@@ -127,6 +129,24 @@ bool add_least(double weight, double lower, double upper, Sum& sum) {
   return true;
 }
 
+/// Subtracts max (A'y)'x over the column bounds, entries of A'y below `ignored` left out; false
+/// when there is no maximum.
+bool subtract_most(const Model& model, const Vector<double>& y, double ignored, Sum& gap) {
+  for (int j = 0; j < model.num_cols; ++j) {
+    const Sum sum = sum_column(model, j, y.data(), 0.0, 1.0);
+    double weight = static_cast<double>(sum.value);
+    if (std::fabs(weight) < ignored ||
+        std::fabs(weight) <= kProofRounding * static_cast<double>(sum.magnitude)) {
+      weight = 0.0;
+    }
+    if (!add_least(-weight, finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]),
+                   gap)) {
+      return false;
+    }
+  }
+  return true;
+}
+
 /// min y'a - max (A'y)'x > 0 for y as it stands, multipliers of absent limits removed first.
 bool proves_infeasible(const Model& model, Vector<double>& y) {
   Sum gap;
@@ -134,16 +154,7 @@ bool proves_infeasible(const Model& model, Vector<double>& y) {
     const RowLimits limits = row_limits(model, i);
     if (!add_least(y[i], limits.lower, limits.upper, gap)) y[i] = 0.0;
   }
-  for (int j = 0; j < model.num_cols; ++j) {
-    const Sum sum = sum_column(model, j, y.data(), 0.0, 1.0);
-    double weight = static_cast<double>(sum.value);
-    if (std::fabs(weight) <= kProofRounding * static_cast<double>(sum.magnitude)) weight = 0.0;
-    if (!add_least(-weight, finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]),
-                   gap)) {
-      return false;
-    }
-  }
-  return gap.value > kProofGap * gap.magnitude;
+  return subtract_most(model, y, 0.0, gap) && gap.value > kProofGap * gap.magnitude;
 }
 
 double largest_magnitude(const Vector<double>& values) {
@@ -180,6 +191,18 @@ bool verify_farkas(const Model& model, Vector<double>& y) {
   if (!proves_infeasible(model, flipped)) return false;
   y.swap(flipped);
   return true;
+}
+
+double farkas_proof(const Model& model, const Vector<double>& y) {
+  Sum gap;
+  bool finite = true;
+  for (int i = 0; i < model.num_rows; ++i) {
+    const RowLimits limits = row_limits(model, i);
+    if (std::fabs(y[i]) < kProofEntry) continue;
+    finite = add_least(y[i], limits.lower, limits.upper, gap) && finite;
+  }
+  finite = subtract_most(model, y, kProofEntry, gap) && finite;
+  return finite ? static_cast<double>(gap.value) : -kInfiniteBound;
 }
 
 bool verify_ray(const Model& model, Vector<double>& r) {

@@ -29,6 +29,10 @@ Violations complete_and_measure(const Model& model, const Vector<int>& status,
 /// rounding taken out.
 bool verify_farkas(const Model& model, Vector<double>& y);
 
+/// The gap  min y'a - max (A'y)'x  of multipliers as they stand, -1e20 when an absent limit makes
+/// it infinite. Entries that can only be rounding count as 0.
+double farkas_proof(const Model& model, const Vector<double>& y);
+
 /// Tests a direction r [num_cols] of unboundedness: the objective improves along it, and no row
 /// limit or column bound is ever left. On success it is scaled to largest entry 1.
 bool verify_ray(const Model& model, Vector<double>& r);

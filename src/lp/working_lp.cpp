@@ -44,10 +44,38 @@ void WorkingLp::start_afresh() {
   make_simplex();
 }
 
-void WorkingLp::start_from(const StoredBasis& basis, const Model& model) {
+void WorkingLp::start_from(const StoredBasis& basis, const Model& model, const double* x) {
   Vector<int> status;
   stored_to_lp_status(basis, model, status);
-  if (status != simplex_->status()) simplex_->set_basis(status);
+  if (status == simplex_->status()) return;
+  if (x == nullptr) {
+    simplex_->set_basis(status);
+    return;
+  }
+  Vector<double> values(lp_.num_vars(), 0.0);
+  for (int j = 0; j < lp_.num_cols; ++j) {
+    values[j] = x[j] * scaling_.variable_factor(j, lp_.num_cols);
+  }
+  simplex_->set_basis(status, values.data());
+}
+
+bool WorkingLp::has_basic_variables_of(const StoredBasis& basis) const {
+  const int n = lp_.num_cols;
+  const Vector<int>& status = simplex_->status();
+  for (int j = 0; j < n; ++j) {
+    if ((status[j] == kBasic) != (basis.col_status[j] == kBasic)) return false;
+  }
+  for (int i = 0; i < lp_.num_rows; ++i) {
+    if ((status[n + i] == kBasic) != (basis.row_status[i] == kBasic)) return false;
+  }
+  return true;
+}
+
+void WorkingLp::change_bounds(int column, double lower, double upper) {
+  const double factor = scaling_.variable_factor(column, lp_.num_cols);
+  lp_.lower[column] = lower * factor;
+  lp_.upper[column] = upper * factor;
+  simplex_->bounds_changed();
 }
 
 bool WorkingLp::compute_basic_solution(const SimplexSettings& settings) {

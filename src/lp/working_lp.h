@@ -13,6 +13,7 @@
 #include "lp/scaling.h"
 #include "lp/simplex/simplex.h"
 #include "prob/attachment.h"
+#include "prob/change_kind.h"
 
 namespace kelvo {
 
@@ -46,8 +47,11 @@ class WorkingLp final : public Attachment {
   void refresh(const Model& model);
   /// Forgets basis, factor and weights: the slack basis again.
   void start_afresh();
-  /// Starts from a stored basis, unless that is the basis in force already.
-  void start_from(const StoredBasis& basis, const Model& model);
+  /// Starts from a stored basis, unless that is the basis in force already. `x` [num_cols], in the
+  /// model's units, may say where superbasic columns stand.
+  void start_from(const StoredBasis& basis, const Model& model, const double* x = nullptr);
+  /// True when the basis in force has the basic variables of a stored one.
+  bool has_basic_variables_of(const StoredBasis& basis) const;
   /// Factors the basis in force and computes its values without iterating; false when the basis is
   /// singular.
   bool compute_basic_solution(const SimplexSettings& settings);
@@ -56,6 +60,11 @@ class WorkingLp final : public Attachment {
   const Scaling& scaling() const { return scaling_; }
   Simplex& simplex() { return *simplex_; }
   const Simplex& simplex() const { return *simplex_; }
+  /// New bounds of a column in the model's units, until the next refresh().
+  void change_bounds(int column, double lower, double upper);
+  /// The revisions of the problem that this object agrees with, by the word of its owner.
+  const Revisions& agrees_with() const { return agrees_with_; }
+  void set_agrees_with(const Revisions& revisions) { agrees_with_ = revisions; }
   /// The scaling that was asked for; kept when the LP has been replaced by an unscaled one.
   void set_requested_scaling(ScalingMethod method) { requested_ = method; }
 
@@ -94,6 +103,7 @@ class WorkingLp final : public Attachment {
   void make_simplex();
 
   ScalingMethod requested_;
+  Revisions agrees_with_{.structure = ~std::uint64_t{0}};  // with none, to begin with
   LpProblem lp_;
   Scaling scaling_;
   SinkRelay sink_;

@@ -39,7 +39,10 @@ void Problem::notify_change(ChangeKind kind) noexcept {
   const unsigned stale = stale_after(kind);
   if ((stale & kCachedSolution) != 0) discard_solution();
   if ((stale & kCachedBasis) != 0) basis = StoredBasis();
-  if ((stale & kCachedWorkingLp) != 0) working_lp.reset();
+  if ((stale & kCachedWorkingLp) != 0) {
+    working_lp.reset();
+    basis.factored = false;
+  }
   if ((stale & kCachedPresolve) != 0) presolve.reset();
   if ((stale & kCachedDerived) != 0) {
     view_target.reset();

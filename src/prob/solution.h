@@ -49,6 +49,9 @@ enum SolutionMethod : int {
 /// 0 means that the activity is at the lower end of the range, 2 at the upper end.
 struct StoredBasis {
   bool present = false;
+  // The library has factored this basis for the matrix that the model still has. A basis that a
+  // caller hands in has not been factored; a change of the matrix ends it.
+  bool factored = false;
   Vector<int> col_status;  // [columns]
   Vector<int> row_status;  // [rows]
 };

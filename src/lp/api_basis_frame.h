@@ -1,0 +1,38 @@
+// What the exported functions on bases share: who is refused, and how the factor is come by.
+#pragma once
+
+#include "lp/kept_basis.h"
+#include "lp/lp_settings.h"
+#include "prob/api_frame_prob.h"
+
+namespace kelvo {
+
+/// What the simplex methods and their relatives refuse.
+inline Status check_linear(const Problem& problem) {
+  if (is_mixed_integer_type(problem.type())) {
+    return Status::failure(error::kNotForMixedInteger);
+  }
+  const Model& model = problem.model();
+  if (!model.quadratic_constraints.empty()) {
+    return Status::failure(error::kNotForQuadraticConstraints);
+  }
+  if (model.quadratic.num_major > 0) return Status::failure(error::kNotForQuadratic);
+  return Status();
+}
+
+/// The working LP with the factor of the stored basis; 1256 when that is singular.
+inline Status hold_stored_basis(Environment& environment, Problem& problem, WorkingLp*& working) {
+  const DriverSettings settings =
+      read_driver_settings(environment.settings(), problem.objective_sense());
+  const CallContext context{environment.messages(), environment.stop_check()};
+  working = hold_basis(problem, settings, context);
+  return working != nullptr ? Status() : Status::failure(error::kBasisSingular);
+}
+
+/// The same, when the library has factored the basis before; else 1258.
+inline Status hold_factor(Environment& environment, Problem& problem, WorkingLp*& working) {
+  if (!problem.basis.present || !problem.basis.factored) return Status::failure(error::kNoFactor);
+  return hold_stored_basis(environment, problem, working);
+}
+
+}  // namespace kelvo
