@@ -50,10 +50,12 @@ struct WorkVector {
   }
 
   /// Makes the list valid and exact: only entries above the drop tolerance stay.
-  void pack() {
+  void pack() { pack(size()); }
+  /// The same, when all entries from `end` on are known to be zero.
+  void pack(int end) {
     int kept = 0;
     if (count == kDense) {
-      for (int i = 0; i < size(); ++i) keep(i, kept);
+      for (int i = 0; i < end; ++i) keep(i, kept);
     } else {
       for (int k = 0; k < count; ++k) keep(index[k], kept);
     }
@@ -66,13 +68,13 @@ struct WorkVector {
   }
 
  private:
+  // Without a branch: which entries stay is as good as random.
   void keep(int i, int& kept) {
-    const auto at = i;
-    if (std::fabs(value[at]) > kDropTolerance) {
-      index[static_cast<std::size_t>(kept++)] = i;
-    } else {
-      value[at] = 0.0;
-    }
+    const double x = value[i];
+    const bool stays = std::fabs(x) > kDropTolerance;
+    index[static_cast<std::size_t>(kept)] = i;
+    kept += stays;
+    value[i] = stays ? x : 0.0;
   }
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 namespace kelvo {
 namespace {
@@ -18,6 +20,54 @@ constexpr int kDenseSpeed = 8;
 
 inline bool negligible(double value) {
   return std::fabs(value) <= kDropTolerance;
+}
+
+/// Runs over the pivots of a plain pass a block at a time: blocks without a nonzero cost next to
+/// nothing, and most blocks are such. What a body stores must lie ahead in the run.
+constexpr int kBlock = 8;
+
+inline bool block_is_zero(const double* a) {
+  std::uint64_t bits[kBlock];
+  std::memcpy(bits, a, sizeof bits);
+  std::uint64_t any = 0;
+  for (int i = 0; i < kBlock; ++i) any |= bits[i];
+  return any == 0;
+}
+
+template <class Body>
+inline void for_nonzeros_down(const double* a, int begin, int end, Body body) {
+  int k = end;
+  while (k - begin >= kBlock) {
+    if (block_is_zero(a + k - kBlock)) {
+      k -= kBlock;
+      continue;
+    }
+    for (const int stop = k - kBlock; k > stop;) {
+      --k;
+      if (a[k] != 0.0) body(k);
+    }
+  }
+  while (k > begin) {
+    --k;
+    if (a[k] != 0.0) body(k);
+  }
+}
+
+template <class Body>
+inline void for_nonzeros_up(const double* a, int begin, int end, Body body) {
+  int k = begin;
+  while (end - k >= kBlock) {
+    if (block_is_zero(a + k)) {
+      k += kBlock;
+      continue;
+    }
+    for (const int stop = k + kBlock; k < stop; ++k) {
+      if (a[k] != 0.0) body(k);
+    }
+  }
+  for (; k < end; ++k) {
+    if (a[k] != 0.0) body(k);
+  }
 }
 
 /// The arrays of a file, held in registers by the loops.
@@ -163,20 +213,24 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
     }
     out.count = count;
   } else {
-    const int block_end = lu_.dense.order > 0 ? m - 1 : -1;
-    for (int s = lu_.sequence_size - 1; s >= 0; --s) {
-      if (s == block_end) lu_.dense.solve_upper(a + lu_.block_begin());
-      const int k = lu_.sequence[s];
-      if (k < 0 || a[k] == 0.0) continue;
+    const auto eliminate = [&](int k) {
       const double ak = a[k];
       const double xk = ak * inverse[k];
       a[k] = 0.0;
-      if (negligible(xk)) continue;
+      if (negligible(xk)) return;
       y[position[k]] = xk;
       list[count++] = position[k];
       entries.subtract(column[k], ak, a);
       touched += column[k].size();
+    };
+    // The moved pivots come first; after them every pivot stands at its own number, and those that
+    // moved are zero by then.
+    for (int s = lu_.sequence_size - 1; s >= m; --s) {
+      const int k = lu_.sequence[s];
+      if (k >= 0 && a[k] != 0.0) eliminate(k);
     }
+    if (lu_.dense.order > 0) lu_.dense.solve_upper(a + lu_.block_begin());
+    for_nonzeros_down(a, 0, m, eliminate);
     touched += m + lu_.dense.size() / kDenseSpeed;
     out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }
@@ -206,24 +260,33 @@ void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
     }
     y.count = count;
   } else {
-    const auto pass = [&](int from, int to) {
-      for (int s = from; s < to; ++s) {
+    const auto eliminate = [&](int k) {
+      const double ak = a[k];
+      const double yk = ak * inverse[k];
+      a[k] = negligible(yk) ? 0.0 : yk;
+      if (a[k] == 0.0) return;
+      y.index[count++] = k;
+      entries.subtract(row[k], ak, a);
+      touched += row[k].size();
+    };
+    // Pivots that have not moved stand at their own numbers; the moved ones follow.
+    const auto pass_in_place = [&](int from, int to) {
+      for_nonzeros_up(a, from, to, [&](int k) {
+        if (!lu_.moved(k)) eliminate(k);
+      });
+    };
+    const auto pass_moved = [&] {
+      for (int s = m; s < lu_.sequence_size; ++s) {
         const int k = lu_.sequence[s];
-        if (k < 0 || a[k] == 0.0) continue;
-        const double ak = a[k];
-        const double yk = ak * inverse[k];
-        a[k] = negligible(yk) ? 0.0 : yk;
-        if (a[k] == 0.0) continue;
-        y.index[count++] = k;
-        entries.subtract(row[k], ak, a);
-        touched += row[k].size();
+        if (k >= 0 && a[k] != 0.0) eliminate(k);
       }
     };
     if (lu_.dense.order == 0) {
-      pass(0, lu_.sequence_size);
+      pass_in_place(0, m);
+      pass_moved();
     } else {
       const int begin = lu_.block_begin();
-      pass(0, begin);
+      pass_in_place(0, begin);
       lu_.dense.solve_upper_transposed(a + begin, inverse + begin, lu_.place.data() + begin, m);
       for (int k = begin; k < m; ++k) {
         if (lu_.moved(k) || a[k] == 0.0) continue;
@@ -231,7 +294,7 @@ void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
         entries.subtract(row[k], a[k] * lu_.diagonal[k], a);
         touched += row[k].size();
       }
-      pass(m, lu_.sequence_size);
+      pass_moved();
       touched += lu_.dense.size() / kDenseSpeed;
     }
     touched += m;
@@ -296,16 +359,15 @@ void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& ou
       lu_.dense.solve_lower_transposed(a + lu_.block_begin());
       touched += lu_.dense.size() / kDenseSpeed;
     }
-    for (int k = m - 1; k >= 0; --k) {
+    for_nonzeros_down(a, 0, m, [&](int k) {
       const double yk = a[k];
-      if (yk == 0.0) continue;
       a[k] = 0.0;
-      if (negligible(yk)) continue;
+      if (negligible(yk)) return;
       x[row_of_pivot[k]] = yk;
       list[count++] = row_of_pivot[k];
       entries.subtract(row[k], yk, a);
       touched += row[k].size();
-    }
+    });
     touched += m;
     out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }

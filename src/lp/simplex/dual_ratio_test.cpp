@@ -29,7 +29,7 @@ constexpr int kScannedGroups = 4;
 
 DualRatioTest::DualRatioTest(SimplexState& state)
     : state_(state),
-      candidates_(state.num_vars),
+      candidates_(state.num_vars + 1),
       bound_from_(state.num_vars),
       banned_(state.num_vars, 0) {
   flips_.reserve(state.num_vars);
@@ -57,23 +57,25 @@ void DualRatioTest::collect(double direction, double filter) {
   Candidate* out = candidates_.data();
   int count = 0;
   double largest = 0.0;
+  const auto add = [&](int j, double rate, double d) {
+    // Half of the entries have the wrong sign, at random: no branch, the next one overwrites.
+    const bool counts = rate > filter;
+    out[count] = {j, rate, d, 0.0};
+    count += counts;
+    largest = std::max(largest, rate);
+  };
   for (int k = 0; k < row.count; ++k) {
     const int j = row.index[k];
     const double a = direction * alpha[j];
-    double rate;
-    double d;
+    if (bans && banned_[j]) continue;
     if (move[j] == SimplexState::kAnywhere) {
-      rate = std::fabs(a);
-      d = a > 0.0 ? dual[j] : -dual[j];
-      if (d > 0.0) d = 0.0;  // a free variable blocks at once, whichever way its cost leans
+      // A free variable blocks at once, whichever way its cost leans.
+      add(j, std::fabs(a), std::min(a > 0.0 ? dual[j] : -dual[j], 0.0));
     } else {
-      rate = a * move[j];
-      d = dual[j] * move[j];
+      add(j, a * move[j], dual[j] * move[j]);
     }
-    if (rate <= filter || (bans && banned_[j])) continue;
-    out[count++] = {j, rate, d, 0.0};
-    if (rate > largest) largest = rate;
   }
+  if (largest <= filter) largest = 0.0;
   count_ = count;
   largest_alpha_ = largest;
 }

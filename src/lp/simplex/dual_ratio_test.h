@@ -59,7 +59,7 @@ class DualRatioTest {
   bool better(const Candidate& a, const Candidate& b) const;
 
   SimplexState& state_;
-  Vector<Candidate> candidates_;  // [num_vars]; the first count_ are valid
+  Vector<Candidate> candidates_;  // [num_vars + 1]; the first count_ are valid
   int count_ = 0;
   double largest_alpha_ = 0.0;
   double reach_ = kInf;  // no breakpoint of a candidate that was left out lies below this

@@ -11,7 +11,7 @@ namespace {
 constexpr double kListDensity = 0.15;
 // Above this density of the weights a dot product per active column is cheaper than running over
 // the rows: it reads each entry once and writes each result once.
-constexpr double kColumnDensity = 0.4;
+constexpr double kColumnDensity = 0.2;
 // Stands for a cancelled entry, so that a listed place is never mistaken for an unlisted one.
 constexpr double kCancelled = 1e-100;
 

@@ -452,7 +452,7 @@ void SimplexState::compute_pivot_row() {
   rows.multiply(row_ep, density.pivot_row, pivot_row);
   const double* weight = row_ep.value.data();
   const signed char* logical_move = move.data() + n;
-  if (pivot_row.is_dense()) pivot_row.pack();
+  if (pivot_row.is_dense()) pivot_row.pack(n);
   for (int k = 0; k < row_ep.count; ++k) {
     const int i = row_ep.index[k];
     if (logical_move[i] != kStays) pivot_row.insert(n + i, weight[i]);
