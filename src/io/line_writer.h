@@ -19,9 +19,13 @@ class LineWriter {
   int length() const { return static_cast<int>(line_.size()); }
   /// Appends as it is.
   void put(std::string_view text) { line_.append(text); }
+  /// True when a token of this length goes to a new line.
+  bool wraps(std::size_t token_length) const {
+    return length() + static_cast<int>(token_length) > kLineWidth && length() > indent_;
+  }
   /// Appends a token, on a new line when it does not fit.
   void token(std::string_view text) {
-    if (length() + static_cast<int>(text.size()) > kLineWidth && length() > indent_) {
+    if (wraps(text.size())) {
       end_line();
       line_.assign(static_cast<std::size_t>(indent_), ' ');
     }
@@ -51,7 +55,7 @@ class TokenText {
   /// |x|, see format_number().
   TokenText& number(double x) {
     char digits[kNumberText];
-    const int length = format_number(x, digits, finite_);
+    const int length = format_number(x, digits, numbers_);
     text_.append(digits, static_cast<std::size_t>(length));
     return *this;
   }
@@ -63,12 +67,13 @@ class TokenText {
   }
   std::string_view view() const { return text_; }
   void clear() { text_.clear(); }
-  /// False once a number was not finite.
-  bool finite() const { return finite_; }
+  const WrittenNumbers& numbers() const { return numbers_; }
+  /// Counts a number that cannot be read back for another reason than its digits.
+  void count_unreadable() { ++numbers_.unreadable; }
 
  private:
   String text_;
-  bool finite_ = true;
+  WrittenNumbers numbers_;
 };
 
 }  // namespace kelvo

@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
+#include "base/name_index.h"
 #include "io/line_writer.h"
+#include "io/lp_reader_keywords.h"
 #include "io/writer_names.h"
+#include "prob/bound_rules.h"
 
 namespace kelvo {
 namespace {
@@ -13,6 +17,15 @@ constexpr int kWidestLabel = 32;
 // Coefficients this near to 1 are written without a number.
 constexpr double kUnit = 1e-13;
 constexpr int kNotRepresentable = 1650;
+constexpr std::size_t kLongestRangeName = 253;  // of the row; "Rg" stands before it
+
+/// The reader takes such a bound for infinite or for zero, although it can read the number.
+bool is_distorted_bound(double bound) {
+  constexpr double kSmallestRead = 1e-37;
+  const double magnitude = std::fabs(bound);
+  return magnitude >= kInfiniteBoundInput ||
+         (magnitude < kZeroBoundInput && magnitude >= kSmallestRead);
+}
 
 class LpFileWriter {
  public:
@@ -30,6 +43,7 @@ class LpFileWriter {
  private:
   void announce_names();
   void legalize();
+  void announce_losses();
   void find_ranges();
   void objective();
   void quadratic_objective(bool after_terms);
@@ -43,6 +57,8 @@ class LpFileWriter {
   void type_list(const char* header, const char* wanted);
   void sets();
 
+  static bool heads_section(const char* name);
+  const char* sign_before(const char* name, double coefficient, bool first) const;
   void label(const char* name, int width);
   void term(double coefficient, const char* name, bool& first);
   void product_term(double coefficient, int i, int j, bool& first);
@@ -87,7 +103,8 @@ Status LpFileWriter::write() {
   types();
   sets();
   stream_.write("End\n");
-  return token_.finite() ? Status() : Status::failure(kNotRepresentable);
+  announce_losses();
+  return token_.numbers().finite ? Status() : Status::failure(kNotRepresentable);
 }
 
 // --- Names ---------------------------------------------------------------------------------------
@@ -109,13 +126,15 @@ void LpFileWriter::announce_names() {
 
 void LpFileWriter::legalize() {
   bool changed = false;
-  if (!names_.objective.empty() && !is_legal_lp_name(names_.objective.c_str())) {
-    names_.objective = legal_lp_name(names_.objective.c_str());
+  if (!names_.objective.empty() && !is_legal_lp_name(names_.objective, true)) {
+    names_.objective = legal_lp_name(names_.objective, true);
     changed = true;
   }
   for (WrittenNames* kind : {&names_.columns, &names_.rows, &names_.sets, &names_.quadratics,
                              &names_.indicators, &names_.user_cuts, &names_.lazy_constraints}) {
-    changed |= kind->make_legal();
+    if (kind->generated()) continue;
+    changed |= make_distinct(&kind, 1, nullptr);
+    changed |= kind->make_legal(kind != &names_.columns && kind != &names_.sets);
   }
   if (changed) {
     sink_.send(Channel::warning,
@@ -123,14 +142,54 @@ void LpFileWriter::legalize() {
   }
 }
 
+/// Says what the file has lost although it was written.
+void LpFileWriter::announce_losses() {
+  const auto tell = [&](const char* text, int count) {
+    if (count > 0) sink_.print(Channel::warning, text, count);
+  };
+  tell("Warning:  %d numbers cannot be read back from an LP file.\n", token_.numbers().unreadable);
+  int equations = 0, sets = 0;
+  for (const QuadraticConstraint& row : model_.quadratic_constraints) {
+    if (row.sense == 'E') ++equations;
+  }
+  for (int k = 0; k < model_.sos.size(); ++k) {
+    const double* const weight = model_.sos.members.value.data();
+    Vector<double> sorted(weight + model_.sos.members.start[k],
+                          weight + model_.sos.members.start[k + 1]);
+    std::sort(sorted.begin(), sorted.end());
+    if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) ++sets;
+  }
+  tell("Warning:  %d quadratic equations cannot be read back from an LP file.\n", equations);
+  tell("Warning:  %d sets with equal weights cannot be read back from an LP file.\n", sets);
+}
+
 void LpFileWriter::find_ranges() {
   for (int i = 0; i < model_.num_rows; ++i) {
-    if (model_.row_sense[i] != 'R') continue;
-    ranged_rows_.push_back(i);
+    if (model_.row_sense[i] == 'R') ranged_rows_.push_back(i);
+  }
+  if (ranged_rows_.empty()) return;
+  NameIndex columns;
+  columns.build(names_.columns, names_.columns.size());
+  for (const int i : ranged_rows_) {
     String name("Rg");
-    name += names_.rows[i];
+    name += names_.rows.view(i).substr(0, kLongestRangeName);
+    while (columns.find(name, names_.columns) != NameIndex::kNone) name.insert(0, "Rg_");
     range_names_.append(name);
   }
+}
+
+/// A name that would head a section if it stood at the start of a line, alone or with more behind.
+bool LpFileWriter::heads_section(const char* name) {
+  return classify_lp_line(LpSection::minimize, name) != LpSection::content;
+}
+
+/// A name is to begin the next token; at the start of a line it may need a sign before it.
+const char* LpFileWriter::sign_before(const char* name, double coefficient, bool first) const {
+  if (coefficient < 0.0) return " -";
+  if (!first) return " +";
+  constexpr std::size_t kMostBeside = 40;  // number, blanks, "^2" or an arrow
+  const bool may_wrap = line_.wraps(2 * std::strlen(name) + kMostBeside) || line_.length() == 0;
+  return may_wrap && heads_section(name) ? " +" : "";
 }
 
 // --- Expressions ---------------------------------------------------------------------------------
@@ -145,7 +204,7 @@ void LpFileWriter::label(const char* name, int width) {
 
 void LpFileWriter::term(double coefficient, const char* name, bool& first) {
   token_.clear();
-  token_ << (coefficient < 0.0 ? " -" : first ? "" : " +");
+  token_ << sign_before(name, coefficient, first);
   if (!(std::fabs(std::fabs(coefficient) - 1.0) <= kUnit)) {
     token_ << " ";
     token_.number(coefficient);
@@ -159,7 +218,7 @@ void LpFileWriter::term(double coefficient, const char* name, bool& first) {
 /// coefficient * x_i * x_j, or coefficient * x_i ^2.
 void LpFileWriter::product_term(double coefficient, int i, int j, bool& first) {
   token_.clear();
-  token_ << (coefficient < 0.0 ? " -" : first ? "" : " +");
+  token_ << sign_before(names_.columns[i], coefficient, first);
   if (!(std::fabs(std::fabs(coefficient) - 1.0) <= kUnit)) {
     token_ << " ";
     token_.number(coefficient);
@@ -279,7 +338,7 @@ void LpFileWriter::indicators() {
     line_.set_indent(line_.length());
     token_.clear();
     if (all.column[k] >= 0) {
-      token_ << " ";
+      token_ << sign_before(names_.columns[all.column[k]], 1.0, true) << " ";
       token_.name(names_.columns[all.column[k]]);
     }
     token_ << (all.complemented[k] ? " = 0 " : " = 1 ");
@@ -336,6 +395,8 @@ void LpFileWriter::bound_line(const char* name, char type, double lower, double 
   token_.clear();
   const bool below = infinite_lower(lower);
   const bool above = infinite_upper(upper);
+  if (!below && is_distorted_bound(lower)) token_.count_unreadable();
+  if (!above && is_distorted_bound(upper)) token_.count_unreadable();
   if (below && above) {
     token_ << "      ";
     token_.name(name) << " Free";
@@ -376,6 +437,8 @@ void LpFileWriter::types() {
 void LpFileWriter::type_list(const char* header, const char* wanted) {
   line_.set_indent(0);
   bool any = false;
+  int on_line = 0;  // entries of the current line
+  String only;      // the entry to repeat should the line get no other
   for (int j = 0; j < model_.num_cols; ++j) {
     if (std::strchr(wanted, model_.column_type[j]) == nullptr) continue;
     if (!any) stream_.write(header);
@@ -383,9 +446,16 @@ void LpFileWriter::type_list(const char* header, const char* wanted) {
     token_.clear();
     token_ << " ";
     token_.name(names_.columns[j]) << " ";
+    const std::size_t length = token_.view().size();
+    if (line_.wraps(length) && on_line == 1) line_.put(only);
+    on_line = line_.wraps(length) ? 1 : on_line + 1;
     line_.token(token_.view());
+    only.clear();
+    if (on_line == 1 && heads_section(names_.columns[j])) only.assign(token_.view());
   }
-  if (any) line_.end_line();
+  if (!any) return;
+  if (on_line == 1) line_.put(only);
+  line_.end_line();
 }
 
 void LpFileWriter::sets() {

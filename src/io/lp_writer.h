@@ -1,7 +1,14 @@
 // Writer of LP files, the algebraic format that read_lp() reads.
 //
+// Names that the format cannot hold are changed, those that repeat get numbers, unless the settings
+// forbid it; one warning tells it. Where a name at the start of a line would be taken for the head
+// of a section, a sign stands before it, or, in the lists of types, the name stands twice. What
+// cannot be read back all the same (numbers with an exponent beyond 37, finite bounds from 1e17 on
+// or nearer to zero than 1e-10, quadratic equations, sets with equal weights) is told in warnings.
+//
 // A ranged row has no form of its own in the format: it is written as an equality with one more
-// variable "Rg" + row name, whose bounds span the range.
+// variable "Rg" + row name, whose bounds span the range ("Rg_Rg" + row name
+// when a column has that name).
 #pragma once
 
 #include "base/file_stream.h"

@@ -31,6 +31,7 @@ class MpsFileWriter {
 
  private:
   void announce_names();
+  void legalize();
   void measure_names();
   void rows();
   void row_line(char sense, const char* name);
@@ -53,9 +54,7 @@ class MpsFileWriter {
   void end_entries();
   void name_field(const char* name);
   void number_field(double x);
-  const char* objective_name() const {
-    return names_.objective.empty() ? "obj" : names_.objective.c_str();
-  }
+  const char* objective_name() const { return names_.objective.c_str(); }
   char type_of(int j) const { return model_.column_type.empty() ? 'C' : model_.column_type[j]; }
 
   const Model& model_;
@@ -66,7 +65,7 @@ class MpsFileWriter {
   int width_ = 0;  // of every name field
   bool two_a_line_ = false;
   bool line_open_ = false;  // one entry stands on the current line
-  bool finite_ = true;
+  WrittenNumbers numbers_;
   int marker_ = 0;
   String text_;  // what is not yet sent to the stream
   // Entries of rows outside the matrix, by column: linear parts of quadratic and indicator
@@ -78,6 +77,7 @@ class MpsFileWriter {
 
 Status MpsFileWriter::write() {
   announce_names();
+  legalize();
   measure_names();
   collect_extra_entries();
   text_ += "NAME          ";
@@ -94,7 +94,11 @@ Status MpsFileWriter::write() {
   indicators();
   text_ += "ENDATA\n";
   stream_.write(text_);
-  return finite_ ? Status() : Status::failure(kNotRepresentable);
+  if (numbers_.unreadable > 0) {
+    sink_.print(Channel::warning, "Warning:  %d numbers cannot be read back from an MPS file.\n",
+                numbers_.unreadable);
+  }
+  return numbers_.finite ? Status() : Status::failure(kNotRepresentable);
 }
 
 // --- Names and fields ----------------------------------------------------------------------------
@@ -112,6 +116,25 @@ void MpsFileWriter::announce_names() {
   announce(names_.indicators, "indicator constraint", 'i');
   announce(names_.user_cuts, "user cut", 'u');
   announce(names_.lazy_constraints, "lazy constraints", 'l');
+}
+
+/// Rows of all kinds and the objective share one space of names.
+void MpsFileWriter::legalize() {
+  if (names_.objective.empty()) names_.objective = "obj";
+  WrittenNames* const rows[] = {&names_.rows, &names_.quadratics, &names_.indicators,
+                                &names_.user_cuts, &names_.lazy_constraints};
+  WrittenNames* const columns = &names_.columns;
+  bool changed = !is_field(names_.objective);
+  if (changed) names_.objective = field_name(names_.objective);
+  for (WrittenNames* const kind : rows) changed |= kind->make_fields();
+  changed |= names_.columns.make_fields();
+  changed |= names_.sets.make_fields();
+  changed |= make_distinct(rows, std::size(rows), &names_.objective);
+  if (!columns->generated()) changed |= make_distinct(&columns, 1, nullptr);
+  if (changed) {
+    sink_.send(Channel::warning,
+               "Warning:  Output names have been modified to conform to MPS format.\n");
+  }
 }
 
 void MpsFileWriter::measure_names() {
@@ -140,9 +163,9 @@ void MpsFileWriter::number_field(double x) {
     width = kLongField;
     const int sign = x < 0.0 ? 1 : 0;
     digits[0] = '-';
-    length = sign + format_number(x, digits + sign, finite_);
+    length = sign + format_number(x, digits + sign, numbers_);
   } else {
-    length = format_short_number(x, digits, finite_);
+    length = format_short_number(x, digits, numbers_);
   }
   if (length < width) text_.append(width - length, ' ');
   text_.append(digits, length);
@@ -266,7 +289,9 @@ void MpsFileWriter::column(int j) {
   const ColumnStore& matrix = model_.matrix;
   const int extra_begin = extra_by_column_.start[j];
   const int extra_end = extra_by_column_.start[j + 1];
-  const bool empty = matrix.count[j] == 0 && extra_begin == extra_end;
+  const double* const values = matrix.value.data() + matrix.start[j];
+  const bool empty = extra_begin == extra_end && std::all_of(values, values + matrix.count[j],
+                                                             [](double x) { return x == 0.0; });
   if (model_.objective[j] != 0.0 || empty) {
     entry(name, objective_name(),
           model_.sense < 0 ? 0.0 - model_.objective[j] : model_.objective[j]);
@@ -334,7 +359,7 @@ void MpsFileWriter::column_bounds(int j) {
   const char type = type_of(j);
   if (type == 'S' || type == 'N') {
     bound("SC", j, &upper);
-    if (lower != 0.0) bound(type == 'N' ? "LI" : "LO", j, &lower);
+    if (lower != 0.0 || upper < 0.0) bound(type == 'N' ? "LI" : "LO", j, &lower);
   } else if (below && above) {
     bound("FR", j, nullptr);
   } else if (below) {

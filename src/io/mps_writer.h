@@ -6,6 +6,9 @@
 // - A ranged row is an 'E' row with its range value, sign included, in RANGES.
 // - A column whose lower bound is 0 and whose upper bound is negative gets its LO line, because
 //   without one a reader takes the lower bound for minus infinity.
+// - Names that are no fields of the format (blanks, control characters, more than 255 characters)
+//   are changed, and those that repeat get numbers, which one warning tells. Numbers with an
+//   exponent beyond 37, which readers refuse or take for 0, are counted in another.
 // - A semi-integer column stands among the integer ones and has an SC line; a non-zero lower bound
 //   of it is an LI line, one of a semi-continuous column a LO line.
 #pragma once

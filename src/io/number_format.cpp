@@ -5,6 +5,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/number_text.h"
+
 namespace kelvo {
 namespace {
 
@@ -60,20 +62,21 @@ char* put_plain(const Decimal& x, char* out) {
   return out;
 }
 
-char* put_exponential(const Decimal& x, char letter, char* out) {
+char* put_exponential(const Decimal& x, char letter, char* out, WrittenNumbers& numbers) {
   *out++ = x.digits[0];
   if (x.count > 1) {
     *out++ = '.';
     out = std::copy(x.digits + 1, x.digits + x.count, out);
   }
   const int exponent = x.point - 1;
+  if (std::abs(exponent) > kLargestExponent) ++numbers.unreadable;
   *out++ = letter;
   *out++ = exponent < 0 ? '-' : '+';
   return std::to_chars(out, out + 4, std::abs(exponent)).ptr;
 }
 
-int unknown(char* text, bool& finite) {
-  finite = false;
+int unknown(char* text, WrittenNumbers& numbers) {
+  numbers.finite = false;
   std::strcpy(text, "?");
   return 1;
 }
@@ -90,31 +93,31 @@ int short_digits(double x) {
 
 }  // namespace
 
-int format_number(double x, char* text, bool& finite) {
+int format_number(double x, char* text, WrittenNumbers& numbers) {
   constexpr int kLeastPoint = -5;
   const double magnitude = std::fabs(x);
-  if (!std::isfinite(magnitude)) return unknown(text, finite);
+  if (!std::isfinite(magnitude)) return unknown(text, numbers);
   char* end;
   if (magnitude < kExactIntegers && magnitude == std::floor(magnitude)) {
     end = std::to_chars(text, text + kNumberText, static_cast<long>(magnitude)).ptr;
   } else {
     const Decimal decimal = decompose(magnitude, kLongDigits);
     const bool plain = decimal.point >= kLeastPoint && decimal.point <= kLongDigits;
-    end = plain ? put_plain(decimal, text) : put_exponential(decimal, 'e', text);
+    end = plain ? put_plain(decimal, text) : put_exponential(decimal, 'e', text, numbers);
   }
   *end = '\0';
   return static_cast<int>(end - text);
 }
 
-int format_short_number(double x, char* text, bool& finite) {
+int format_short_number(double x, char* text, WrittenNumbers& numbers) {
   constexpr int kLeastPoint = -2;
-  if (!std::isfinite(x)) return unknown(text, finite);
+  if (!std::isfinite(x)) return unknown(text, numbers);
   const Decimal decimal = decompose(std::fabs(x), short_digits(x));
   const int largest_point = x < 0.0 ? 10 : 11;
   char* end = text;
   if (x < 0.0) *end++ = '-';
   const bool plain = decimal.point >= kLeastPoint && decimal.point <= largest_point;
-  end = plain ? put_plain(decimal, end) : put_exponential(decimal, 'E', end);
+  end = plain ? put_plain(decimal, end) : put_exponential(decimal, 'E', end, numbers);
   *end = '\0';
   return static_cast<int>(end - text);
 }

@@ -7,13 +7,18 @@ namespace kelvo {
 /// Room for any formatted number and its terminating zero.
 inline constexpr int kNumberText = 32;
 
+/// What the numbers written so far were like.
+struct WrittenNumbers {
+  bool finite = true;  // none was infinite or no number
+  int unreadable = 0;  // so many have an exponent that the readers refuse or take for 0
+};
+
 /// Writes |x| with at most 15 significant digits, plain for 1e-6 <= |x| < 1e15 (and 0), else with
-/// "e" and a signed exponent. Returns the length; false in `finite` (then "?" is written) for
-/// infinities and NaN.
-int format_number(double x, char* text, bool& finite);
+/// "e" and a signed exponent; "?" for infinities and NaN. Returns the length.
+int format_number(double x, char* text, WrittenNumbers& numbers);
 
 /// Writes x with its sign in at most 12 characters: 5 to 11 significant digits, as many as fit, and
 /// "E" before an exponent. Returns the length.
-int format_short_number(double x, char* text, bool& finite);
+int format_short_number(double x, char* text, WrittenNumbers& numbers);
 
 }  // namespace kelvo

@@ -25,7 +25,13 @@ class WrittenNames {
   /// or a control character.
   bool all_are_fields() const;
   /// Replaces the whole kind by legal copies when one of them is not legal in LP files; true then.
-  bool make_legal();
+  /// `labels`: the names stand in front of a colon, where those of section keywords are taken for
+  /// them.
+  bool make_legal(bool labels);
+  /// Replaces names that are no fields of an MPS file; true when there were any.
+  bool make_fields();
+  /// Takes `name` for item i.
+  void replace(int i, std::string_view name);
 
  private:
   const NameStore* names_;
@@ -33,10 +39,19 @@ class WrittenNames {
   bool generated_ = false;
 };
 
-/// True when the name can be read back from an LP file.
-bool is_legal_lp_name(const char* name);
+/// True when the name can be read back from an LP file, as a label or elsewhere.
+bool is_legal_lp_name(std::string_view name, bool label);
 /// The legal form of a name: forbidden characters are mapped to others of the same shape.
-String legal_lp_name(const char* name);
+String legal_lp_name(std::string_view name, bool label);
+/// True when the name is a field of an MPS file: 1 to 255 characters, no blanks or control
+/// characters.
+bool is_field(std::string_view name);
+/// A name that is a field, with '_' in the place of what is not.
+String field_name(std::string_view name);
+
+/// Makes the names of several kinds together with `last` (null: none) differ from each other: of
+/// equal ones all but the first get a number behind them. True when a name changed.
+bool make_distinct(WrittenNames* const* kinds, int count, String* last);
 
 /// The names of everything that a model file writes.
 struct ModelNames {

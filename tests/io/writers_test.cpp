@@ -25,15 +25,15 @@ class Recorder final : public MessageSink {
 
 std::string long_number(double x) {
   char text[kNumberText];
-  bool finite = true;
-  format_number(x, text, finite);
+  WrittenNumbers numbers;
+  format_number(x, text, numbers);
   return text;
 }
 
 std::string short_number(double x) {
   char text[kNumberText];
-  bool finite = true;
-  format_short_number(x, text, finite);
+  WrittenNumbers numbers;
+  format_short_number(x, text, numbers);
   return text;
 }
 
@@ -55,10 +55,10 @@ TEST(NumberFormat, LongNumbers) {
                                                   {5e-324, "4.94065645841247e-324"}};
   for (const auto& [value, text] : table) EXPECT_EQ(long_number(value), text) << value;
   char text[kNumberText];
-  bool finite = true;
-  format_number(std::nan(""), text, finite);
+  WrittenNumbers numbers;
+  format_number(std::nan(""), text, numbers);
   EXPECT_STREQ(text, "?");
-  EXPECT_FALSE(finite);
+  EXPECT_FALSE(numbers.finite);
 }
 
 TEST(NumberFormat, ShortNumbersFitTwelveCharactersAndKeepTheirDigits) {
