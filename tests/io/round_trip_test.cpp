@@ -1,6 +1,7 @@
 // Generated models with every kind of data, written as LP and as MPS, read back to the same model,
 // and written again give the same file.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +16,7 @@
 #include "base/random.h"
 #include "io/lp_reader.h"
 #include "io/lp_writer.h"
+#include "io/model_description.h"
 #include "io/mps_reader.h"
 #include "io/mps_writer.h"
 
@@ -32,7 +34,7 @@ class Recorder final : public MessageSink {
 
 template <class Write>
 std::string written(Write write) {
-  const std::string path = ::testing::TempDir() + "kelvo_round_trip";
+  const std::string path = ::testing::TempDir() + "kelvo_round_trip_" + std::to_string(getpid());
   FileStream stream;
   EXPECT_TRUE(open_output(path.c_str(), false, stream).ok());
   EXPECT_TRUE(write(stream).ok());
@@ -44,7 +46,9 @@ std::string written(Write write) {
   return text.str();
 }
 
-enum class Format { lp, mps };
+using test::Description;
+using test::difference;
+using test::Format;
 
 std::string write(const Model& model, Format format, MessageSink& sink) {
   return written([&](FileStream& stream) {
@@ -295,146 +299,6 @@ class Generator {
   Random random_;
   std::set<std::string> columns_used_, rows_used_;
 };
-
-// --- What a model says, line by line, without regard to the order of its columns
-// ------------------
-
-class Description {
- public:
-  /// What `format` carries of the model.
-  Description(const Model& model, Format format) : model_(model), format_(format) {
-    const bool mps = format == Format::mps;
-    flip_ = mps && model.sense < 0 ? -1.0 : 1.0;
-    say(mps               ? "minimize"
-        : model.sense < 0 ? "maximize"
-                          : "minimize",
-        {model.objective_name.c_str()});
-    for (int j = 0; j < model.num_cols; ++j) column(j);
-    rows();
-    quadratic();
-    for (std::size_t k = 0; k < model.quadratic_constraints.size(); ++k) {
-      quadratic_constraint(static_cast<int>(k));
-    }
-    extra("cut ", model.user_cuts);
-    extra("lazy ", model.lazy_constraints);
-    extra("indicator ", model.indicators.rows);
-    for (int k = 0; k < model.indicators.size(); ++k) {
-      say("switch", {name(model.indicators.column[k]), model.indicators.rows.names[k],
-                     std::to_string(model.indicators.relation[k]),
-                     model.indicators.complemented[k] ? "0" : "1"});
-    }
-    for (int k = 0; k < model.sos.size(); ++k) {
-      std::string text = std::string("set ") + model.sos.names[k] + " " + model.sos.type[k];
-      for (int e = model.sos.members.start[k]; e < model.sos.members.start[k + 1]; ++e) {
-        text += " " + name(model.sos.members.index[e]) + ":" + number(model.sos.members.value[e]);
-      }
-      lines_.insert(text);
-    }
-  }
-
-  const std::multiset<std::string>& lines() const { return lines_; }
-
- private:
-  std::string name(int j) const { return model_.col_names[j]; }
-  static std::string number(double x) {
-    char text[40];
-    if (std::fabs(x) >= 1e20) return x < 0 ? "-inf" : "inf";
-    std::snprintf(text, sizeof text, "%.15g", x == 0.0 ? 0.0 : x);
-    return text;
-  }
-  void say(const std::string& what, std::initializer_list<std::string> words) {
-    std::string text = what;
-    for (const std::string& word : words) text += " " + word;
-    lines_.insert(text);
-  }
-  void coefficient(const std::string& row, int j, double value) {
-    if (value != 0.0) say("coefficient", {row, name(j), number(value)});
-  }
-
-  void column(int j) {
-    char type = model_.column_type.empty() ? 'C' : model_.column_type[j];
-    // An MPS file tells integers with the bounds 0 and 1, which are binary, from others.
-    if (format_ == Format::mps && type == 'B') type = 'I';
-    say("column", {name(j), std::string(1, type), number(model_.lower[j]), number(model_.upper[j]),
-                   number(flip_ * model_.objective[j])});
-  }
-  void rows() {
-    for (int i = 0; i < model_.num_rows; ++i) {
-      const std::string row = model_.row_names[i];
-      char sense = model_.row_sense[i];
-      double range = sense == 'R' ? model_.range[i] : 0.0;
-      if (format_ == Format::lp && sense == 'R') {
-        sense = 'E';
-        const std::string extra = range_column(row);
-        say("column",
-            {extra, "C", number(std::min(range, 0.0)), number(std::max(range, 0.0)), "0"});
-        say("coefficient", {row, extra, "-1"});
-        range = 0.0;
-      }
-      say("row", {row, std::string(1, sense), number(model_.rhs[i]), number(range)});
-    }
-    for (int j = 0; j < model_.num_cols; ++j) {
-      for (int k = model_.matrix.start[j]; k < model_.matrix.start[j] + model_.matrix.count[j];
-           ++k) {
-        coefficient(model_.row_names[model_.matrix.index[k]], j, model_.matrix.value[k]);
-      }
-    }
-  }
-  /// The name of a ranged row's column when no column has it.
-  std::string range_column(const std::string& row) const {
-    std::string result = "Rg" + row;
-    for (int j = 0; j < model_.num_cols; ++j) {
-      if (name(j) == result) return "Rg_" + result;
-    }
-    return result;
-  }
-  void quadratic() {
-    for (int j = 0; j < model_.quadratic.num_major; ++j) {
-      for (int k = model_.quadratic.start[j]; k < model_.quadratic.start[j + 1]; ++k) {
-        say("q",
-            {name(j), name(model_.quadratic.index[k]), number(flip_ * model_.quadratic.value[k])});
-      }
-    }
-  }
-  void quadratic_constraint(int k) {
-    const QuadraticConstraint& row = model_.quadratic_constraints[k];
-    const std::string label = std::string("quadratic ") + model_.quadratic_names[k];
-    say(label, {std::string(1, row.sense), number(row.rhs)});
-    for (std::size_t t = 0; t < row.linear_index.size(); ++t) {
-      coefficient(label, row.linear_index[t], row.linear_value[t]);
-    }
-    for (std::size_t t = 0; t < row.quad_row.size(); ++t) {
-      say(label, {name(row.quad_row[t]), name(row.quad_col[t]), number(row.quad_value[t])});
-    }
-  }
-  void extra(const std::string& kind, const ExtraRows& all) {
-    for (int k = 0; k < all.size(); ++k) {
-      const std::string row = kind + all.names[k];
-      say(row, {std::string(1, all.sense[k]), number(all.rhs[k])});
-      for (int e = all.rows.start[k]; e < all.rows.start[k + 1]; ++e) {
-        coefficient(row, all.rows.index[e], all.rows.value[e]);
-      }
-    }
-  }
-
-  const Model& model_;
-  const Format format_;
-  double flip_ = 1.0;
-  std::multiset<std::string> lines_;
-};
-
-/// The lines that only one of the two has.
-std::string difference(const Description& a, const Description& b) {
-  std::vector<std::string> missing, added;
-  std::set_difference(a.lines().begin(), a.lines().end(), b.lines().begin(), b.lines().end(),
-                      std::back_inserter(missing));
-  std::set_difference(b.lines().begin(), b.lines().end(), a.lines().begin(), a.lines().end(),
-                      std::back_inserter(added));
-  std::string text;
-  for (const std::string& line : missing) text += "lost: " + line + "\n";
-  for (const std::string& line : added) text += "new:  " + line + "\n";
-  return text;
-}
 
 // --- The property --------------------------------------------------------------------------------
 

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
@@ -113,7 +114,7 @@ std::string file_text(const std::string& path) {
 
 template <class Write>
 std::string written(Write write) {
-  const std::string path = ::testing::TempDir() + "kelvo_writer_test";
+  const std::string path = ::testing::TempDir() + "kelvo_writer_test_" + std::to_string(getpid());
   FileStream stream;
   EXPECT_TRUE(open_output(path.c_str(), false, stream).ok());
   EXPECT_TRUE(write(stream).ok());
@@ -187,7 +188,7 @@ TEST(LpWriter, LinesAreWrappedAndBadNumbersReported) {
   std::istringstream lines(as_lp(model, sink));
   for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 79u);
   model.objective[3] = std::nan("");
-  const std::string path = ::testing::TempDir() + "kelvo_writer_nan";
+  const std::string path = ::testing::TempDir() + "kelvo_writer_nan_" + std::to_string(getpid());
   FileStream stream;
   ASSERT_TRUE(open_output(path.c_str(), false, stream).ok());
   EXPECT_EQ(write_lp(model, {}, sink, stream).code(), 1650);
