@@ -691,6 +691,154 @@ KLV_API int KLVgetrowindex(KLVenv env, KLVprob lp, const char* name, int* index_
 /* The first column with that name, likewise. */
 KLV_API int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
 
+/* ---- Mixed-integer data ------------------------------------------------------------------- */
+
+/* Sets, indicator constraints, cuts and column types make a problem mixed-integer (type 1, 7 or
+ * 11); taking them away again does not change its type, KLVchgprobtype does. A null array of names
+ * means no names; when some items of a kind have names, the others get default ones: a letter and
+ * the position ("s1" sets, "i1" indicators, "q1" quadratic constraints, "u1" user cuts, "l1" lazy
+ * constraints). */
+
+/* Sets the types of all columns: 'C' continuous, 'B' binary, 'I' integer, 'S' semi-continuous,
+ * 'N' semi-integer; 3021 for another letter. Finite bounds of columns other than 'C' and 'S' are
+ * rounded inward, with a warning when one moves by more than 1e-9. */
+KLV_API int KLVcopyctype(KLVenv env, KLVprob lp, const char* ctype);
+
+/* Changes the types of cnt columns, as KLVcopyctype; all others keep theirs ('C' when the problem
+ * had no types). */
+KLV_API int KLVchgctype(KLVenv env, KLVprob lp, int cnt, const int* indices, const char* ctype);
+
+/* Changes the type of the problem to 0, 1, 5, 7, 10 or 11 and removes the data which that type does
+ * not admit: column types, sets, indicators, order and cuts without a mixed-integer type, quadratic
+ * constraints below types 10 and 11, the quadratic objective in types 0 and 1. Types 3, 8 and 13
+ * show the linear or quadratic problem that is left when the decisions of problem 1, 7 or 11 are
+ * those of its integer solution: integer columns fixed, active indicator rows and lazy constraints
+ * as rows behind the others; given again they make it anew, and 1, 7 and 11 lead back. 1022 for
+ * other types (the problem stays as it is); 1024, 1029, 1030 when the problem is not the one that
+ * type 3, 8, 13 can show; 1217 and 3023 without an integer solution. */
+KLV_API int KLVchgprobtype(KLVenv env, KLVprob lp, int type);
+
+/* As KLVchgprobtype, with the fixed values of solution soln of the pool (-1: the incumbent). 3024
+ * when there is no pool. */
+KLV_API int KLVchgprobtypesolnpool(KLVenv env, KLVprob lp, int type, int soln);
+
+/* Replaces all special ordered sets by numsos given ones: types sostype ('1' at most one member,
+ * '2' at most two that are neighbours by weight may be different from 0; 3009 for another letter);
+ * members of set k at sosbeg[k] .. sosbeg[k + 1] - 1, those of the last set up to numsosnz - 1, as
+ * column indices sosind and weights soswt. Within a set, equal weights give 3010 and a column that
+ * stands twice 1222. Starts that do not ascend within 0..numsosnz give 1226. */
+KLV_API int KLVcopysos(KLVenv env, KLVprob lp, int numsos, int numsosnz, const char* sostype,
+                       const int* sosbeg, const int* sosind, const double* soswt,
+                       const char* const* sosname);
+
+/* Appends sets, with arguments as KLVcopysos. */
+KLV_API int KLVaddsos(KLVenv env, KLVprob lp, int numsos, int numsosnz, const char* sostype,
+                      const int* sosbeg, const int* sosind, const double* soswt,
+                      const char* const* sosname);
+
+/* Number of sets; 0 on failure. */
+KLV_API int KLVgetnumsos(KLVenv env, KLVprob lp);
+
+/* Sets begin..end: types, and *numsosnz_p members, those of set begin + k from position sosbeg[k]
+ * on, as column indices and weights. sosspace is the room in sosind and soswt. The functions on
+ * sets below give 3003 for a problem that is not mixed-integer and 3015 when it has no sets. */
+KLV_API int KLVgetsos(KLVenv env, KLVprob lp, int* numsosnz_p, char* sostype, int* sosbeg,
+                      int* sosind, double* soswt, int sosspace, int* surplus_p, int begin, int end);
+
+/* Names of sets begin..end, as KLVgetrowname. 1219 when the sets have no names. */
+KLV_API int KLVgetsosname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
+                          int* surplus_p, int begin, int end);
+
+/* The first set with that name. 1219; 1210, not printed, when there is none. */
+KLV_API int KLVgetsosindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
+
+/* Deletes the sets k with delset[k] = 1 (one entry per set); on return delset[k] is the new index
+ * of set k, or -1. */
+KLV_API int KLVdelsetsos(KLVenv env, KLVprob lp, int* delset);
+
+/* By how much the point x [columns] (null: the stored solution) violates each set begin..end: the
+ * least sum of magnitudes of members that would have to become 0. Values up to KLV_PARAM_EPINT
+ * count as 0. */
+KLV_API int KLVgetsosinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout, int begin,
+                            int end);
+
+/* Appends an indicator constraint: the row of nzcnt entries linind (columns) and linval with sense
+ * 'L', 'E' or 'G' (1215 for another one) and right-hand side rhs holds while column indvar, a
+ * binary one, is 1, or 0 when complemented is not 0. indname may be null. */
+KLV_API int KLVaddindconstr(KLVenv env, KLVprob lp, int indvar, int complemented, int nzcnt,
+                            double rhs, int sense, const int* linind, const double* linval,
+                            const char* indname);
+
+/* Number of indicator constraints; 0 on failure. */
+KLV_API int KLVgetnumindconstrs(KLVenv env, KLVprob lp);
+
+/* Indicator constraint `which`: its column (-1 when a file gave none), whether it is complemented,
+ * right-hand side and sense (these pointers may be null), and *nzcnt_p entries of its row. `space`
+ * is the room in linind and linval. 1200 when there is no such constraint. */
+KLV_API int KLVgetindconstr(KLVenv env, KLVprob lp, int* indvar_p, int* complemented_p,
+                            int* nzcnt_p, double* rhs_p, char* sense_p, int* linind, double* linval,
+                            int space, int* surplus_p, int which);
+
+/* The name of indicator constraint `which` in buffer, as KLVgetprobname. 1219, 1200. */
+KLV_API int KLVgetindconstrname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p,
+                                int which);
+
+/* The first indicator constraint with that name. 1219; 1210, not printed, when there is none. */
+KLV_API int KLVgetindconstrindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
+
+/* Deletes indicator constraints begin..end. 1200 for a range outside the problem. */
+KLV_API int KLVdelindconstrs(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Right-hand side minus activity of the rows of indicator constraints begin..end in the stored
+ * solution, whether or not they have to hold. 1217, 3023. */
+KLV_API int KLVgetindconstrslack(KLVenv env, KLVprob lp, double* slackout, int begin, int end);
+
+/* The same for a point x [columns] and all indicator constraints. */
+KLV_API int KLVindconstrslackfromx(KLVenv env, KLVprob lp, const double* x, double* indslack);
+
+/* By how much the point x [columns] (null: the stored solution) violates each indicator constraint
+ * begin..end: 0 while its column is at the inactive value within KLV_PARAM_EPINT or the row holds
+ * within KLV_PARAM_EPRHS, else positive above the right-hand side and negative below it. */
+KLV_API int KLVgetindconstrinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout,
+                                  int begin, int end);
+
+/* Appends rcnt user cuts: rows that hold for every integer solution, which the search may use as
+ * cuts. Arguments as KLVaddrows; the senses are 'L', 'E', 'G' (1215 for another one). Cuts go when
+ * columns are deleted. */
+KLV_API int KLVaddusercuts(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const double* rhs,
+                           const char* sense, const int* rmatbeg, const int* rmatind,
+                           const double* rmatval, const char* const* rowname);
+
+/* Appends rcnt lazy constraints: rows of the model that the search looks at only when an integer
+ * solution violates them. Arguments as KLVaddusercuts. */
+KLV_API int KLVaddlazyconstraints(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const double* rhs,
+                                  const char* sense, const int* rmatbeg, const int* rmatind,
+                                  const double* rmatval, const char* const* rowname);
+
+/* Removes all user cuts. */
+KLV_API int KLVfreeusercuts(KLVenv env, KLVprob lp);
+
+/* Removes all lazy constraints. */
+KLV_API int KLVfreelazyconstraints(KLVenv env, KLVprob lp);
+
+/* Number of user cuts; 0 on failure. */
+KLV_API int KLVgetnumusercuts(KLVenv env, KLVprob lp);
+
+/* Number of lazy constraints; 0 on failure. */
+KLV_API int KLVgetnumlazyconstraints(KLVenv env, KLVprob lp);
+
+/* Replaces the priority order of the search by cnt columns (0: no order): priorities (3006 below 0;
+ * the larger ones first) and directions (-1 down first, 1 up first, 0 as the search likes; 3007 for
+ * others). A null array means 0 for all. Of several entries of a column the first keeps its place
+ * and takes what the last one says. 3003 when the problem is not mixed-integer. */
+KLV_API int KLVcopyorder(KLVenv env, KLVprob lp, int cnt, const int* indices, const int* priority,
+                         const int* direction);
+
+/* The priority order: *cnt_p columns, priorities and directions; ordspace is the room in each of
+ * the three arrays. 3003; 3016 without an order. */
+KLV_API int KLVgetorder(KLVenv env, KLVprob lp, int* cnt_p, int* indices, int* priority,
+                        int* direction, int ordspace, int* surplus_p);
+
 /* ---- Files ---------------------------------------------------------------------------------- */
 
 /* Replaces the problem by the model in a file; the old one stays when that fails. filetype is "LP",

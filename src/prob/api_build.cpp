@@ -15,13 +15,6 @@ Status check_counts(std::initializer_list<int> counts) {
   return std::min(counts) < 0 ? Status::failure(error::kBadArgument) : Status();
 }
 
-/// The indices of rows and columns are 32-bit integers.
-Status check_growth(int present, int added) {
-  return added > std::numeric_limits<int>::max() - present
-             ? Status::failure(error::kProblemSizeLimits)
-             : Status();
-}
-
 Status check_rows(Environment& environment, const Problem& problem, const RowBlock& block,
                   int columns_after) {
   KELVO_TRY(check_growth(problem.num_rows(), block.count));

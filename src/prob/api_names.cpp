@@ -1,7 +1,6 @@
 // Changing names, reading them, and finding rows and columns by name.
-#include <cstring>
-
 #include "prob/api_frame_prob.h"
+#include "prob/api_output.h"
 #include "prob/data_check.h"
 
 using namespace kelvo;
@@ -31,58 +30,6 @@ int rename_columns(KLVenv env, KLVprob lp, int count, const int* indices,
     problem.rename_columns(indices, names, count);
     return Status();
   });
-}
-
-/// The first `room` characters of a name with its terminating zero.
-void copy_name(char* to, const char* name, std::int64_t length_with_zero, std::int64_t room) {
-  const std::int64_t copied = std::min(length_with_zero, room);
-  if (copied > 0) std::memcpy(to, name, static_cast<std::size_t>(copied));
-}
-
-/// The surplus convention for one text.
-Status get_text(const String& text, char* buffer, int space, int* surplus_p) {
-  if (space < 0) return Status::failure(error::kBadArgument);
-  const int needed = static_cast<int>(text.size()) + 1;
-  if (space == 0 && surplus_p != nullptr) {
-    *surplus_p = -needed;
-    return Status::reported(error::kInsufficientLength);
-  }
-  KELVO_TRY(check_pointers(buffer, surplus_p));
-  copy_name(buffer, text.c_str(), needed, space);
-  *surplus_p = space - needed;
-  return *surplus_p < 0 ? Status::failure(error::kInsufficientLength) : Status();
-}
-
-/// The surplus convention for the names begin..end.
-Status get_names(const NameStore& names, char** name, char* store, int space, int* surplus_p,
-                 int begin, int end) {
-  if (!names.present()) return Status::failure(error::kNoNames);
-  if (space < 0) return Status::failure(error::kBadArgument);
-  std::int64_t used = 0;
-  if (space == 0 && surplus_p != nullptr) {
-    for (int i = begin; i <= end; ++i) {
-      used += static_cast<std::int64_t>(names.view(i).size()) + 1;
-      if (name != nullptr) name[i - begin] = nullptr;
-    }
-    *surplus_p = static_cast<int>(-used);
-    return used > 0 ? Status::reported(error::kInsufficientLength) : Status();
-  }
-  KELVO_TRY(check_pointers(name, store, surplus_p));
-  for (int i = begin; i <= end; ++i) {
-    const auto needed = static_cast<std::int64_t>(names.view(i).size()) + 1;
-    name[i - begin] = used < space ? store + used : nullptr;
-    if (used < space) copy_name(store + used, names[i], needed, space - used);
-    used += needed;
-  }
-  *surplus_p = static_cast<int>(space - used);
-  return *surplus_p < 0 ? Status::failure(error::kInsufficientLength) : Status();
-}
-
-/// The result of a look-up; a name that is not found is no error to print.
-Status store_index(int index, int* index_p) {
-  if (index < 0) return Status::reported(error::kNameNotFound);
-  *index_p = index;
-  return Status();
 }
 
 }  // namespace
@@ -129,7 +76,7 @@ int KLVgetrowname(KLVenv env, KLVprob lp, char** name, char* namestore, int stor
   if (surplus_p != nullptr) *surplus_p = 0;
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_index_range(environment, "KLVgetrowname", begin, end, 0, problem.num_rows()));
-    return get_names(problem.model().row_names, name, namestore, storespace, surplus_p, begin, end);
+    return put_names(problem.model().row_names, name, namestore, storespace, surplus_p, begin, end);
   });
 }
 
@@ -138,14 +85,14 @@ int KLVgetcolname(KLVenv env, KLVprob lp, char** name, char* namestore, int stor
   if (surplus_p != nullptr) *surplus_p = 0;
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_index_range(environment, "KLVgetcolname", begin, end, 0, problem.num_cols()));
-    return get_names(problem.model().col_names, name, namestore, storespace, surplus_p, begin, end);
+    return put_names(problem.model().col_names, name, namestore, storespace, surplus_p, begin, end);
   });
 }
 
 int KLVgetprobname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p) {
   if (surplus_p != nullptr) *surplus_p = 0;
   return api_read(env, lp, [&](Environment&, Problem& problem) {
-    return get_text(problem.model().name, buffer, space, surplus_p);
+    return put_text(problem.model().name, buffer, space, surplus_p);
   });
 }
 
@@ -153,7 +100,7 @@ int KLVgetobjname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_
   if (surplus_p != nullptr) *surplus_p = 0;
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     if (!problem.model().has_objective_name) return Status::failure(error::kNoNames);
-    return get_text(problem.model().objective_name, buffer, space, surplus_p);
+    return put_text(problem.model().objective_name, buffer, space, surplus_p);
   });
 }
 
@@ -161,7 +108,7 @@ int KLVgetrowindex(KLVenv env, KLVprob lp, const char* name, int* index_p) {
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     if (!problem.model().row_names.present()) return Status::failure(error::kNoNames);
     KELVO_TRY(check_pointers(name, index_p));
-    return store_index(problem.row_index(name), index_p);
+    return put_index(problem.row_index(name), index_p);
   });
 }
 
@@ -169,6 +116,6 @@ int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_p) {
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     if (!problem.model().col_names.present()) return Status::failure(error::kNoNames);
     KELVO_TRY(check_pointers(name, index_p));
-    return store_index(problem.column_index(name), index_p);
+    return put_index(problem.column_index(name), index_p);
   });
 }

@@ -1,7 +1,6 @@
 // Reading the model back.
-#include <cstring>
-
 #include "prob/api_frame_prob.h"
+#include "prob/api_output.h"
 
 using namespace kelvo;
 
@@ -23,42 +22,6 @@ int get_slice(KLVenv env, KLVprob lp, const char* function, Item item, T* out, i
   });
 }
 
-/// The output arrays of a matrix query, filled as far as there is room.
-struct MatrixOutput {
-  int* count;
-  int* begin;
-  int* index;
-  double* value;
-  int space;
-  int* surplus;
-
-  bool asks_for_room() const { return space == 0 && surplus != nullptr; }
-
-  /// The answer to a call with space 0: the room needed by `lines` lines.
-  Status room(std::int64_t needed, int lines) const {
-    if (begin != nullptr) std::fill_n(begin, std::max(lines, 0), 0);
-    *surplus = static_cast<int>(-needed);
-    return needed > 0 ? Status::reported(error::kInsufficientLength) : Status();
-  }
-
-  Status check() const {
-    if (space < 0) return Status::failure(error::kBadArgument);
-    return check_pointers(count, begin, index, value, surplus);
-  }
-
-  void put(std::int64_t position, int i, double v) const {
-    if (position >= space) return;
-    index[position] = i;
-    value[position] = v;
-  }
-
-  Status finish(std::int64_t total) const {
-    *surplus = static_cast<int>(space - total);
-    *count = static_cast<int>(std::min<std::int64_t>(total, space));
-    return total > space ? Status::failure(error::kInsufficientLength) : Status();
-  }
-};
-
 Status get_columns(const ColumnStore& matrix, const MatrixOutput& out, int begin, int end) {
   std::int64_t total = 0;
   if (out.asks_for_room()) {
@@ -67,7 +30,7 @@ Status get_columns(const ColumnStore& matrix, const MatrixOutput& out, int begin
   }
   KELVO_TRY(out.check());
   for (int j = begin; j <= end; ++j) {
-    out.begin[j - begin] = static_cast<int>(std::min<std::int64_t>(total, out.space));
+    out.start_line(j - begin, total);
     for (int p = matrix.start[j]; p < matrix.start[j] + matrix.count[j]; ++p) {
       out.put(total++, matrix.index[p], matrix.value[p]);
     }
@@ -110,9 +73,7 @@ Status get_rows(const ColumnStore& matrix, const MatrixOutput& out, int begin, i
   for (int k = 0; k < lines; ++k) place[k + 1] += place[k];
   const std::int64_t total = place[lines];
   if (out.asks_for_room()) return out.room(total, lines);
-  for (int k = 0; k < lines; ++k) {
-    out.begin[k] = static_cast<int>(std::min<std::int64_t>(place[k], out.space));
-  }
+  for (int k = 0; k < lines; ++k) out.start_line(k, place[k]);
   visit_rows(matrix, begin, end,
              [&](int row, int j, double v) { out.put(place[row - begin]++, j, v); });
   return out.finish(total);
@@ -138,11 +99,6 @@ Status get_coefficient(const Model& model, int i, int j, double& value) {
     return Status::failure(error::kIndexRange);
   }
   return Status();
-}
-
-void reset(int* count_p, int* surplus_p) {
-  if (count_p != nullptr) *count_p = 0;
-  if (surplus_p != nullptr) *surplus_p = 0;
 }
 
 }  // namespace
@@ -197,20 +153,20 @@ int KLVgetcoef(KLVenv env, KLVprob lp, int i, int j, double* value_p) {
 
 int KLVgetrows(KLVenv env, KLVprob lp, int* nzcnt_p, int* rmatbeg, int* rmatind, double* rmatval,
                int rmatspace, int* surplus_p, int begin, int end) {
-  reset(nzcnt_p, surplus_p);
+  reset_counts(nzcnt_p, surplus_p);
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_index_range(environment, "KLVgetrows", begin, end, 0, problem.num_rows()));
     return get_rows(problem.model().matrix,
-                    {nzcnt_p, rmatbeg, rmatind, rmatval, rmatspace, surplus_p}, begin, end);
+                    {{nzcnt_p, rmatspace, surplus_p}, rmatbeg, rmatind, rmatval}, begin, end);
   });
 }
 
 int KLVgetcols(KLVenv env, KLVprob lp, int* nzcnt_p, int* cmatbeg, int* cmatind, double* cmatval,
                int cmatspace, int* surplus_p, int begin, int end) {
-  reset(nzcnt_p, surplus_p);
+  reset_counts(nzcnt_p, surplus_p);
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_index_range(environment, "KLVgetcols", begin, end, 0, problem.num_cols()));
     return get_columns(problem.model().matrix,
-                       {nzcnt_p, cmatbeg, cmatind, cmatval, cmatspace, surplus_p}, begin, end);
+                       {{nzcnt_p, cmatspace, surplus_p}, cmatbeg, cmatind, cmatval}, begin, end);
   });
 }

@@ -12,13 +12,17 @@ struct Effect {
 };
 
 constexpr unsigned kResults = kCachedSolution | kCachedPresolve | kCachedDerived;
-constexpr unsigned kShape = kResults | kCachedWorkingLp;
-constexpr unsigned kEverything = kShape | kCachedBasis | kCachedRowLookup | kCachedColumnLookup;
+constexpr unsigned kShape = kResults | kCachedWorkingLp | kCachedNorms;
+constexpr unsigned kOtherLookups =
+    kCachedSetLookup | kCachedIndicatorLookup | kCachedQuadraticLookup;
+constexpr unsigned kEverything =
+    kShape | kCachedBasis | kCachedRowLookup | kCachedColumnLookup | kOtherLookups;
 constexpr unsigned kAllAspects = kCosts | kColumnBounds | kRowLimits | kStructure;
 
 // The basis outlives every change but that of the whole model: it stays a good start, and added or
 // deleted rows and columns enter or leave it. The working LP outlives changes of costs, bounds and
-// row limits, which its owner copies anew. The look-ups by name follow additions and renaming.
+// row limits, which its owner copies anew. The look-ups by name follow additions and renaming. The
+// priority order only guides the search.
 constexpr Effect kEffects[] = {
     {ChangeKind::bounds, kResults, kColumnBounds},
     {ChangeKind::right_hand_sides, kResults, kRowLimits},
@@ -39,9 +43,15 @@ constexpr Effect kEffects[] = {
     {ChangeKind::rows_added, kShape, kAllAspects},
     {ChangeKind::indicators, kShape, kStructure},
     {ChangeKind::cuts, kShape, kStructure},
+    {ChangeKind::sets_deleted, kShape | kCachedSetLookup, kStructure},
+    {ChangeKind::indicators_deleted, kShape | kCachedIndicatorLookup, kStructure},
+    {ChangeKind::quadratic_constraints_deleted, kShape | kCachedQuadraticLookup, kStructure},
     {ChangeKind::names, kCachedDerived, 0},
+    {ChangeKind::problem_type, kShape | kOtherLookups, kStructure},
+    {ChangeKind::priority_order, 0, 0},
     {ChangeKind::columns_added, kShape, kAllAspects},
-    {ChangeKind::columns_deleted, kShape | kCachedColumnLookup, kAllAspects},
+    {ChangeKind::columns_deleted, kShape | kCachedColumnLookup | kCachedIndicatorLookup,
+     kAllAspects},
     {ChangeKind::coefficient_list, kShape, kAllAspects},
 };
 

@@ -30,7 +30,12 @@ enum class ChangeKind : int {
   rows_added = 17,
   indicators = 18,
   cuts = 19,
+  sets_deleted = 20,  // or replaced
+  indicators_deleted = 21,
+  quadratic_constraints_deleted = 22,
   names = 23,
+  problem_type = 24,
+  priority_order = 25,
   columns_added = 29,
   columns_deleted = 32,
   coefficient_list = 34,  // or a block of columns, or cleaned
@@ -39,13 +44,17 @@ inline constexpr int kNumChangeKinds = 64;  // kinds are 1..63
 
 /// Things a problem keeps beside its model.
 enum Cached : unsigned {
-  kCachedSolution = 1u << 0,     // solution status, solution record, incumbent
-  kCachedBasis = 1u << 1,        // the basis to start from
-  kCachedWorkingLp = 1u << 2,    // the optimizers' own copy of the model, with its factor
-  kCachedPresolve = 1u << 3,     // the presolved problem and the maps back
-  kCachedDerived = 1u << 4,      // view target and derived problem
-  kCachedRowLookup = 1u << 5,    // from row names to indices
-  kCachedColumnLookup = 1u << 6  // from column names to indices
+  kCachedSolution = 1u << 0,         // solution status, solution record, incumbent
+  kCachedBasis = 1u << 1,            // the basis to start from
+  kCachedWorkingLp = 1u << 2,        // the optimizers' own copy of the model, with its factor
+  kCachedPresolve = 1u << 3,         // the presolved problem and the maps back
+  kCachedDerived = 1u << 4,          // view target and derived problem
+  kCachedRowLookup = 1u << 5,        // from row names to indices
+  kCachedColumnLookup = 1u << 6,     // from column names to indices
+  kCachedSetLookup = 1u << 7,        // from names of sets to indices
+  kCachedIndicatorLookup = 1u << 8,  // likewise
+  kCachedQuadraticLookup = 1u << 9,  // from names of quadratic constraints to indices
+  kCachedNorms = 1u << 10            // steepest-edge norms beside the start basis
 };
 
 /// How often each aspect of the model has changed since the problem was created.

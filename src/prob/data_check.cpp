@@ -32,6 +32,16 @@ Status check_letters(Environment& environment, const char* letters, const char* 
   return Status();
 }
 
+/// Every entry must lie in least..most; the position of the first other one is printed.
+Status check_values_in(Environment& environment, const int* entries, int count, int least, int most,
+                       int code) {
+  if (entries == nullptr) return Status();
+  for (int k = 0; k < count; ++k) {
+    if (entries[k] < least || entries[k] > most) return report(environment, code, k);
+  }
+  return Status();
+}
+
 Status check_indices(Environment& environment, const int* indices, int count, int limit, int code) {
   if (indices == nullptr) return Status();
   for (int k = 0; k < count; ++k) {
@@ -74,8 +84,7 @@ Status DataCheck::objective_sense(int sense) const {
 }
 
 Status DataCheck::column_types(const char* types, int count) const {
-  if (!enabled_) return Status();
-  return check_letters(environment_, "CBISN", types, count, error::kColumnTypeEntry);
+  return enabled_ ? check_column_types(environment_, types, count) : Status();
 }
 
 Status DataCheck::bound_codes(const char* codes, int count) const {
@@ -121,12 +130,39 @@ Status check_column_indices(Environment& environment, const int* indices, int co
   return check_indices(environment, indices, count, columns, error::kColumnIndex);
 }
 
+Status check_growth(int present, int added) {
+  return added > std::numeric_limits<int>::max() - present
+             ? Status::failure(error::kProblemSizeLimits)
+             : Status();
+}
+
 Status check_no_null_name(Environment& environment, const char* const* names, int count) {
   if (names == nullptr) return Status();
   for (int k = 0; k < count; ++k) {
     if (names[k] == nullptr) return report(environment, error::kNullName, k);
   }
   return Status();
+}
+
+Status check_column_types(Environment& environment, const char* types, int count) {
+  return check_letters(environment, "CBISN", types, count, error::kColumnTypeEntry);
+}
+
+Status check_set_types(Environment& environment, const char* types, int count) {
+  return check_letters(environment, "12", types, count, error::kSetTypeEntry);
+}
+
+Status check_unranged_senses(Environment& environment, const char* senses, int count) {
+  return check_letters(environment, "LEG", senses, count, error::kSenseEntry);
+}
+
+Status check_priorities(Environment& environment, const int* priorities, int count) {
+  return check_values_in(environment, priorities, count, 0, std::numeric_limits<int>::max(),
+                         error::kNegativePriority);
+}
+
+Status check_directions(Environment& environment, const int* directions, int count) {
+  return check_values_in(environment, directions, count, -1, 1, error::kDirectionEntry);
 }
 
 Status check_starts(Environment& environment, const int* begin, int count, int entries) {

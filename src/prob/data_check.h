@@ -48,8 +48,19 @@ class DataCheck {
 Status check_row_indices(Environment& environment, const int* indices, int count, int rows);
 /// 1201 for a column outside 0..columns-1.
 Status check_column_indices(Environment& environment, const int* indices, int count, int columns);
+/// 1012 when a list of `present` items grows beyond the range of 32-bit integers.
+Status check_growth(int present, int added);
 /// 1224 for a null pointer.
 Status check_no_null_name(Environment& environment, const char* const* names, int count);
+/// Letters that stand for something: 3021 for a column type other than 'C', 'B', 'I', 'S', 'N';
+/// 3009 for a set type other than '1' and '2'; 1215 for a sense other than 'L', 'E', 'G'.
+Status check_column_types(Environment& environment, const char* types, int count);
+Status check_set_types(Environment& environment, const char* types, int count);
+Status check_unranged_senses(Environment& environment, const char* senses, int count);
+/// 3006 for a negative priority.
+Status check_priorities(Environment& environment, const int* priorities, int count);
+/// 3007 for anything but -1, 0 and 1.
+Status check_directions(Environment& environment, const int* directions, int count);
 /// Starts that must ascend from at least 0 to at most `entries`: 1226.
 Status check_starts(Environment& environment, const int* begin, int count, int entries);
 /// Areas of columns that must not have negative starts (1226), negative counts (1227) or ends

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstring>
+#include <utility>
 
 namespace kelvo {
 namespace {
@@ -49,6 +50,22 @@ NameStore default_names(NameKind kind, int count) {
   make_room_for_names(names, nullptr, count);
   append_names(names, kind, 0, nullptr, count);
   return names;
+}
+
+bool prepare_names(NameStore& names, NameStore& fresh, NameKind kind, int old_count,
+                   const char* const* given, int count) {
+  if (!names.present()) {
+    if (!gives_names(given, count)) return false;
+    fresh = default_names(kind, old_count);
+  }
+  make_room_for_names(names.present() ? names : fresh, given, count);
+  return true;
+}
+
+void append_prepared_names(NameStore& names, NameStore& fresh, NameKind kind, int old_count,
+                           const char* const* given, int count) {
+  if (!names.present()) names = std::move(fresh);
+  append_names(names, kind, old_count, given, count);
 }
 
 }  // namespace kelvo

@@ -1,5 +1,5 @@
-// The names that rows and columns carry when a caller names only some of them: "c1", "c2", ... for
-// rows and "x1", "x2", ... for columns, by position.
+// The names that rows, columns, sets and the like carry when a caller names only some of them: a
+// letter and the position, "c1", "c2", ... for rows, "x1", "x2", ... for columns.
 #pragma once
 
 #include <string_view>
@@ -8,12 +8,20 @@
 
 namespace kelvo {
 
-enum class NameKind : char { row = 'c', column = 'x' };
+enum class NameKind : char {
+  row = 'c',
+  column = 'x',
+  set = 's',
+  quadratic = 'q',
+  indicator = 'i',
+  user_cut = 'u',
+  lazy_constraint = 'l'
+};
 
 /// The text of a default name, in a buffer of its own.
 class DefaultName {
  public:
-  /// Name of the row or column with this index, counted from 0.
+  /// Name of the item with this index, counted from 0.
   DefaultName(NameKind kind, int index);
   std::string_view view() const { return {text_, length_}; }
 
@@ -36,5 +44,15 @@ void append_names(NameStore& names, NameKind kind, int first_index, const char* 
 
 /// A store of `count` default names. Throws std::bad_alloc.
 NameStore default_names(NameKind kind, int count);
+
+/// What a list of `old_count` items needs before `count` more are appended: room in its names, or,
+/// when the new items bring the first names, default names for the old ones in `fresh`. Throws
+/// std::bad_alloc, leaving the names as they were. Returns whether there will be names.
+bool prepare_names(NameStore& names, NameStore& fresh, NameKind kind, int old_count,
+                   const char* const* given, int count);
+
+/// Completes what prepare_names() began; throws nothing.
+void append_prepared_names(NameStore& names, NameStore& fresh, NameKind kind, int old_count,
+                           const char* const* given, int count);
 
 }  // namespace kelvo

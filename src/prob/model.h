@@ -27,7 +27,8 @@ struct ExtraRows {
   int size() const { return rows.num_major; }
 };
 
-/// Special ordered sets, compressed by set.
+/// Special ordered sets, compressed by set. Members stand as they were given; their order in the
+/// set is that of their weights.
 struct SosSets {
   Vector<char> type;     // '1' or '2' per set
   SparseMatrix members;  // index: column, value: weight

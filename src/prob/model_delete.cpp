@@ -99,18 +99,121 @@ void delete_columns(IndicatorConstraints& indicators, const int* new_index, int 
   marks.erase(std::remove(marks.begin(), marks.end(), kGone), marks.end());
 }
 
-void clear(ExtraRows& rows) noexcept {
-  rows.rhs.clear();
-  rows.sense.clear();
-  rows.rows.start.resize(1);
-  rows.rows.start[0] = 0;
-  rows.rows.index.clear();
-  rows.rows.value.clear();
-  rows.rows.num_major = 0;
-  rows.names.clear();
+/// Makes a matrix empty without asking for memory.
+void clear(SparseMatrix& matrix) noexcept {
+  matrix.start.resize(1);
+  matrix.start[0] = 0;
+  matrix.index.clear();
+  matrix.value.clear();
+  matrix.num_major = matrix.num_minor = 0;
+}
+
+void delete_columns(PriorityOrder& order, const int* new_index) noexcept {
+  int kept = 0;
+  for (int k = 0; k < order.size(); ++k) {
+    const int column = new_index[order.column[k]];
+    if (column < 0) continue;
+    order.column[kept] = column;
+    order.priority[kept] = order.priority[k];
+    order.direction[kept++] = order.direction[k];
+  }
+  order.column.resize(kept);
+  order.priority.resize(kept);
+  order.direction.resize(kept);
+}
+
+/// Keeps the elements k with keep[k] != 0.
+template <class T>
+void keep_marked(Vector<T>& values, const char* marks) noexcept {
+  std::size_t kept = 0;
+  for (std::size_t k = 0; k < values.size(); ++k) {
+    if (marks[k] != 0) values[kept++] = std::move(values[k]);
+  }
+  values.erase(values.begin() + static_cast<std::ptrdiff_t>(kept), values.end());
+}
+
+/// Keeps the marked major lines as they are.
+void keep_marked(SparseMatrix& matrix, const char* marks) noexcept {
+  int lines = 0;
+  int entries = 0;
+  for (int line = 0; line < matrix.num_major; ++line) {
+    const int from = matrix.start[line];
+    const int to = matrix.start[line + 1];
+    if (marks[line] == 0) continue;
+    matrix.start[lines++] = entries;
+    for (int p = from; p < to; ++p) {
+      matrix.index[entries] = matrix.index[p];
+      matrix.value[entries++] = matrix.value[p];
+    }
+  }
+  matrix.start[lines] = entries;
+  matrix.start.resize(lines + 1);
+  matrix.index.resize(entries);
+  matrix.value.resize(entries);
+  matrix.num_major = lines;
 }
 
 }  // namespace
+
+void clear(ExtraRows& rows) noexcept {
+  rows.rhs.clear();
+  rows.sense.clear();
+  clear(rows.rows);
+  rows.names.clear();
+}
+
+void clear(SosSets& sets) noexcept {
+  sets.type.clear();
+  clear(sets.members);
+  sets.names.clear();
+}
+
+void clear(IndicatorConstraints& indicators) noexcept {
+  indicators.column.clear();
+  indicators.complemented.clear();
+  indicators.relation.clear();
+  clear(indicators.rows);
+}
+
+void clear(PriorityOrder& order) noexcept {
+  order.column.clear();
+  order.priority.clear();
+  order.direction.clear();
+}
+
+void clear_quadratic(Model& model) noexcept {
+  clear(model.quadratic);
+}
+
+void clear_integer_data(Model& model) noexcept {
+  model.column_type.clear();
+  clear(model.sos);
+  clear(model.indicators);
+  clear(model.order);
+  clear(model.user_cuts);
+  clear(model.lazy_constraints);
+}
+
+void keep_sets(SosSets& sets, const char* keep) noexcept {
+  keep_marked(sets.type, keep);
+  keep_marked(sets.members, keep);
+  if (sets.names.present()) sets.names.keep_marked(keep);
+}
+
+void keep_indicators(IndicatorConstraints& indicators, const char* keep) noexcept {
+  keep_marked(indicators.column, keep);
+  keep_marked(indicators.complemented, keep);
+  keep_marked(indicators.relation, keep);
+  keep_marked(indicators.rows.rhs, keep);
+  keep_marked(indicators.rows.sense, keep);
+  keep_marked(indicators.rows.rows, keep);
+  if (indicators.rows.names.present()) indicators.rows.names.keep_marked(keep);
+}
+
+void keep_quadratic_constraints(Model& model, const char* keep) noexcept {
+  keep_marked(model.quadratic_constraints, keep);
+  if (model.quadratic_names.present()) model.quadratic_names.keep_marked(keep);
+}
 
 void delete_rows(Model& model, const int* new_index) noexcept {
   model.matrix.delete_rows(new_index);
@@ -142,6 +245,7 @@ void delete_columns(Model& model, const int* new_index) noexcept {
   compact(
       model.sos.members, [](int) { return true; }, new_index, model.num_cols);
   delete_columns(model.indicators, new_index, model.num_cols);
+  delete_columns(model.order, new_index);
   clear(model.user_cuts);
   clear(model.lazy_constraints);
 }

@@ -17,19 +17,6 @@ void append_values(Vector<T>& to, const T* given, int count, T default_value) {
   }
 }
 
-/// The names a model needs before `count` more are appended: those it has, or default names for
-/// the `old_count` items it has when the new ones bring the first names. Throws std::bad_alloc.
-/// Returns whether there will be names; `fresh` then replaces an absent store.
-bool prepare_names(NameStore& names, NameStore& fresh, NameKind kind, int old_count,
-                   const char* const* given, int count) {
-  if (!names.present()) {
-    if (!gives_names(given, count)) return false;
-    fresh = default_names(kind, old_count);
-  }
-  make_room_for_names(names.present() ? names : fresh, given, count);
-  return true;
-}
-
 bool has_ranged_row(const RowBlock& block) {
   if (block.sense == nullptr) return false;
   for (int k = 0; k < block.count; ++k) {
@@ -73,8 +60,8 @@ void append_rows(Model& model, const RowBlock& block) {
     append_ranges(model, block);
   }
   if (named) {
-    if (!model.row_names.present()) model.row_names = std::move(fresh_names);
-    append_names(model.row_names, NameKind::row, model.num_rows, block.names, block.count);
+    append_prepared_names(model.row_names, fresh_names, NameKind::row, model.num_rows, block.names,
+                          block.count);
   }
   model.num_rows += block.count;
 }
@@ -108,8 +95,8 @@ void append_columns(Model& model, const ColumnBlock& block) {
     model.quadratic.num_minor += block.count;
   }
   if (named) {
-    if (!model.col_names.present()) model.col_names = std::move(fresh_names);
-    append_names(model.col_names, NameKind::column, model.num_cols, block.names, block.count);
+    append_prepared_names(model.col_names, fresh_names, NameKind::column, model.num_cols,
+                          block.names, block.count);
   }
   model.num_cols += block.count;
 }

@@ -1,11 +1,12 @@
 // Edits of a model that keep all of its parts in step: linear data, column types, names, ranges,
-// quadratic terms, sets, indicators and cuts.
+// quadratic terms, sets, indicators, priority order and cuts.
 //
 // Arguments have been checked by the caller. Functions that need memory throw std::bad_alloc and
 // leave the model as it was; the others never fail.
 #pragma once
 
 #include "prob/blocks.h"
+#include "prob/default_names.h"
 #include "prob/model.h"
 
 namespace kelvo {
@@ -21,9 +22,35 @@ void append_columns(Model& model, const ColumnBlock& block);
 void delete_rows(Model& model, const int* new_index) noexcept;
 
 /// Deletes the columns j with new_index[j] < 0, likewise, with their places in quadratic terms,
-/// sets and indicator rows. An indicator constraint whose binary column goes is deleted too. User
-/// cuts and lazy constraints are all deleted.
+/// sets, indicator rows and the priority order. An indicator constraint whose binary column goes is
+/// deleted too. User cuts and lazy constraints are all deleted.
 void delete_columns(Model& model, const int* new_index) noexcept;
+
+/// Appends special ordered sets, indicator constraints, cuts or quadratic constraints. Names appear
+/// as with rows.
+void append_sets(SosSets& sets, const SetBlock& block, int num_cols);
+void append_indicator(IndicatorConstraints& indicators, const IndicatorRow& row, int num_cols);
+void append_extra_rows(ExtraRows& rows, NameKind kind, const RowBlock& block, int num_cols);
+void append_quadratic_constraint(Model& model, const QuadraticRow& row);
+
+/// Replaces the priority order. Of several entries of a column the first one keeps its position and
+/// takes what the last one says.
+void assign_order(PriorityOrder& order, const OrderBlock& block, int num_cols);
+
+/// Keeps the items k with keep[k] != 0.
+void keep_sets(SosSets& sets, const char* keep) noexcept;
+void keep_indicators(IndicatorConstraints& indicators, const char* keep) noexcept;
+void keep_quadratic_constraints(Model& model, const char* keep) noexcept;
+
+/// Removes everything of a kind.
+void clear(ExtraRows& rows) noexcept;
+void clear(SosSets& sets) noexcept;
+void clear(IndicatorConstraints& indicators) noexcept;
+void clear(PriorityOrder& order) noexcept;
+/// The quadratic objective.
+void clear_quadratic(Model& model) noexcept;
+/// What makes a model mixed-integer: types, sets, indicators, order, user cuts, lazy constraints.
+void clear_integer_data(Model& model) noexcept;
 
 /// Makes the array of ranges exist.
 void ensure_ranges(Model& model);

@@ -13,14 +13,6 @@ void release_memory(Vector<T>& vector) noexcept {
 
 }  // namespace
 
-ProblemType type_of(const Model& model) {
-  const bool integer =
-      !model.column_type.empty() || model.sos.size() > 0 || model.indicators.size() > 0;
-  if (!model.quadratic_constraints.empty()) return integer ? kTypeMiqcp : kTypeQcp;
-  if (model.quadratic.num_major > 0) return integer ? kTypeMiqp : kTypeQp;
-  return integer ? kTypeMilp : kTypeLp;
-}
-
 Problem::~Problem() {
   self_ = nullptr;
 }
@@ -50,6 +42,10 @@ void Problem::notify_change(ChangeKind kind) noexcept {
   }
   if ((stale & kCachedRowLookup) != 0) row_lookup_.forget();
   if ((stale & kCachedColumnLookup) != 0) column_lookup_.forget();
+  if ((stale & kCachedSetLookup) != 0) set_lookup_.forget();
+  if ((stale & kCachedIndicatorLookup) != 0) indicator_lookup_.forget();
+  if ((stale & kCachedQuadraticLookup) != 0) quadratic_lookup_.forget();
+  if ((stale & kCachedNorms) != 0) basis.forget_norms();
   const unsigned touched = touched_by(kind);
   revisions_.costs += (touched & kCosts) != 0;
   revisions_.column_bounds += (touched & kColumnBounds) != 0;
@@ -82,6 +78,18 @@ int Problem::row_index(std::string_view name) {
 
 int Problem::column_index(std::string_view name) {
   return column_lookup_.find(name, model_.col_names);
+}
+
+int Problem::set_index(std::string_view name) {
+  return set_lookup_.find(name, model_.sos.names);
+}
+
+int Problem::indicator_index(std::string_view name) {
+  return indicator_lookup_.find(name, model_.indicators.rows.names);
+}
+
+int Problem::quadratic_constraint_index(std::string_view name) {
+  return quadratic_lookup_.find(name, model_.quadratic_names);
 }
 
 Owned<Problem> Problem::clone() {

@@ -53,8 +53,21 @@ constexpr bool is_mixed_integer_type(int type) {
   return type == kTypeMilp || type == kTypeMiqp || type == kTypeMiqcp;
 }
 
+/// The mixed-integer type a view belongs to, or the type itself.
+constexpr int type_behind_view(int type) {
+  return type == kTypeFixedMilp    ? kTypeMilp
+         : type == kTypeFixedMiqp  ? kTypeMiqp
+         : type == kTypeFixedMiqcp ? kTypeMiqcp
+                                   : type;
+}
+
 /// The type a model has by its content.
 ProblemType type_of(const Model& model);
+/// The least type that admits what `type` admits and the content of the model too.
+int widened_type(int type, const Model& model);
+/// Removes from a model what its new type does not admit, and gives it what the type asks for:
+/// column types, a quadratic objective. Throws std::bad_alloc, leaving the model as it was.
+void adapt_model(Model& model, int type);
 
 /// A new value of one bound.
 struct BoundChange {
@@ -81,6 +94,11 @@ class Problem {
 
   int num_rows() const { return model_.num_rows + batch_.num_rows(); }
   int num_cols() const { return model_.num_cols; }
+  int num_sets() const { return model_.sos.size(); }
+  int num_indicators() const { return model_.indicators.size(); }
+  int num_quadratic_constraints() const {
+    return static_cast<int>(model_.quadratic_constraints.size());
+  }
   int objective_sense() const { return model_.sense; }
   const String& name() const { return model_.name; }
   /// Merges waiting coefficients, since some of them may replace others.
@@ -124,19 +142,31 @@ class Problem {
   void remove_negligible(double eps);
 
   /// Edits of kinds that have no function here: `edit(Model&)` works on the merged model, all or
-  /// nothing, and the change is reported. The stored basis is not touched.
+  /// nothing, and the change is reported. The stored basis is not touched. Data that the type of
+  /// the problem does not admit widen it.
   template <class Edit>
   void edit_model(ChangeKind kind, Edit edit) {
     merge_pending();
     edit(model_);
+    type_ = widened_type(type_, model_);
     notify_change(kind);
   }
   void set_type(int type) { type_ = type; }
+  /// Changes the type, one that is neither a view nor that of a node, and with it the model.
+  void change_type(int type);
+  /// Makes the problem a view of its model fixed at an integer point `x` [columns], or makes the
+  /// view anew; the problem's own type is `type_behind_view(type)`.
+  void show_fixed(int type, const double* x, double tolerance);
+  /// Ends a view: the problem is the mixed-integer one again.
+  void show_itself() noexcept;
 
   // ---- Look-up by name: the first index with that name, or -1. ----
 
   int row_index(std::string_view name);
   int column_index(std::string_view name);
+  int set_index(std::string_view name);
+  int indicator_index(std::string_view name);
+  int quadratic_constraint_index(std::string_view name);
 
   /// A copy of everything except what the optimizers keep: model, type, results and basis.
   Owned<Problem> clone();
@@ -155,7 +185,6 @@ class Problem {
 
  private:
   void discard_solution() noexcept;
-  void make_type_mixed_integer() noexcept;
 
   const Problem* self_ = this;
   Environment* environment_;
@@ -165,6 +194,9 @@ class Problem {
   Revisions revisions_;
   NameLookup row_lookup_;
   NameLookup column_lookup_;
+  NameLookup set_lookup_;
+  NameLookup indicator_lookup_;
+  NameLookup quadratic_lookup_;
 };
 
 /// For readers: swaps a complete new model in. Never fails.

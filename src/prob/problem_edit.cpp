@@ -63,12 +63,6 @@ void Problem::replace_model(Model&& model) noexcept {
   notify_change(ChangeKind::model_replaced);
 }
 
-void Problem::make_type_mixed_integer() noexcept {
-  if (type_ == kTypeLp) type_ = kTypeMilp;
-  if (type_ == kTypeQp) type_ = kTypeMiqp;
-  if (type_ == kTypeQcp) type_ = kTypeMiqcp;
-}
-
 void Problem::add_rows(const RowBlock& rows, const ColumnBlock& columns) {
   const bool named = model_.row_names.present() || gives_names(rows.names, rows.count);
   const std::int64_t entries = std::int64_t{batch_.num_row_entries()} + rows.entries;
@@ -89,7 +83,7 @@ void Problem::add_columns(const ColumnBlock& block) {
       basis.col_status.push_back(resting_status(model_.lower[j], model_.upper[j]));
     }
   }
-  if (block.type != nullptr) make_type_mixed_integer();
+  type_ = widened_type(type_, model_);
   notify_change(ChangeKind::columns_added);
 }
 

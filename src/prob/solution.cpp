@@ -5,6 +5,13 @@
 
 namespace kelvo {
 
+void StoredBasis::forget_norms() noexcept {
+  col_norm.clear();
+  row_norm.clear();
+  head.clear();
+  head_norm.clear();
+}
+
 namespace {
 
 double outside(double value, double lower, double upper) {

@@ -54,6 +54,16 @@ struct StoredBasis {
   bool factored = false;
   Vector<int> col_status;  // [columns]
   Vector<int> row_status;  // [rows]
+
+  // Squared steepest-edge norms that a caller gave for this basis, in the model's units; empty when
+  // he gave none. The first run from the basis uses them, any change of the model's structure drops
+  // them.
+  Vector<double> col_norm;   // primal, 1 + |B^-1 a_j|^2, of columns 0, 1, ...; the rest have none
+  Vector<double> row_norm;   // [rows] primal, of the slacks, when col_norm is given
+  Vector<int> head;          // basic variables: column j, or -1 - i for the slack of row i
+  Vector<double> head_norm;  // dual, |e_p' B^-1|^2 of the row of B^-1 where head[p] is basic
+
+  void forget_norms() noexcept;
 };
 
 /// The result of a continuous optimizer. The problem's solution status says whether one is stored.

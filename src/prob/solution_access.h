@@ -1,0 +1,27 @@
+// Which stored values a query of a solution reads.
+#pragma once
+
+#include "base/status.h"
+#include "prob/problem.h"
+
+namespace kelvo {
+
+enum class Needs { primal, dual };
+
+inline bool is_mixed_integer(const Problem& problem) {
+  return is_mixed_integer_type(problem.type());
+}
+
+/// True when the result of a continuous optimizer that fits the problem's type is stored.
+bool has_continuous_solution(const Problem& problem);
+
+/// Checks that values of this kind can be read: 1217, 3023; for dual ones also 1017, 1232.
+Status check_values(const Problem& problem, Needs needs);
+
+/// The stored point [columns], once check_values() has passed.
+const Vector<double>& primal_values(const Problem& problem);
+
+/// Its row activities [rows]; `scratch` holds them when they have to be computed.
+const Vector<double>& activities(const Problem& problem, Vector<double>& scratch);
+
+}  // namespace kelvo
