@@ -364,8 +364,10 @@ bool SimplexState::exchange(int position, int entering_variable, double entering
 void SimplexState::add_column(int j, double factor_of_column, WorkVector& x) const {
   if (j >= n) {
     const int i = j - n;
-    if (x.value[i] == 0.0 && !x.is_dense()) x.insert(i, 0.0);
-    x.value[i] += factor_of_column;
+    const double before = x.value[i];
+    if (before == 0.0 && !x.is_dense()) x.insert(i, 0.0);
+    const double after = before + factor_of_column;
+    x.value[i] = after == 0.0 ? kCancelled : after;
     return;
   }
   const SparseMatrix& columns = problem.columns;

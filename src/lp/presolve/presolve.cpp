@@ -1,0 +1,224 @@
+#include "lp/presolve/presolve.h"
+
+#include "lp/presolve/reductions.h"
+
+namespace kelvo {
+
+namespace {
+
+// A pass that removes less than this share of rows and columns is the last.
+constexpr double kWorthwhilePass = 0.005;
+constexpr int kMostPasses = 20;
+// Entries touched, as a multiple of the nonzeros, after which presolve lets well alone.
+constexpr std::int64_t kWorkPerNonzero = 200;
+constexpr std::int64_t kLeastWork = 1000000;
+
+/// Runs the reductions over one program.
+class Reducer {
+ public:
+  explicit Reducer(PresolveLp& lp)
+      : lp_(lp), work_limit_(std::max(kLeastWork, kWorkPerNonzero * lp.matrix.num_nonzeros())) {}
+
+  void run();
+
+ private:
+  bool uses(ReductionFamily family) const { return (lp_.settings.families & family) != 0; }
+  bool tired() const { return lp_.ended() || lp_.work > work_limit_; }
+  void look_at_row(int i);
+  void look_at_column(int j);
+  void drain_lists();
+  void run_passes();
+  int eliminated() const {
+    return lp_.stats.rows_removed + lp_.stats.cols_removed + 2 * lp_.stats.substitutions;
+  }
+
+  PresolveLp& lp_;
+  const std::int64_t work_limit_;
+};
+
+void Reducer::look_at_row(int i) {
+  const bool primal = lp_.settings.primal_reductions;
+  switch (lp_.matrix.row_count(i)) {
+    case 0:
+      remove_empty_row(lp_, i);
+      return;
+    case 1:
+      if (primal && uses(kSingletonRows)) remove_singleton_row(lp_, i);
+      return;
+    default:
+      if (!primal) return;
+      if (uses(kActivityRows) && reduce_by_activity(lp_, i)) return;
+      if (lp_.ended()) return;
+      if (uses(kDoubletons) && lp_.settings.aggregator != 0 && lp_.is_equation(i) &&
+          lp_.matrix.row_count(i) == 2) {
+        substitute_doubleton(lp_, i);
+      }
+  }
+}
+
+void Reducer::look_at_column(int j) {
+  if (lp_.is_fixed(j) && lp_.may_remove(j)) {
+    lp_.fix_column(j, lp_.lower[j], kAtLower);
+    return;
+  }
+  const int count = lp_.matrix.col_count(j);
+  if (count == 0) {
+    remove_empty_column(lp_, j);
+    return;
+  }
+  if (lp_.settings.dual_reductions && uses(kCostFixing) && fix_by_cost(lp_, j)) return;
+  if (lp_.ended() || count != 1 || !lp_.settings.primal_reductions) return;
+  if (uses(kFreeSingletons) && substitute_free_singleton(lp_, j)) return;
+  if (uses(kSlackColumns) && !lp_.ended()) absorb_slack_column(lp_, j);
+}
+
+void Reducer::drain_lists() {
+  while (!tired() && !(lp_.row_list.empty() && lp_.col_list.empty())) {
+    while (!lp_.row_list.empty() && !tired()) {
+      const int i = lp_.row_list.take();
+      ++lp_.work;
+      if (lp_.row_alive[i]) look_at_row(i);
+      lp_.poll();
+    }
+    while (!lp_.col_list.empty() && !tired()) {
+      const int j = lp_.col_list.take();
+      ++lp_.work;
+      if (lp_.col_alive[j]) look_at_column(j);
+      lp_.poll();
+    }
+  }
+}
+
+void Reducer::run_passes() {
+  const int most = lp_.settings.pass_limit >= 0 ? lp_.settings.pass_limit : kMostPasses;
+  for (int pass = 0; pass < most && !tired(); ++pass) {
+    const int before = eliminated();
+    drain_lists();
+    if (tired()) return;
+    if (lp_.settings.dual_reductions && uses(kDualBounds)) reduce_by_dual_bounds(lp_);
+    drain_lists();
+    if (tired()) return;
+    if (lp_.settings.primal_reductions) {
+      if (uses(kDuplicateRows)) merge_duplicate_rows(lp_);
+      if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_);
+      drain_lists();
+    }
+    const int rounds = lp_.settings.aggregator;
+    if (!tired() && uses(kAggregation) && (rounds < 0 || pass < rounds)) {
+      ++lp_.stats.aggregator_rounds;
+      run_aggregator(lp_);
+      drain_lists();
+    }
+    const int left = lp_.num_rows() + lp_.num_cols() - eliminated();
+    if (eliminated() - before <= kWorthwhilePass * left) return;
+  }
+}
+
+void Reducer::run() {
+  run_passes();
+}
+
+PresolveOutcome outcome_of(const PresolveLp& lp) {
+  constexpr int kUserAbort = 13;
+  switch (lp.finding.kind) {
+    case FindingKind::none:
+      break;
+    case FindingKind::empty_column:
+    case FindingKind::dual_bounds_column:
+    case FindingKind::dual_bounds_row:
+      return PresolveOutcome::dual_infeasible;
+    default:
+      return PresolveOutcome::infeasible;
+  }
+  if (lp.stopped() != 0) {
+    return lp.stopped() == kUserAbort ? PresolveOutcome::aborted : PresolveOutcome::time_limit;
+  }
+  return lp.stack.size() > 0 ? PresolveOutcome::reduced : PresolveOutcome::unchanged;
+}
+
+/// The places of the lines alive, and the way there.
+void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept) {
+  map.assign(alive.size(), -1);
+  for (std::size_t line = 0; line < alive.size(); ++line) {
+    if (!alive[line]) continue;
+    map[line] = static_cast<int>(kept.size());
+    kept.push_back(static_cast<int>(line));
+  }
+}
+
+}  // namespace
+
+Presolve::Presolve(const LpProblem& lp, const PresolveSettings& settings,
+                   const Vector<char>& protected_columns, StopCheck& stop) {
+  PresolveLp work(lp, settings, protected_columns, stop);
+  Reducer(work).run();
+  outcome_ = outcome_of(work);
+  finding_ = work.finding;
+  stats_ = work.stats;
+  if (outcome_ == PresolveOutcome::reduced || outcome_ == PresolveOutcome::unchanged) {
+    make_reduced(work);
+    stack_ = std::move(work.stack);
+  }
+}
+
+void Presolve::make_reduced(const PresolveLp& lp) {
+  number_lines(lp.row_alive, row_map_, kept_rows_);
+  number_lines(lp.col_alive, col_map_, kept_cols_);
+  LpProblem& reduced = reduced_;
+  reduced.num_rows = static_cast<int>(kept_rows_.size());
+  reduced.num_cols = static_cast<int>(kept_cols_.size());
+  reduced.offset = lp.offset;
+  SparseMatrix& rows = reduced.rows;
+  rows.num_major = reduced.num_rows;
+  rows.num_minor = reduced.num_cols;
+  rows.index.reserve(lp.matrix.num_nonzeros());
+  rows.value.reserve(lp.matrix.num_nonzeros());
+  for (const int i : kept_rows_) {
+    for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
+      rows.index.push_back(col_map_[lp.matrix[e].col]);
+      rows.value.push_back(lp.matrix[e].value);
+    }
+    rows.start.push_back(static_cast<int>(rows.index.size()));
+  }
+  reduced.columns = transpose(rows);
+  reduced.rows = transpose(reduced.columns);  // with ascending indices
+  for (const int j : kept_cols_) {
+    reduced.cost.push_back(lp.cost[j]);
+    reduced.lower.push_back(lp.lower[j]);
+    reduced.upper.push_back(lp.upper[j]);
+  }
+  for (const int i : kept_rows_) {
+    reduced.cost.push_back(0.0);
+    reduced.lower.push_back(-lp.row_upper[i]);
+    reduced.upper.push_back(-lp.row_lower[i]);
+  }
+}
+
+void Presolve::postsolve(const BasicSolution& reduced, const Vector<double>& z,
+                         BasicSolution& original) const {
+  PostsolveState state;
+  state.resize(num_rows(), num_cols());
+  const int reduced_cols = static_cast<int>(kept_cols_.size());
+  const auto turned = [](int status) {
+    return status == kAtLower || status == kAtUpper ? opposite_side(status) : status;
+  };
+  for (int k = 0; k < reduced_cols; ++k) {
+    const int j = kept_cols_[k];
+    state.x[j] = reduced.x[k];
+    state.z[j] = z[k];
+    state.col_status[j] = reduced.status[k];
+  }
+  for (std::size_t k = 0; k < kept_rows_.size(); ++k) {
+    const int i = kept_rows_[k];
+    state.y[i] = reduced.y[k];
+    state.row_status[i] = turned(reduced.status[reduced_cols + k]);
+  }
+  stack_.undo_all(state);
+  original.x = std::move(state.x);
+  original.y = std::move(state.y);
+  original.status = std::move(state.col_status);
+  original.status.reserve(num_cols() + num_rows());
+  for (const int status : state.row_status) original.status.push_back(turned(status));
+}
+
+}  // namespace kelvo

@@ -1,0 +1,69 @@
+// Presolve: a smaller program with the same optimum, and the way back.
+//
+//     Presolve presolve(lp, settings, {}, stop);
+//     if (presolve.outcome() == PresolveOutcome::reduced) {
+//       LpProblem reduced = presolve.reduced_problem();
+//       ... solve it ...
+//       presolve.postsolve(...);
+//     }
+//
+// The reduced program keeps rows and columns in their order. Bounds are tightened in it only where
+// the way back can repair the duals, so that an optimal basis of the reduced program becomes an
+// optimal basis of the original one.
+//
+// Cheap reductions run from work lists of the lines that changed; those that look at the whole
+// program follow when the lists are empty, and the lot is repeated as long as a pass removes a
+// worthwhile part of what is left. The work is bounded by a multiple of the number of nonzeros.
+#pragma once
+
+#include "lp/presolve/presolve_lp.h"
+
+namespace kelvo {
+
+/// A basic solution in the numbering of one program.
+struct BasicSolution {
+  Vector<double> x;    // [num_cols]
+  Vector<double> y;    // [num_rows]
+  Vector<int> status;  // [num_cols + num_rows] BasisStatus, logicals after the columns
+};
+
+class Presolve {
+ public:
+  /// Runs presolve. Settings and stop check are used during the construction only.
+  /// `protected_columns` [num_cols] or empty: columns that must stay.
+  Presolve(const LpProblem& lp, const PresolveSettings& settings,
+           const Vector<char>& protected_columns, StopCheck& stop);
+
+  PresolveOutcome outcome() const { return outcome_; }
+  const PresolveStats& stats() const { return stats_; }
+  const Finding& finding() const { return finding_; }
+  int num_rows() const { return static_cast<int>(row_map_.size()); }
+  int num_cols() const { return static_cast<int>(col_map_.size()); }
+  /// [num_rows], [num_cols] new index, or -1 for what is gone.
+  const Vector<int>& row_map() const { return row_map_; }
+  const Vector<int>& col_map() const { return col_map_; }
+  /// Original index of each reduced row and column.
+  const Vector<int>& kept_rows() const { return kept_rows_; }
+  const Vector<int>& kept_cols() const { return kept_cols_; }
+  const PostsolveStack& stack() const { return stack_; }
+  /// The reduced program, of an outcome `reduced` or `unchanged`. It is handed over.
+  LpProblem take_reduced() { return std::move(reduced_); }
+
+  /// Turns a basic solution of the reduced program, whose reduced costs are z, into one of the
+  /// original program.
+  void postsolve(const BasicSolution& reduced, const Vector<double>& z,
+                 BasicSolution& original) const;
+
+ private:
+  void make_reduced(const PresolveLp& lp);
+
+  PresolveOutcome outcome_ = PresolveOutcome::unchanged;
+  PresolveStats stats_;
+  Finding finding_;
+  PostsolveStack stack_;
+  LpProblem reduced_;
+  Vector<int> row_map_, col_map_;
+  Vector<int> kept_rows_, kept_cols_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,143 @@
+// The linear program while it is being reduced.
+//
+//     minimize    c'x + offset,   L <= A x <= U,   l <= x <= u
+//
+// over the rows and columns that are still alive. All changes go through the operations here, which
+// keep the work lists, the bounds on the row activities and the counters in step. What is removed
+// is recorded on the postsolve stack by the reduction that removes it; fix_column() and
+// remove_row(), which nearly all reductions end with, record themselves.
+//
+// Activity bounds: for every row the finite part of min and max of a_i x over the column bounds
+// and the number of infinite terms. They are updated with each change; the rounding errors that
+// collect are estimated alongside, and a row whose estimate grew well beyond that of a fresh sum
+// is summed again when next asked for.
+#pragma once
+
+#include "base/stop_check.h"
+#include "lp/lp_problem.h"
+#include "lp/presolve/linked_matrix.h"
+#include "lp/presolve/postsolve.h"
+#include "lp/presolve/presolve_settings.h"
+
+namespace kelvo {
+
+/// Bounds on the activity of a row; an end with infinite terms is infinite.
+struct Activity {
+  double min = 0.0, max = 0.0;             // sums of the finite terms
+  int min_infinite = 0, max_infinite = 0;  // number of infinite terms
+  double error = 0.0;                      // estimate of the rounding error of the sums
+  double fresh_error = -1.0;               // of a fresh sum; negative: to be summed again
+
+  double least() const { return min_infinite > 0 ? -kInf : min; }
+  double greatest() const { return max_infinite > 0 ? kInf : max; }
+};
+
+/// Lines whose data changed, each listed once.
+class WorkList {
+ public:
+  explicit WorkList(int size) : listed_(size, 0) {}
+  void add(int line) {
+    if (listed_[line]) return;
+    listed_[line] = 1;
+    lines_.push_back(line);
+  }
+  bool empty() const { return next_ == lines_.size(); }
+  int take() {
+    const int line = lines_[next_++];
+    listed_[line] = 0;
+    if (next_ == lines_.size()) {
+      lines_.clear();
+      next_ = 0;
+    }
+    return line;
+  }
+
+ private:
+  Vector<char> listed_;  // [lines]
+  Vector<int> lines_;
+  std::size_t next_ = 0;
+};
+
+class PresolveLp {
+ public:
+  /// `protected_columns` [num_cols] marks columns that must stay; may be empty.
+  PresolveLp(const LpProblem& lp, const PresolveSettings& settings,
+             const Vector<char>& protected_columns, StopCheck& stop);
+
+  const PresolveSettings& settings;
+  LinkedMatrix matrix;
+  double offset;
+  Vector<double> cost, lower, upper;    // [columns]
+  Vector<double> row_lower, row_upper;  // [rows]
+  Vector<char> row_alive, col_alive;    // [rows], [columns]
+  WorkList row_list, col_list;
+  PostsolveStack stack;
+  PresolveStats stats;
+  Finding finding;
+  std::int64_t work = 0;  // entries touched
+
+  int num_rows() const { return static_cast<int>(row_lower.size()); }
+  int num_cols() const { return static_cast<int>(lower.size()); }
+  bool is_equation(int i) const { return row_lower[i] == row_upper[i]; }
+  bool is_fixed(int j) const { return lower[j] == upper[j]; }
+  bool may_remove(int j) const { return protected_.empty() || !protected_[j]; }
+
+  /// True when a reduction found that there is nothing to solve, or somebody wants to stop.
+  bool ended() const { return finding.kind != FindingKind::none || stopped_ != 0; }
+  int stopped() const { return stopped_; }
+  /// Asks the stop check once in a while.
+  void poll() {
+    if (work < next_poll_) return;
+    next_poll_ = work + kPollInterval;
+    if (stopped_ == 0) stopped_ = stop_.check();
+  }
+
+  const Activity& activity(int i);
+  /// Bounds on column e.col that row e.row and the other columns of the row imply.
+  struct Implied {
+    double lower, upper;
+  };
+  Implied implied_bounds(int e);
+  /// True when rows imply both bounds of the column.
+  bool is_implied_free(int j);
+
+  /// Records and removes a column that stands at `value` with the given status.
+  void fix_column(int j, double value, int status);
+  /// Records and removes a row that never binds.
+  void remove_row(int i);
+
+  // The following record nothing.
+  void change_bounds(int j, double new_lower, double new_upper);
+  /// New limits; the row and its columns have to be looked at again.
+  void change_limits(int i, double new_lower, double new_upper);
+  void change_cost(int j, double new_cost);
+  /// Takes a row and its entries out; its columns have to be looked at again.
+  void erase_row(int i);
+  /// Takes a column and its entries out, moving nothing to the right-hand sides.
+  void erase_column(int j);
+  /// A value for an entry that may exist or not; 0 erases it. The activity of the row goes stale.
+  void put_entry(int i, int j, double value);
+  void stale_activity(int i) { activity_[i].fresh_error = -1.0; }
+
+  /// Tightens the interval by [new_lower, new_upper]; false (with a finding) when nothing is left.
+  /// Crossings within the tolerance close the interval.
+  bool intersect_bounds(int j, double new_lower, double new_upper);
+
+  void record_column(int j, int except_row = -1);
+  void record_row(int i, int except_col = -1);
+  void fail(FindingKind kind, int line, int other = -1);
+
+ private:
+  static constexpr std::int64_t kPollInterval = 20000;
+
+  void add_term(Activity& activity, double a, double low, double high, double sign);
+  void sum_activity(int i);
+
+  StopCheck& stop_;
+  Vector<char> protected_;
+  Vector<Activity> activity_;  // [rows]
+  std::int64_t next_poll_ = kPollInterval;
+  int stopped_ = 0;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,64 @@
+// The reductions: each has a file of its own with its algebra, what it does to the program and how
+// it is undone.
+//
+// Those of one row or column look at the line they are given and return true when they changed the
+// program, in which case the line may be gone. Those of a whole pass return nothing; they look at
+// what is worth looking at. All of them stop early when lp.ended().
+#pragma once
+
+#include "lp/presolve/presolve_lp.h"
+
+namespace kelvo {
+
+// empty_lines.cpp
+bool remove_empty_row(PresolveLp& lp, int i);
+bool remove_empty_column(PresolveLp& lp, int j);
+
+// singleton_row.cpp: a row with one entry is a bound.
+bool remove_singleton_row(PresolveLp& lp, int i);
+
+// forcing_row.cpp: rows that hold always, or only with every column at a bound.
+bool reduce_by_activity(PresolveLp& lp, int i);
+
+// doubleton_equation.cpp: a x_j + b x_k = rhs gives x_j by x_k.
+bool substitute_doubleton(PresolveLp& lp, int i);
+
+// What substitutions share: whether an entry may become old + added, that sum with cancellation
+// made exact, the move of a constant to the right-hand side, and the books.
+bool entry_is_sound(const PresolveLp& lp, double old, double added);
+double sound_sum(double old, double added);
+void shift_limits(PresolveLp& lp, int i, double shift);
+void count_substitution(PresolveLp& lp);
+
+// substitution.cpp: an implied free column is given by a row.
+bool substitute_free_singleton(PresolveLp& lp, int j);
+void run_aggregator(PresolveLp& lp);
+
+// slack_column.cpp: a column with one entry is a slack of its row.
+bool absorb_slack_column(PresolveLp& lp, int j);
+
+// dual_fixing.cpp: nothing keeps the column from going where its cost draws it.
+bool fix_by_cost(PresolveLp& lp, int j);
+
+// dual_bounds.cpp: bounds on the duals fix columns and make rows equations.
+void reduce_by_dual_bounds(PresolveLp& lp);
+
+// duplicate_rows.cpp, duplicate_columns.cpp: lines that are multiples of others.
+void merge_duplicate_rows(PresolveLp& lp);
+void merge_duplicate_columns(PresolveLp& lp);
+
+// The ways back, in the order of UndoKind.
+void undo_fixed_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_removed_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_row_side(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_singleton_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_forcing_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_substituted_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_doubleton(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_slack_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_free_direction(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_duplicate_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_duplicate_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_added_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+
+}  // namespace kelvo

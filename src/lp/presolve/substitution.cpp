@@ -1,0 +1,190 @@
+// Implied free columns are given by a row: x_j = (rhs - sum_k a_ik x_k) / a_ij.
+//
+// The rows imply the bounds of x_j, so it is free. An equation then defines it wherever else it
+// occurs: row r loses a_rj / a_ij times row i, the objective likewise, and row and column go. A
+// column whose only entry is in an inequality is basic in some optimum, so that y_i = c_j / a_ij;
+// the sign of that says at which limit the row binds.
+//
+// Way back: x_j from the row, y_i from z_j = 0, x_j basic, the row nonbasic. The reduced costs of
+// the other columns stay as they are.
+#include "lp/presolve/presolve_tolerances.h"
+#include "lp/presolve/reductions.h"
+
+namespace kelvo {
+
+namespace tol = presolve_tolerance;
+
+namespace {
+
+// Columns with more entries are not substituted: the fill could only be too large.
+constexpr int kLongestColumn = 12;
+constexpr int kLongestRow = 300;
+// Pairs of entries looked at for one substitution.
+constexpr int kMostPairs = 600;
+
+bool pivot_is_large(const PresolveLp& lp, int e) {
+  const double allowed = lp.settings.coefficient_ratio * std::fabs(lp.matrix[e].value);
+  const LinkedMatrix& matrix = lp.matrix;
+  for (int f = matrix.row_first(matrix[e].row); f >= 0; f = matrix[f].row_next) {
+    if (std::fabs(matrix[f].value) > allowed) return false;
+  }
+  for (int f = matrix.col_first(matrix[e].col); f >= 0; f = matrix[f].col_next) {
+    if (std::fabs(matrix[f].value) > allowed) return false;
+  }
+  return true;
+}
+
+void record_substitution(PresolveLp& lp, int e, double rhs, int side) {
+  const int i = lp.matrix[e].row, j = lp.matrix[e].col;
+  lp.stack.begin(UndoKind::substituted_column);
+  UndoRecord& record = lp.stack.top();
+  record.row = i;
+  record.col = j;
+  record.a = lp.matrix[e].value;
+  record.cost = lp.cost[j];
+  record.lower = rhs;
+  record.flag = side;
+  lp.record_row(i, j);
+  lp.stack.split();
+  lp.record_column(j, i);
+}
+
+/// The objective without x_j.
+void substitute_in_objective(PresolveLp& lp, int e, double rhs) {
+  const int i = lp.matrix[e].row, j = lp.matrix[e].col;
+  const double cost = lp.cost[j];
+  if (cost == 0.0) return;
+  const double a = lp.matrix[e].value;
+  for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
+    const int k = lp.matrix[f].col;
+    if (k != j) lp.change_cost(k, sound_sum(lp.cost[k], -cost * lp.matrix[f].value / a));
+  }
+  lp.offset += cost * rhs / a;
+}
+
+/// Number of nonzeros that the substitution adds (at most `limit`), or limit + 1 when it adds more
+/// or would make unsound entries.
+int count_fill(PresolveLp& lp, int e, int limit) {
+  const LinkedMatrix& matrix = lp.matrix;
+  const int i = matrix[e].row, j = matrix[e].col;
+  int fill = -(matrix.row_count(i) + matrix.col_count(j) - 1);
+  for (int f = matrix.col_first(j); f >= 0; f = matrix[f].col_next) {
+    const int r = matrix[f].row;
+    if (r == i) continue;
+    const double ratio = matrix[f].value / matrix[e].value;
+    for (int g = matrix.row_first(i); g >= 0; g = matrix[g].row_next) {
+      if (matrix[g].col == j) continue;
+      const int at = matrix.find(r, matrix[g].col);
+      lp.work += std::min(matrix.row_count(r), matrix.col_count(matrix[g].col)) + 1;
+      const double old = at < 0 ? 0.0 : matrix[at].value;
+      const double added = -ratio * matrix[g].value;
+      if (!entry_is_sound(lp, old, added)) return limit + 1;
+      if (at < 0) {
+        if (++fill > limit) return limit + 1;
+      } else if (sound_sum(old, added) == 0.0) {
+        --fill;
+      }
+    }
+  }
+  return fill;
+}
+
+void substitute(PresolveLp& lp, int e) {
+  const int i = lp.matrix[e].row, j = lp.matrix[e].col;
+  const double a = lp.matrix[e].value, rhs = lp.row_lower[i];
+  record_substitution(lp, e, rhs, kAtLower);
+  for (int f = lp.matrix.col_first(j); f >= 0; f = lp.matrix[f].col_next) {
+    const int r = lp.matrix[f].row;
+    if (r == i) continue;
+    const double ratio = lp.matrix[f].value / a;
+    for (int g = lp.matrix.row_first(i); g >= 0; g = lp.matrix[g].row_next) {
+      const int k = lp.matrix[g].col;
+      if (k == j) continue;
+      const int at = lp.matrix.find(r, k);
+      const double old = at < 0 ? 0.0 : lp.matrix[at].value;
+      lp.put_entry(r, k, sound_sum(old, -ratio * lp.matrix[g].value));
+    }
+    shift_limits(lp, r, ratio * rhs);
+  }
+  substitute_in_objective(lp, e, rhs);
+  lp.erase_row(i);
+  lp.erase_column(j);
+  count_substitution(lp);
+}
+
+/// The shortest equation of column j whose entry may be the pivot, as that entry; or -1.
+int choose_pivot(const PresolveLp& lp, int j) {
+  int best = -1;
+  for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
+    const int i = lp.matrix[e].row;
+    if (!lp.is_equation(i) || lp.matrix.row_count(i) < 2) continue;
+    if (lp.matrix.row_count(i) > kLongestRow) continue;
+    if (best >= 0 && lp.matrix.row_count(i) >= lp.matrix.row_count(lp.matrix[best].row)) continue;
+    if (pivot_is_large(lp, e)) best = e;
+  }
+  return best;
+}
+
+bool try_column(PresolveLp& lp, int j, int fill_limit) {
+  const int count = lp.matrix.col_count(j);
+  if (count < 2 || count > kLongestColumn || !lp.may_remove(j) || lp.is_fixed(j)) return false;
+  const int e = choose_pivot(lp, j);
+  if (e < 0) return false;
+  const int row_count = lp.matrix.row_count(lp.matrix[e].row);
+  if ((row_count - 1) * (count - 1) > kMostPairs) return false;
+  if (!lp.is_implied_free(j)) return false;
+  if (count_fill(lp, e, fill_limit) > fill_limit) return false;
+  substitute(lp, e);
+  return true;
+}
+
+}  // namespace
+
+bool substitute_free_singleton(PresolveLp& lp, int j) {
+  if (!lp.may_remove(j) || !lp.is_implied_free(j)) return false;
+  const int e = lp.matrix.col_first(j);
+  const int i = lp.matrix[e].row;
+  if (!pivot_is_large(lp, e)) return false;
+  const double y = lp.cost[j] / lp.matrix[e].value;
+  double rhs = lp.row_lower[i];
+  int side = kAtLower;
+  if (!lp.is_equation(i)) {
+    if (y != 0.0 && !lp.settings.dual_reductions) return false;
+    if (y < 0.0 || (y == 0.0 && rhs == -kInf)) side = kAtUpper;
+    if (side == kAtUpper) rhs = lp.row_upper[i];
+    if (!std::isfinite(rhs)) {
+      if (std::fabs(lp.cost[j]) > lp.settings.optimality_tolerance) {
+        lp.fail(FindingKind::dual_bounds_column, j);
+      }
+      return false;
+    }
+  }
+  record_substitution(lp, e, rhs, side);
+  substitute_in_objective(lp, e, rhs);
+  lp.erase_row(i);
+  lp.erase_column(j);
+  return true;
+}
+
+void run_aggregator(PresolveLp& lp) {
+  // What saves nonzeros first.
+  for (const int limit : {0, lp.settings.fill_limit}) {
+    for (int j = 0; j < lp.num_cols() && !lp.ended(); ++j) {
+      if (lp.col_alive[j]) try_column(lp, j, limit);
+      lp.poll();
+    }
+    if (lp.settings.fill_limit <= 0) break;
+  }
+}
+
+void undo_substituted_column(const PostsolveStack& stack, const UndoRecord& record,
+                             PostsolveState& state) {
+  const int i = record.row, j = record.col;
+  state.x[j] = (record.lower - stack.dot(record.begin, record.middle, state.x)) / record.a;
+  state.y[i] = (record.cost - stack.dot(record.middle, record.end, state.y)) / record.a;
+  state.z[j] = 0.0;
+  state.col_status[j] = kBasic;
+  state.row_status[i] = record.flag;
+}
+
+}  // namespace kelvo
