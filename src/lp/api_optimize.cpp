@@ -1,6 +1,7 @@
 // The optimizers of linear problems.
 #include "env/param_numbers.h"
 #include "lp/api_basis_frame.h"
+#include "lp/presolved_lp.h"
 
 namespace kelvo {
 namespace {
@@ -46,9 +47,12 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
                             hook.active() ? &hook : nullptr};
   const TimeLimitScope time_limit(environment);
   Owned<WorkingLp> working = take_working_lp(problem);
-  LpAnswer answer = solve_lp(problem.model(), working, problem.basis, method, settings, context);
+  Owned<PresolvedLp> presolved;
+  LpAnswer answer =
+      solve_lp(problem.model(), working, problem.basis, method, settings, context, presolved);
   if (answer.singular) return Status::failure(error::kBasisSingular);
   problem.working_lp = std::move(working);
+  problem.presolve = std::move(presolved);
   problem.solution_status = answer.status;
   problem.solution = std::move(answer.record);
   if (answer.basis.present) {

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "lp/driver_log.h"
+#include "lp/presolved_lp.h"
 #include "lp/trivial_lp.h"
 #include "lp/verify.h"
 
@@ -162,6 +163,7 @@ bool Driver::stopped(const Judged& judged) const {
 Owned<WorkingLp> Driver::unscaled_copy() {
   auto copy = make_owned<WorkingLp>(model_, ScalingMethod::none, context_.sink);
   copy->set_requested_scaling(settings_.scaling);
+  copy->set_objective_constant(settings_.objective_constant);
   return copy;
 }
 
@@ -255,11 +257,24 @@ void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const Sto
     working.reset();
     working = make_owned<WorkingLp>(model, settings.scaling, context.sink);
   }
+  working->set_objective_constant(settings.objective_constant);
   if (settings.use_basis && start.present) working->start_from(start, model);
 }
 
 LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
-                  LpMethod method, const DriverSettings& settings, const CallContext& context) {
+                  LpMethod method, const DriverSettings& settings, const CallContext& context,
+                  Owned<PresolvedLp>& presolved) {
+  const bool warm = settings.use_basis && start.present;
+  if (settings.presolve.on && !warm && model.num_rows > 0 && model.num_cols > 0 &&
+      !has_empty_interval(model, settings.simplex.feasibility_tolerance)) {
+    return solve_with_presolve(model, working, method, settings, context, presolved);
+  }
+  return solve_without_presolve(model, working, start, method, settings, context);
+}
+
+LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
+                                const StoredBasis& start, LpMethod method,
+                                const DriverSettings& settings, const CallContext& context) {
   LpAnswer answer;
   if (solve_trivial_lp(model, settings.simplex.feasibility_tolerance, answer)) {
     working.reset();

@@ -15,6 +15,7 @@
 // Only what has passed its check is called optimal, infeasible or unbounded.
 #pragma once
 
+#include "lp/presolve/presolve_settings.h"
 #include "lp/working_lp.h"
 
 namespace kelvo {
@@ -25,6 +26,8 @@ struct DriverSettings {
   ScalingMethod scaling = ScalingMethod::equilibrate;
   bool use_basis = true;       // start from the stored basis and from the state kept
   bool restart_passes = true;  // improve an optimum that violates the unscaled model
+  PresolveSettings presolve;
+  double objective_constant = 0.0;  // of the minimization: what a reduced model's objective lacks
 };
 
 enum class LpMethod { primal, dual };
@@ -37,11 +40,25 @@ struct LpAnswer {
   StoredBasis basis;
 };
 
-/// Solves the linear part of a model. `working` holds the working LP of an earlier call or null; it
-/// is replaced when it does not fit. Should memory run out (std::bad_alloc), reset `working`: its
-/// state need not agree with any answer.
+class PresolvedLp;
+
+/// Solves the linear part of a model, by way of presolve when that is on and no start basis would
+/// be lost by it; `presolved` then receives the presolved problem. `working` holds the working LP
+/// of an earlier call or null; it is replaced when it does not fit. Should memory run out
+/// (std::bad_alloc), reset `working`: its state need not agree with any answer.
 LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
-                  LpMethod method, const DriverSettings& settings, const CallContext& context);
+                  LpMethod method, const DriverSettings& settings, const CallContext& context,
+                  Owned<PresolvedLp>& presolved);
+
+/// Solves the model as it stands.
+LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
+                                const StoredBasis& start, LpMethod method,
+                                const DriverSettings& settings, const CallContext& context);
+
+/// Solves the presolved model and carries the answer back (presolved_solve.cpp).
+LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working, LpMethod method,
+                             const DriverSettings& settings, const CallContext& context,
+                             Owned<PresolvedLp>& presolved);
 
 /// Makes `working` the working LP of the model, at the start basis that the settings ask for.
 void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,

@@ -10,4 +10,6 @@ namespace kelvo {
 /// minimized objective.
 DriverSettings read_driver_settings(const Settings& settings, int sense);
 
+PresolveSettings read_presolve_settings(const Settings& settings);
+
 }  // namespace kelvo

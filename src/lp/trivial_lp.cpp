@@ -9,21 +9,6 @@ namespace kelvo {
 
 namespace {
 
-/// True when some column or row admits no value at all.
-bool has_empty_interval(const Model& model, double tolerance) {
-  const auto empty = [tolerance](double lower, double upper) {
-    return lower > upper + tolerance || lower == kInf || upper == -kInf;
-  };
-  for (int j = 0; j < model.num_cols; ++j) {
-    if (empty(finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]))) return true;
-  }
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
-    if (empty(limits.lower, limits.upper)) return true;
-  }
-  return false;
-}
-
 /// Puts every column at its best bound; kUnbounded with a direction when there is no best one.
 int settle_columns(const Model& model, SolutionRecord& record, Vector<int>& status) {
   int outcome = kOptimal;
@@ -58,6 +43,20 @@ int settle_rows(const Model& model, double tolerance, SolutionRecord& record) {
 }
 
 }  // namespace
+
+bool has_empty_interval(const Model& model, double tolerance) {
+  const auto empty = [tolerance](double lower, double upper) {
+    return lower > upper + tolerance || lower == kInf || upper == -kInf;
+  };
+  for (int j = 0; j < model.num_cols; ++j) {
+    if (empty(finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]))) return true;
+  }
+  for (int i = 0; i < model.num_rows; ++i) {
+    const RowLimits limits = row_limits(model, i);
+    if (empty(limits.lower, limits.upper)) return true;
+  }
+  return false;
+}
 
 bool solve_trivial_lp(const Model& model, double tolerance, LpAnswer& answer) {
   if (has_empty_interval(model, tolerance)) {

@@ -9,4 +9,7 @@ namespace kelvo {
 /// feasibility tolerance.
 bool solve_trivial_lp(const Model& model, double tolerance, LpAnswer& answer);
 
+/// True when some column or row admits no value at all.
+bool has_empty_interval(const Model& model, double tolerance);
+
 }  // namespace kelvo

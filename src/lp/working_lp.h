@@ -68,6 +68,9 @@ class WorkingLp final : public Attachment {
   /// The scaling that was asked for; kept when the LP has been replaced by an unscaled one.
   void set_requested_scaling(ScalingMethod method) { requested_ = method; }
 
+  /// Constant of the minimized objective, for the log and the objective limits.
+  void set_objective_constant(double constant) { lp_.offset = constant; }
+
   /// Primal values [num_cols] of the last run in the model's units.
   void unscaled_x(Vector<double>& x) const;
   /// Duals [num_rows] in the model's units and its objective's sense.

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "base/random.h"
+#include "lp/presolved_lp.h"
 #include "lp/verify.h"
 #include "small_model.h"
 
@@ -23,9 +24,13 @@ struct Bench {
   StopCheck* stop = &never;
   IterationHook* hook = nullptr;
   DriverSettings settings;
+  Owned<PresolvedLp> presolved;
+
+  Bench() { settings.presolve.on = false; }
 
   LpAnswer solve(const Model& model, LpMethod method = LpMethod::dual) {
-    LpAnswer answer = solve_lp(model, working, basis, method, settings, {sink, *stop, hook});
+    LpAnswer answer =
+        solve_lp(model, working, basis, method, settings, {sink, *stop, hook}, presolved);
     if (answer.basis.present) basis = answer.basis;
     return answer;
   }

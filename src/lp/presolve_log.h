@@ -1,0 +1,28 @@
+// What presolve says.
+#pragma once
+
+#include "base/clock.h"
+#include "base/messages.h"
+#include "lp/presolve/presolve.h"
+#include "prob/model.h"
+
+namespace kelvo {
+
+class PresolveLog {
+ public:
+  PresolveLog(MessageSink& sink, const PresolveSettings& settings)
+      : sink_(sink), settings_(settings), start_(wall_seconds()) {}
+
+  /// Why there is nothing to solve.
+  void finding(const Finding& finding, const Model& model);
+  /// What was eliminated and what is left.
+  void summary(const Presolve& presolve, const LpProblem& reduced);
+  void time();
+
+ private:
+  MessageSink& sink_;
+  const PresolveSettings& settings_;
+  const double start_;
+};
+
+}  // namespace kelvo

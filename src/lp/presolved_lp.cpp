@@ -1,0 +1,92 @@
+#include "lp/presolved_lp.h"
+
+#include "lp/model_to_lp.h"
+#include "lp/presolve_log.h"
+
+namespace kelvo {
+
+namespace {
+
+LpProblem closed_lp_problem(const Model& model) {
+  LpProblem lp = make_lp_problem(model);
+  close_crossed_bounds(lp);
+  return lp;
+}
+
+double finite_number(double value) {
+  return value == kInf ? kInfiniteBound : value == -kInf ? -kInfiniteBound : value;
+}
+
+/// Sense, right-hand side and range of a row with these limits of its activity.
+void append_row(double low, double high, Model& model) {
+  double range = 0.0;
+  char sense = 'E';
+  double rhs = low;
+  if (low == -kInf) {
+    sense = 'L';
+    rhs = high;
+  } else if (high == kInf) {
+    sense = 'G';
+  } else if (low != high) {
+    sense = 'R';
+    range = high - low;
+    if (model.range.empty()) model.range.resize(model.row_sense.size(), 0.0);
+  }
+  model.row_sense.push_back(sense);
+  model.rhs.push_back(finite_number(rhs));
+  if (!model.range.empty()) model.range.resize(model.row_sense.size(), range);
+}
+
+}  // namespace
+
+Model make_model(const LpProblem& lp, int sense) {
+  Model model;
+  model.sense = sense;
+  model.num_rows = lp.num_rows;
+  model.num_cols = lp.num_cols;
+  model.objective.reserve(lp.num_cols);
+  model.lower.reserve(lp.num_cols);
+  model.upper.reserve(lp.num_cols);
+  for (int j = 0; j < lp.num_cols; ++j) {
+    model.objective.push_back(sense * lp.cost[j] + 0.0);
+    model.lower.push_back(finite_number(lp.lower[j]));
+    model.upper.push_back(finite_number(lp.upper[j]));
+  }
+  model.row_sense.reserve(lp.num_rows);
+  model.rhs.reserve(lp.num_rows);
+  for (int v = lp.num_cols; v < lp.num_vars(); ++v) {
+    append_row(-lp.upper[v] + 0.0, -lp.lower[v] + 0.0, model);
+  }
+  SparseMatrix columns(lp.columns);
+  model.matrix.assign(std::move(columns));
+  return model;
+}
+
+PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
+                         const Vector<char>& protected_columns, const CallContext& context)
+    : presolve_(closed_lp_problem(model), settings, protected_columns, context.stop),
+      sense_(model.sense) {
+  PresolveLog log(context.sink, settings);
+  if (outcome() == PresolveOutcome::reduced || outcome() == PresolveOutcome::unchanged) {
+    const LpProblem lp = presolve_.take_reduced();
+    offset_ = lp.offset;
+    log.summary(presolve_, lp);
+    if (outcome() == PresolveOutcome::reduced) reduced_ = make_model(lp, sense_);
+  } else {
+    log.finding(presolve_.finding(), model);
+  }
+}
+
+void PresolvedLp::postsolve(const LpAnswer& answer, BasicSolution& original) const {
+  BasicSolution small;
+  small.x = answer.record.x;
+  small.y.reserve(reduced_.num_rows);
+  for (const double pi : answer.record.pi) small.y.push_back(sense_ * pi);
+  Vector<double> z;
+  z.reserve(reduced_.num_cols);
+  for (const double dj : answer.record.dj) z.push_back(sense_ * dj);
+  stored_to_lp_status(answer.basis, reduced_, small.status);
+  presolve_.postsolve(small, z, original);
+}
+
+}  // namespace kelvo

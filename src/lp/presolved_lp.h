@@ -1,0 +1,45 @@
+// The presolved problem of a model: the reduced model with the way back to the model's own terms.
+//
+// The reduced model has the sense of the original one and, beside it, an objective constant: the
+// objective of the original model is that of the reduced one plus objective_offset().
+#pragma once
+
+#include "lp/driver.h"
+#include "lp/presolve/presolve.h"
+#include "prob/attachment.h"
+#include "prob/problem.h"
+
+namespace kelvo {
+
+class PresolvedLp final : public Attachment {
+ public:
+  /// Presolves the linear part of a model and reports it.
+  PresolvedLp(const Model& model, const PresolveSettings& settings,
+              const Vector<char>& protected_columns, const CallContext& context);
+
+  const Presolve& presolve() const { return presolve_; }
+  PresolveOutcome outcome() const { return presolve_.outcome(); }
+  /// In the original objective's sense. Of outcomes `reduced` and `unchanged`.
+  double objective_offset() const { return sense_ * offset_; }
+  /// Constant of the minimization that the engines see.
+  double minimized_offset() const { return offset_; }
+  const Model& reduced_model() const { return reduced_; }
+
+  /// An answer about the reduced model as a basic solution of the original one: x, y (of the
+  /// minimization) and statuses. The answer must hold x, pi and a basis.
+  void postsolve(const LpAnswer& answer, BasicSolution& original) const;
+
+  /// The reduced model as a problem, for callers who ask; null until somebody sets it.
+  Owned<Problem> reduced_problem;
+
+ private:
+  Presolve presolve_;
+  const int sense_;
+  double offset_ = 0.0;
+  Model reduced_;
+};
+
+/// A model with the given program, of the given sense, without names.
+Model make_model(const LpProblem& lp, int sense);
+
+}  // namespace kelvo
