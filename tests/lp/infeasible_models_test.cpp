@@ -20,7 +20,8 @@ LpAnswer solve(const Model& model, LpMethod method) {
   StoredBasis basis;
   SilentSink sink;
   NeverStop never;
-  return solve_lp(model, working, basis, method, DriverSettings(), {sink, never, nullptr});
+  return solve_without_presolve(model, working, basis, method, DriverSettings(),
+                                {sink, never, nullptr});
 }
 
 /// How far the proof keeps the rows from being satisfied: min y'a - max (A'y)'x over the limits,
