@@ -92,6 +92,18 @@ void write_ray(const Problem& problem, double* z) {
   for (int j = 0; j < model.num_cols; ++j) z[j] = ray[j] / step;
 }
 
+/// Infeasibility that presolve proved comes without multipliers: the dual simplex finds them.
+void find_farkas(Environment& environment, Problem& problem) {
+  const DriverSettings settings =
+      read_driver_settings(environment.settings(), problem.objective_sense());
+  const CallContext context{environment.messages(), environment.stop_check()};
+  const TimeLimitScope time_limit(environment);
+  Owned<WorkingLp> working = take_working_lp(problem);
+  LpAnswer answer = solve_without_presolve(problem.model(), working, StoredBasis(), LpMethod::dual,
+                                           settings, context);
+  if (answer.status == kInfeasible) problem.solution.farkas = std::move(answer.record.farkas);
+}
+
 }  // namespace
 }  // namespace kelvo
 
@@ -169,6 +181,10 @@ int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p) {
     KELVO_TRY(check_linear(problem));
     KELVO_TRY(check_pointers(y));
     const SolutionRecord& solution = problem.solution;
+    if (problem.solution_status == kInfeasible && solution.method == kMethodDual &&
+        solution.farkas.empty() && !solution.has_primal) {
+      find_farkas(environment, problem);
+    }
     if (problem.solution_status != kInfeasible || solution.method != kMethodDual ||
         solution.farkas.empty()) {
       return Status::failure(error::kDualUnboundedRequired);

@@ -30,11 +30,12 @@ void append_row(double low, double high, Model& model) {
   } else if (low != high) {
     sense = 'R';
     range = high - low;
-    if (model.range.empty()) model.range.resize(model.row_sense.size(), 0.0);
   }
   model.row_sense.push_back(sense);
   model.rhs.push_back(finite_number(rhs));
-  if (!model.range.empty()) model.range.resize(model.row_sense.size(), range);
+  if (sense != 'R' && model.range.empty()) return;
+  model.range.resize(model.row_sense.size() - 1, 0.0);
+  model.range.push_back(range);
 }
 
 }  // namespace

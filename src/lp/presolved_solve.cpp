@@ -4,6 +4,9 @@
 // caller's model, where it is measured again; when it does not hold there, the simplex method goes
 // on from its basis. An infeasible or unbounded reduced model is taken up on the full one from the
 // basis that goes back, so that its proof is one for the caller's model.
+#include <algorithm>
+#include <cmath>
+
 #include "lp/driver.h"
 #include "lp/presolve_log.h"
 #include "lp/presolved_lp.h"
@@ -12,6 +15,15 @@
 namespace kelvo {
 
 namespace {
+
+/// Distances from a bound are known to this share of the numbers they come from.
+double largest_gap(const SolutionRecord& record, double tolerance) {
+  constexpr double kShare = 1e-9;
+  double size = 1.0;
+  for (const double x : record.x) size = std::max(size, std::fabs(x));
+  for (const double activity : record.activity) size = std::max(size, std::fabs(activity));
+  return std::max(tolerance, kShare * size);
+}
 
 class PresolvedSolve {
  public:
@@ -53,7 +65,11 @@ LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAns
   const Violations violations = complete_and_measure(model_, basic.status, record);
   record.has_primal = record.has_dual = record.has_basis = true;
   record.primal_feasible = violations.primal <= settings_.simplex.feasibility_tolerance;
-  record.dual_feasible = violations.dual <= settings_.simplex.optimality_tolerance;
+  // A reduced cost of the right sign proves nothing where the variable is not at its bound.
+  const double apart =
+      measure_complementarity(model_, basic.status, settings_.simplex.optimality_tolerance, record);
+  record.dual_feasible = violations.dual <= settings_.simplex.optimality_tolerance &&
+                         apart <= largest_gap(record, settings_.simplex.feasibility_tolerance);
   record.condition = small.record.condition;
   record.iterations = small.record.iterations;
   record.phase_one_iterations = small.record.phase_one_iterations;

@@ -179,6 +179,26 @@ Violations complete_and_measure(const Model& model, const Vector<int>& status,
   return violations;
 }
 
+double measure_complementarity(const Model& model, const Vector<int>& status,
+                               double optimality_tolerance, const SolutionRecord& record) {
+  double worst = 0.0;
+  const auto add = [&](int code, double value, double lower, double upper, double multiplier) {
+    if (std::fabs(multiplier) <= optimality_tolerance) return;
+    if (code == kAtLower) worst = std::max(worst, std::fabs(value - lower));
+    if (code == kAtUpper) worst = std::max(worst, std::fabs(value - upper));
+  };
+  for (int j = 0; j < model.num_cols; ++j) {
+    add(status[j], record.x[j], finite_or_infinite(model.lower[j]),
+        finite_or_infinite(model.upper[j]), record.dj[j]);
+  }
+  for (int i = 0; i < model.num_rows; ++i) {
+    const RowLimits limits = row_limits(model, i);
+    add(status[model.num_cols + i], -record.activity[i], -limits.upper, -limits.lower,
+        record.pi[i]);
+  }
+  return worst;
+}
+
 bool verify_farkas(const Model& model, Vector<double>& y) {
   const double largest = largest_magnitude(y);
   if (largest == 0.0 || !std::isfinite(largest)) return false;

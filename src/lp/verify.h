@@ -20,6 +20,12 @@ struct Violations {
 Violations complete_and_measure(const Model& model, const Vector<int>& status,
                                 SolutionRecord& record);
 
+/// How far a nonbasic variable whose multiplier is not zero stands from the bound that its status
+/// names, at most; for solutions whose values do not come from the basis itself. The record has
+/// been completed.
+double measure_complementarity(const Model& model, const Vector<int>& status,
+                               double optimality_tolerance, const SolutionRecord& record);
+
 /// Tests a proof of infeasibility: multipliers y [num_rows] such that, over all x in the column
 /// bounds and all activities a in the row limits,
 ///
