@@ -110,7 +110,7 @@ void Reducer::run_passes() {
       drain_lists();
     }
     const int left = lp_.num_rows() + lp_.num_cols() - eliminated();
-    if (eliminated() - before <= kWorthwhilePass * left) return;
+    if (left == 0 || eliminated() - before <= kWorthwhilePass * left) return;
   }
 }
 
