@@ -11,13 +11,8 @@ using test::dense_lp;
 using test::expect_infeasibility_proof;
 using test::expect_optimal;
 using test::random_feasible_lp;
-
-class TextSink final : public MessageSink {
- public:
-  void send(Channel, const char* line) override { text += line; }
-  void flush(Channel) override {}
-  std::string text;
-};
+using test::StopAt;
+using test::TextSink;
 
 class DualSimplex : public ::testing::Test {
  protected:
@@ -207,18 +202,6 @@ TEST_F(DualSimplex, ASingularBasisIsRepaired) {
   EXPECT_NE(text.text.find("Repairing basis singularity.\n"), std::string::npos);
   EXPECT_NE(text.text.find("fixed because of singularity.\n"), std::string::npos);
 }
-
-class StopAt final : public StopCheck, public IterationHook {
- public:
-  StopAt(int calls, int code) : calls_(calls), code_(code) {}
-  int check() override { return seen_++ >= calls_ ? code_ : 0; }
-  int before_iteration(bool, bool) override { return check(); }
-
- private:
-  int calls_;
-  int code_;
-  int seen_ = 0;
-};
 
 TEST_F(DualSimplex, LimitsStopTheRun) {
   Random random(11);

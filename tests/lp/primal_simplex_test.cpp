@@ -2,120 +2,38 @@
 
 #include <cmath>
 
-#include "base/random.h"
-#include "lp/simplex/simplex.h"
+#include "lp/simplex_support.h"
 
 namespace kelvo {
 namespace {
 
-struct Column {
-  double cost, lower, upper;
-};
+using test::dense_lp;
+using test::expect_infeasibility_proof;
+using test::expect_optimal;
+using test::random_feasible_lp;
+using test::StopAt;
+using test::TextSink;
 
-/// A program from dense rows; limits as row activities.
-LpProblem make_lp(const std::vector<Column>& columns, const std::vector<std::vector<double>>& rows,
-                  const std::vector<std::pair<double, double>>& limits) {
-  LpProblem lp;
-  lp.num_rows = static_cast<int>(rows.size());
-  lp.num_cols = static_cast<int>(columns.size());
-  lp.columns.num_major = lp.num_cols;
-  lp.columns.num_minor = lp.num_rows;
-  lp.columns.start.assign(1, 0);
-  for (int j = 0; j < lp.num_cols; ++j) {
-    for (int i = 0; i < lp.num_rows; ++i) {
-      if (rows[i][j] == 0.0) continue;
-      lp.columns.index.push_back(i);
-      lp.columns.value.push_back(rows[i][j]);
-    }
-    lp.columns.start.push_back(static_cast<int>(lp.columns.index.size()));
-    lp.cost.push_back(columns[j].cost);
-    lp.lower.push_back(columns[j].lower);
-    lp.upper.push_back(columns[j].upper);
-  }
-  for (const auto& [low, high] : limits) {
-    lp.cost.push_back(0.0);
-    lp.lower.push_back(-high);
-    lp.upper.push_back(-low);
-  }
-  lp.rows = transpose(lp.columns);
-  return lp;
-}
-
-/// Random rows around a known point, with free, boxed, fixed and one-sided variables; boxes keep
-/// the optimum finite unless `open`.
-LpProblem random_lp(Random& random, int m, int n) {
-  std::vector<Column> columns;
-  std::vector<double> point;
-  for (int j = 0; j < n; ++j) {
-    const double x = std::floor(10.0 * random.uniform()) - 3.0;
-    point.push_back(x);
-    const double low = random.below(4) == 0 ? x : x - std::floor(5.0 * random.uniform());
-    const double high = low + std::floor(10.0 * random.uniform());
-    columns.push_back({std::floor(20.0 * random.uniform()) - 10.0, low, std::max(high, x)});
-  }
-  std::vector<std::vector<double>> rows(m, std::vector<double>(n, 0.0));
-  std::vector<std::pair<double, double>> limits;
-  for (auto& row : rows) {
-    double activity = 0.0;
-    for (int j = 0; j < n; ++j) {
-      if (random.below(3) != 0) continue;
-      row[j] = random.below(9) - 4;
-      activity += row[j] * point[j];
-    }
-    const int kind = random.below(4);
-    const double room = random.below(6);
-    limits.emplace_back(kind == 0 ? -kInf : activity - (kind == 1 ? 0.0 : room),
-                        kind == 1   ? activity
-                        : kind == 2 ? kInf
-                                    : activity + room);
-  }
-  return make_lp(columns, rows, limits);
-}
-
-/// Every optimality condition of the answer, from the problem's own data.
-void expect_optimal(const LpProblem& lp, const Simplex& simplex) {
-  const Vector<double>& x = simplex.values();
-  const Vector<double>& y = simplex.row_duals();
-  Vector<double> residual(lp.num_rows, 0.0);
-  double objective = lp.offset;
-  for (int j = 0; j < lp.num_vars(); ++j) {
-    double reduced = lp.cost[j];
-    if (j < lp.num_cols) {
-      for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
-        residual[lp.columns.index[k]] += lp.columns.value[k] * x[j];
-        reduced -= lp.columns.value[k] * y[lp.columns.index[k]];
-      }
-    } else {
-      residual[j - lp.num_cols] += x[j];
-      reduced -= y[j - lp.num_cols];
-    }
-    objective += lp.cost[j] * x[j];
-    EXPECT_GE(x[j], lp.lower[j] - 1e-6);
-    EXPECT_LE(x[j], lp.upper[j] + 1e-6);
-    if (reduced > 1e-6) {
-      EXPECT_NEAR(x[j], lp.lower[j], 1e-6);
-    }
-    if (reduced < -1e-6) {
-      EXPECT_NEAR(x[j], lp.upper[j], 1e-6);
-    }
-  }
-  for (double r : residual) EXPECT_NEAR(r, 0.0, 1e-7);
-  EXPECT_NEAR(objective, simplex.objective(), 1e-8 * (1.0 + std::fabs(objective)));
-}
-
-TEST(PrimalSimplex, RandomProgramsMeetAllOptimalityConditionsUnderEveryPricing) {
+class PrimalSimplex : public ::testing::Test {
+ protected:
   SilentSink sink;
   NeverStop stop;
-  for (std::uint64_t seed = 1; seed <= 150; ++seed) {
+  SimplexSettings settings;
+};
+
+TEST_F(PrimalSimplex, RandomProgramsUnderEveryPricing) {
+  for (std::uint64_t seed = 1; seed <= 120; ++seed) {
     SCOPED_TRACE(seed);
     Random random(seed * 7919);
-    const LpProblem lp = random_lp(random, 1 + random.below(25), 1 + random.below(30));
+    const LpProblem lp =
+        random_feasible_lp(random, 1 + random.below(30), 1 + random.below(50), seed % 2 == 0);
+    settings.perturb_at_start = seed % 3 == 0;
+    settings.price_limit = seed % 5 == 0 ? 1 : 0;
     double first = 0.0;
     for (int pricing = -1; pricing <= 4; ++pricing) {
+      SCOPED_TRACE(pricing);
       Simplex simplex(lp, sink, stop);
-      SimplexSettings settings;
       settings.primal_pricing = static_cast<PrimalPricing>(pricing);
-      settings.perturb_at_start = seed % 3 == 0;
       ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
       expect_optimal(lp, simplex);
       if (pricing == -1) first = simplex.objective();
@@ -129,36 +47,142 @@ TEST(PrimalSimplex, RandomProgramsMeetAllOptimalityConditionsUnderEveryPricing) 
   }
 }
 
-TEST(PrimalSimplex, ProofsOfInfeasibilityAndUnboundedness) {
-  SilentSink sink;
-  NeverStop stop;
-  // x + y >= 5 with x, y in [0, 2].
-  const LpProblem none = make_lp({{1, 0, 2}, {1, 0, 2}}, {{1, 1}}, {{5, kInf}});
-  Simplex infeasible(none, sink, stop);
-  ASSERT_EQ(infeasible.run_primal({}), SimplexOutcome::infeasible);
-  const double y = infeasible.farkas_dual()[0];
-  ASSERT_NE(y, 0.0);
-  // y (x + y + s) = 0 has no solution: both ends of its range lie on one side of zero.
-  const double a = y * (0 + 0 + -kInf), b = y * (2 + 2 - 5);
-  EXPECT_TRUE((a < 0 && b < 0) || (a > 0 && b > 0));
-
-  // min -x, x - y <= 1, x, y >= 0.
-  const LpProblem open = make_lp({{-1, 0, kInf}, {0, 0, kInf}}, {{1, -1}}, {{-kInf, 1}});
-  Simplex unbounded(open, sink, stop);
-  ASSERT_EQ(unbounded.run_primal({}), SimplexOutcome::unbounded);
-  const Vector<double>& ray = unbounded.primal_ray();
-  EXPECT_GT(ray[0], 0.0);
-  EXPECT_NEAR(ray[0] - ray[1] + ray[2], 0.0, 1e-12);
-  EXPECT_GE(ray[1], 0.0);
-  EXPECT_GE(ray[2], 0.0);
+// A transportation program with equal costs in blocks: many ties, many iterations, so that
+// automatic pricing goes through all of its rules.
+LpProblem transportation(Random& random, int sources, int sinks) {
+  std::vector<test::ColumnSpec> columns;
+  std::vector<std::vector<double>> rows(sources + sinks, std::vector<double>(sources * sinks, 0.0));
+  std::vector<std::pair<double, double>> limits;
+  for (int a = 0; a < sources; ++a) {
+    for (int b = 0; b < sinks; ++b) {
+      rows[a][columns.size()] = 1.0;
+      rows[sources + b][columns.size()] = 1.0;
+      columns.push_back({1.0 + random.below(6), 0.0, kInf});
+    }
+    limits.emplace_back(-kInf, 2.0 * sinks);
+  }
+  for (int b = 0; b < sinks; ++b) limits.emplace_back(sources, sources);
+  return dense_lp(columns, rows, limits);
 }
 
-TEST(PrimalSimplex, LimitsStopTheRun) {
-  SilentSink sink;
-  NeverStop stop;
+TEST_F(PrimalSimplex, AutomaticPricingChangesItsRuleAndStaysRight) {
+  Random random(3);
+  const LpProblem lp = transportation(random, 60, 70);
+  Simplex reference(lp, sink, stop);
+  ASSERT_EQ(reference.run_dual(settings), SimplexOutcome::optimal);
+  for (const int threshold : {0, 1}) {
+    TextSink text;
+    settings.display = 1;
+    settings.perturbation_limit = threshold;
+    settings.refactor_frequency = 20;
+    Simplex simplex(lp, text, stop);
+    ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+    expect_optimal(lp, simplex);
+    EXPECT_NEAR(simplex.objective(), reference.objective(), 1e-6);
+    const std::size_t steepest = text.text.find("Switched to steepest-edge.\n");
+    const std::size_t devex = text.text.find("Switched to devex.\n");
+    EXPECT_NE(steepest, std::string::npos);
+    EXPECT_NE(devex, std::string::npos);
+    EXPECT_LT(steepest, devex);
+    const bool perturbed = text.text.find("Perturbation started.\n") != std::string::npos;
+    EXPECT_EQ(perturbed, text.text.find("Removing perturbation.\n") != std::string::npos);
+    EXPECT_TRUE(perturbed || threshold == 0);
+  }
+}
+
+TEST_F(PrimalSimplex, LogLines) {
+  // min -x - y over x + y <= 4, x <= 3, y <= 3.
+  const LpProblem lp = dense_lp({{-1, 0, 3}, {-1, 0, 3}}, {{1, 1}}, {{-kInf, 4}});
+  settings.display = 1;
+  struct {
+    PrimalPricing pricing;
+    const char* start;
+  } const cases[] = {
+      {PrimalPricing::reduced_cost, "\nIteration log . . .\n"},
+      {PrimalPricing::automatic, "\nIteration log . . .\n"},
+      {PrimalPricing::devex, "Using devex.\n\nIteration log . . .\n"},
+      {PrimalPricing::steepest,
+       "Using steepest-edge.\nInitializing primal norms rowwise . . .\n\nIteration log . . .\n"},
+      {PrimalPricing::steepest_slack, "Using steepest-edge.\n\nIteration log . . .\n"},
+      {PrimalPricing::full, "\nIteration log . . .\n"},
+  };
+  for (const auto& c : cases) {
+    TextSink text;
+    settings.primal_pricing = c.pricing;
+    Simplex simplex(lp, text, stop);
+    ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+    EXPECT_NEAR(simplex.objective(), -4.0, 1e-9);
+    const std::string expected =
+        std::string(c.start) + "Iteration:     0    Objective     =             0.000000\n";
+    EXPECT_EQ(text.text.substr(0, expected.size()), expected);
+  }
+}
+
+TEST_F(PrimalSimplex, DroppedVariablesArePricedAtTheEnd) {
+  // Two equal columns cannot both be basic: one is dropped, and held until the end. Whichever it
+  // is, it is missed under one order of the costs and not under the other.
+  int satisfied = 0;
+  int reincluded = 0;
+  for (const double first : {-1.0, -2.0}) {
+    const LpProblem lp = dense_lp({{first, 0, 10}, {-3.0 - first, 0, 10}, {2, 0, 1}},
+                                  {{1, 1, 2}, {1, 1, 1}}, {{3, 8}, {2, kInf}});
+    TextSink text;
+    settings.display = 1;
+    Simplex simplex(lp, text, stop);
+    simplex.set_basis(Vector<int>{kBasic, kBasic, kAtLower, kAtLower, kAtLower});
+    ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+    expect_optimal(lp, simplex);
+    EXPECT_NE(text.text.find("fixed because of singularity.\n"), std::string::npos);
+    satisfied +=
+        text.text.find("Dropped variables satisfy optimality criteria.\n") != std::string::npos;
+    const std::size_t price = text.text.find("Reduced cost of dropped variable '");
+    const std::size_t again = text.text.find(
+        "There are 1 violations to optimality.\nAttempting to reinclude dropped variables.\n");
+    reincluded += price != std::string::npos && again != std::string::npos && price < again;
+  }
+  EXPECT_EQ(satisfied, 1);
+  EXPECT_EQ(reincluded, 1);
+}
+
+TEST_F(PrimalSimplex, SuperbasicsAreCountedAndPriced) {
+  const LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}, {-1, 0, 5}}, {{1, 1, 1}}, {{4, kInf}});
+  TextSink text;
+  settings.display = 1;
+  Simplex simplex(lp, text, stop);
+  const double values[] = {2.5, 0.0, 1.0, 0.0};
+  simplex.set_basis(Vector<int>{kFreeSuper, kAtLower, kFreeSuper, kBasic}, values);
+  ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+  EXPECT_NE(text.text.find("Primal superbasis exists (2).\n"), std::string::npos);
+  EXPECT_NEAR(simplex.objective(), -5.0, 1e-9);
+}
+
+TEST_F(PrimalSimplex, ProofsOfInfeasibilityAndUnboundedness) {
+  for (int pricing = -1; pricing <= 4; ++pricing) {
+    settings.primal_pricing = static_cast<PrimalPricing>(pricing);
+    // x + y >= 5 with x, y in [0, 2].
+    const LpProblem none = dense_lp({{1, 0, 2}, {1, 0, 2}}, {{1, 1}}, {{5, kInf}});
+    Simplex infeasible(none, sink, stop);
+    ASSERT_EQ(infeasible.run_primal(settings), SimplexOutcome::infeasible);
+    expect_infeasibility_proof(none, infeasible.farkas_dual());
+    // min -x, x - y <= 1, x, y >= 0.
+    const LpProblem open = dense_lp({{-1, 0, kInf}, {0, 0, kInf}}, {{1, -1}}, {{-kInf, 1}});
+    Simplex unbounded(open, sink, stop);
+    ASSERT_EQ(unbounded.run_primal(settings), SimplexOutcome::unbounded);
+    const Vector<double>& ray = unbounded.primal_ray();
+    EXPECT_GT(ray[0], 0.0);
+    EXPECT_NEAR(ray[0] - ray[1] + ray[2], 0.0, 1e-12);
+    EXPECT_GE(ray[1], 0.0);
+    EXPECT_GE(ray[2], 0.0);
+  }
+}
+
+TEST_F(PrimalSimplex, LimitsStopTheRun) {
   Random random(5);
-  const LpProblem lp = random_lp(random, 20, 30);
-  SimplexSettings settings;
+  const LpProblem lp = random_feasible_lp(random, 20, 30, false);
+  Simplex full(lp, sink, stop);
+  ASSERT_EQ(full.run_primal(settings), SimplexOutcome::optimal);
+  const double optimum = full.objective();
+
   settings.iteration_limit = 3;
   Simplex limited(lp, sink, stop);
   EXPECT_EQ(limited.run_primal(settings), SimplexOutcome::iteration_limit);
@@ -166,6 +190,31 @@ TEST(PrimalSimplex, LimitsStopTheRun) {
   settings.iteration_limit = 100000;
   EXPECT_EQ(limited.run_primal(settings), SimplexOutcome::optimal);
   expect_optimal(lp, limited);
+  for (const int at : {0, 1, 5}) {
+    StopAt time(at, 11);
+    Simplex timed(lp, sink, time);
+    EXPECT_EQ(timed.run_primal(settings), SimplexOutcome::time_limit);
+    StopAt hook(at, 1);
+    Simplex hooked(lp, sink, stop, &hook);
+    EXPECT_EQ(hooked.run_primal(settings), SimplexOutcome::aborted);
+  }
+
+  // The objective limit stops at a feasible point below it, perturbed bounds or not, and never
+  // above.
+  for (const bool perturbed : {false, true}) {
+    settings.perturb_at_start = perturbed;
+    settings.objective_lower_limit = optimum + 0.5;
+    Simplex below(lp, sink, stop);
+    ASSERT_EQ(below.run_primal(settings), SimplexOutcome::objective_limit);
+    EXPECT_LT(below.objective(), optimum + 0.5);
+    for (int j = 0; j < lp.num_vars(); ++j) {
+      EXPECT_GE(below.values()[j], lp.lower[j] - 1e-6);
+      EXPECT_LE(below.values()[j], lp.upper[j] + 1e-6);
+    }
+    settings.objective_lower_limit = optimum - 0.5;
+    Simplex above(lp, sink, stop);
+    EXPECT_EQ(above.run_primal(settings), SimplexOutcome::optimal);
+  }
 }
 
 }  // namespace

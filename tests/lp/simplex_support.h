@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,27 @@
 #include "lp/simplex/simplex.h"
 
 namespace kelvo::test {
+
+/// Keeps the log as one text.
+class TextSink final : public MessageSink {
+ public:
+  void send(Channel, const char* line) override { text += line; }
+  void flush(Channel) override {}
+  std::string text;
+};
+
+/// Stops at the call of that number, as a stop check or as a hook.
+class StopAt final : public StopCheck, public IterationHook {
+ public:
+  StopAt(int calls, int code) : calls_(calls), code_(code) {}
+  int check() override { return seen_++ >= calls_ ? code_ : 0; }
+  int before_iteration(bool, bool) override { return check(); }
+
+ private:
+  int calls_;
+  int code_;
+  int seen_ = 0;
+};
 
 struct ColumnSpec {
   double cost, lower, upper;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 namespace kelvo {
 namespace {
@@ -15,10 +16,29 @@ constexpr double kFreeBonus = 1e6;
 // so many of them the reference framework is reset.
 constexpr double kWeightError = 9.0;
 constexpr int kInaccurateWeights = 10;
+// Automatic pricing looks at sections for at most this many iterations and this many per row: by
+// then a better choice is worth its work.
+constexpr int kSectionIterations = 100;
+constexpr double kSectionIterationsPerRow = 0.25;
+// Samples that a measured cost needs, by number of variables.
+struct Samples {
+  int variables;
+  int samples;
+};
+constexpr Samples kSamples[] = {{1000, 4}, {10000, 8}, {100000, 12}};
+constexpr int kSamplesOtherwise = 16;
+constexpr int kDevexSampleFactor = 4;
+// Norms are dropped when the work W per iteration that they take and the work F of a factorization
+// stand as follows: W / F below the first without a perturbation; 3 W < 2 F in a problem with more
+// rows than the second; W / F below the third times the iterations per variable.
+constexpr double kUnperturbedRatio = 5.0;
+constexpr int kManyRows = 999;
+constexpr double kManyRowsRatio = 2.0 / 3.0;
+constexpr double kIterationsRatio = 2.5;
 
 }  // namespace
 
-PrimalPricer::PrimalPricer(SimplexState& state) : state_(state) {
+PrimalPricer::PrimalPricer(SimplexState& state) : state_(state), sections_(state) {
   weight_.assign(state.num_vars, 1.0);
   place_.assign(state.num_vars, -1);
   candidates_.reserve(state.num_vars);
@@ -28,30 +48,116 @@ PrimalPricer::PrimalPricer(SimplexState& state) : state_(state) {
 
 void PrimalPricer::begin() {
   rule_ = state_.settings.primal_pricing;
-  if (rule_ == PrimalPricing::automatic) rule_ = PrimalPricing::devex;
+  automatic_ = rule_ == PrimalPricing::automatic;
+  sectional_ = automatic_ || rule_ == PrimalPricing::reduced_cost;
+  samples_ = 0;
+  section_choices_ = 0;
+  sampled_work_ = 0.0;
   std::fill(weight_.begin(), weight_.end(), 1.0);
   inaccurate_ = 0;
   tolerance_ = state_.dual_tolerance;
   switch (rule_) {
+    case PrimalPricing::automatic:
+      slack_norms();
+      break;
     case PrimalPricing::devex:
       state_.log.using_devex();
       break;
     case PrimalPricing::steepest:
     case PrimalPricing::steepest_slack:
       state_.log.using_steepest();
-      state_.log.initializing_primal_norms(false);
       tau_.setup(state_.m);
       tau_row_.setup(state_.num_vars);
-      if (rule_ == PrimalPricing::steepest) {
-        exact_norms();
-      } else {
-        slack_norms();
-      }
+      slack_norms();
+      if (rule_ == PrimalPricing::steepest) exact_norms();
       break;
     default:
       break;
   }
+  if (sectional_) sections_.begin(weight_);
 }
+
+void PrimalPricer::reinitialize() {
+  if (sectional_) return;
+  if (rule_ == PrimalPricing::steepest || rule_ == PrimalPricing::steepest_slack) {
+    state_.log.reinitializing_primal_norms();
+    slack_norms();
+    if (rule_ == PrimalPricing::steepest) exact_norms();
+  } else {
+    std::fill(weight_.begin(), weight_.end(), 1.0);
+  }
+}
+
+// --- Automatic pricing ---------------------------------------------------------------------------
+
+int PrimalPricer::sample_size() const {
+  int samples = kSamplesOtherwise;
+  for (const Samples& row : kSamples) {
+    if (state_.num_vars >= row.variables) continue;
+    samples = row.samples;
+    break;
+  }
+  return rule_ == PrimalPricing::devex ? kDevexSampleFactor * samples : samples;
+}
+
+// Steepest edge multiplies two vectors into the rows, the row of the inverse and one of about the
+// same density.
+bool PrimalPricer::sections_too_dear() const {
+  if (section_choices_ > kSectionIterations + kSectionIterationsPerRow * state_.m) return true;
+  const double steepest =
+      2.0 * state_.density.pivot_btran * state_.problem.columns.num_nonzeros() + state_.m;
+  return sampled_work_ / samples_ > steepest;
+}
+
+bool PrimalPricer::norms_too_dear() const {
+  const double ratio =
+      sampled_work_ / samples_ / static_cast<double>(state_.factor().statistics().factor_nonzeros);
+  const double iterations_per_variable =
+      static_cast<double>(state_.iterations - state_.run_start_iteration) / state_.num_vars;
+  return (!state_.bounds_perturbed && ratio < kUnperturbedRatio) ||
+         (state_.m > kManyRows && ratio < kManyRowsRatio) ||
+         ratio < kIterationsRatio * iterations_per_variable;
+}
+
+void PrimalPricer::switch_to_steepest() {
+  try {
+    tau_.setup(state_.m);
+    tau_row_.setup(state_.num_vars);
+  } catch (const std::bad_alloc&) {
+    state_.log.no_memory_for_steepest();
+    automatic_ = false;
+    return;
+  }
+  slack_norms();
+  sectional_ = false;
+  rule_ = PrimalPricing::steepest_slack;
+  state_.log.switched_to_steepest();
+}
+
+void PrimalPricer::switch_to_devex() {
+  std::fill(weight_.begin(), weight_.end(), 1.0);
+  rule_ = PrimalPricing::devex;
+  automatic_ = false;
+  state_.log.switched_to_devex();
+}
+
+void PrimalPricer::review_rule() {
+  if (!automatic_ || samples_ <= sample_size()) return;
+  if (sectional_ && sections_too_dear()) {
+    switch_to_steepest();
+  } else if (!sectional_ && norms_too_dear()) {
+    switch_to_devex();
+  } else {
+    // Old samples keep the weight of one sample size.
+    sampled_work_ *= static_cast<double>(sample_size()) / samples_;
+    samples_ = sample_size();
+    return;
+  }
+  samples_ = 0;
+  sampled_work_ = 0.0;
+}
+
+// --- Norms ---------------------------------------------------------------------------------------
 
 /// The norms of a slack basis, 1 + |a_j|^2.
 void PrimalPricer::slack_norms() {
@@ -66,13 +172,38 @@ void PrimalPricer::slack_norms() {
   for (int i = 0; i < state_.m; ++i) weight_[state_.n + i] = 2.0;
 }
 
+/// Norms of the current basis, by rows of the inverse or by columns, whichever are fewer.
 void PrimalPricer::exact_norms() {
-  bool slack_basis = true;
-  for (int p = 0; p < state_.m && slack_basis; ++p) slack_basis = state_.header[p] >= state_.n;
-  slack_norms();
+  int movable = 0;
+  for (int j = 0; j < state_.num_vars; ++j) movable += state_.move[j] != SimplexState::kStays;
+  const bool rowwise = state_.m < movable;
+  state_.log.initializing_primal_norms(rowwise);
+  const bool slack_basis = std::all_of(state_.header.begin(), state_.header.end(),
+                                       [this](int j) { return j >= state_.n; });
   if (slack_basis || state_.refactorize() == Refactored::singular) return;
+  if (rowwise) {
+    exact_norms_rowwise();
+  } else {
+    exact_norms_columnwise();
+  }
+}
+
+void PrimalPricer::exact_norms_rowwise() {
+  std::fill(weight_.begin(), weight_.end(), 1.0);
+  for (int p = 0; p < state_.m && state_.stop.check() == 0; ++p) {
+    state_.compute_row_ep(p);
+    state_.compute_pivot_row();
+    const WorkVector& row = state_.pivot_row;
+    for (int k = 0; k < row.count; ++k) {
+      const double alpha = row.value[row.index[k]];
+      weight_[row.index[k]] += alpha * alpha;
+    }
+  }
+}
+
+void PrimalPricer::exact_norms_columnwise() {
   WorkVector& x = state_.full;
-  for (int j = 0; j < state_.num_vars; ++j) {
+  for (int j = 0; j < state_.num_vars && state_.stop.check() == 0; ++j) {
     if (state_.move[j] == SimplexState::kStays) continue;
     x.clear();
     state_.load_column(j, x);
@@ -87,6 +218,8 @@ void PrimalPricer::exact_norms() {
   }
   x.clear();
 }
+
+// --- Candidates ----------------------------------------------------------------------------------
 
 bool PrimalPricer::attractive(int j) const {
   const double d = state_.reduced_cost[j];
@@ -113,6 +246,10 @@ void PrimalPricer::rebuild() {
   for (int j : banned_) place_[j] = -1;
   candidates_.clear();
   banned_.clear();
+  if (sectional_) {
+    sections_.rebuild(tolerance_);
+    return;
+  }
   for (int j = 0; j < state_.num_vars; ++j) {
     if (!attractive(j)) continue;
     place_[j] = static_cast<int>(candidates_.size());
@@ -122,6 +259,7 @@ void PrimalPricer::rebuild() {
 }
 
 void PrimalPricer::refresh(int j) {
+  if (sectional_) return;
   const bool now = attractive(j);
   if (place_[j] == -2) return;  // banned
   if (now && place_[j] < 0) {
@@ -143,6 +281,10 @@ void PrimalPricer::refresh(int j) {
 }
 
 void PrimalPricer::ban(int j) {
+  if (sectional_) {
+    sections_.ban(j);
+    return;
+  }
   if (place_[j] >= 0) {
     const int last = candidates_.back();
     candidates_[place_[j]] = last;
@@ -170,7 +312,16 @@ void PrimalPricer::scan() {
   scanned_ = true;
 }
 
-int PrimalPricer::choose() {
+int PrimalPricer::choose_in_sections() {
+  const double before = sections_.work();
+  const int chosen = sections_.choose();
+  ++samples_;
+  ++section_choices_;
+  sampled_work_ += sections_.work() - before;
+  return chosen;
+}
+
+int PrimalPricer::choose_from_candidates() {
   for (int attempt = 0; attempt < 2; ++attempt) {
     if (!scanned_) scan();
     int best = -1;
@@ -195,6 +346,7 @@ int PrimalPricer::choose() {
 }
 
 void PrimalPricer::update_weights(int entering, int position, double pivot) {
+  if (sectional_) return;
   const int leaving = state_.header[position];
   switch (rule_) {
     case PrimalPricing::devex:
@@ -233,6 +385,7 @@ void PrimalPricer::update_devex(int entering, int leaving, double pivot) {
 
 void PrimalPricer::update_steepest(int entering, int leaving, double pivot) {
   // tau = B^-T alpha_q, and its products with the nonbasic columns.
+  const double work_before = state_.factor().statistics().work + state_.rows.work();
   const WorkVector& column = state_.entering;
   double exact = 1.0;
   tau_.clear();
@@ -253,6 +406,8 @@ void PrimalPricer::update_steepest(int entering, int leaving, double pivot) {
   SolveDensities::observe(state_.density.primal_btran, tau_.density());
   tau_row_.clear();
   state_.rows.multiply(tau_, state_.density.primal_btran, tau_row_);
+  ++samples_;
+  sampled_work_ += state_.factor().statistics().work + state_.rows.work() - work_before;
   const WorkVector& row = state_.pivot_row;
   const int count = row.is_dense() ? state_.num_vars : row.count;
   for (int k = 0; k < count; ++k) {

@@ -45,9 +45,15 @@ class PrimalSimplex {
   void move_basics(double signed_step);
   void change_gradient(int leaving_position);
   void price_gradient();
+  void add_to_duals(double factor, const WorkVector& y);
+  double compute_row_pivot(int entering, int position);
   void update_reduced_costs(int entering, int leaving, double pivot);
   void note_progress(double gain);
   bool settle(SimplexOutcome& outcome, Step reason);
+  void count_superbasics();
+  bool dropped_satisfied();
+  bool below_objective_limit() const;
+  Step stopped_by_objective();
   bool prove_infeasible();
   void store_ray(int entering, int direction);
   SimplexOutcome finish(SimplexOutcome outcome);
@@ -64,6 +70,7 @@ class PrimalSimplex {
   PrimalPerturbation perturbation_;
   bool phase_one_ = false;
   double infeasibility_ = 0.0;  // sum at the start of the round
+  double objective_ = 0.0;      // in phase two: of the working problem
   WorkVector gradient_;         // [m] changes of the infeasibility costs, by position, then by row
   WorkVector gradient_row_;     // [num_vars]
   SimplexOutcome stop_ = SimplexOutcome::aborted;
@@ -76,7 +83,10 @@ class PrimalSimplex {
 // --- Rounds --------------------------------------------------------------------------------------
 
 bool PrimalSimplex::begin_round() {
-  if (state_.refactorize() == Refactored::singular) return false;
+  const Refactored factored = state_.refactorize();
+  if (factored == Refactored::singular) return false;
+  if (factored != Refactored::ok) pricer_.reinitialize();
+  pricer_.review_rule();
   state_.compute_primals();
   set_phase();
   if (phase_one_) {
@@ -87,12 +97,13 @@ bool PrimalSimplex::begin_round() {
   }
   state_.compute_duals();
   pricer_.rebuild();
+  if (!phase_one_) objective_ = state_.working_objective();
   idle_rounds_ = round_iterations_ > 0 ? 0 : idle_rounds_ + 1;
   round_iterations_ = 0;
   const int factorizations = state_.factor().statistics().factorizations;
   if (state_.log.line_due(factorizations)) {
     state_.log.primal_iteration(state_.iterations, factorizations, phase_one_,
-                                phase_one_ ? infeasibility_ : state_.working_objective());
+                                phase_one_ ? infeasibility_ : objective_);
   }
   return true;
 }
@@ -119,6 +130,7 @@ void PrimalSimplex::set_infeasibility_costs() {
 }
 
 SimplexOutcome PrimalSimplex::run() {
+  count_superbasics();
   perturbation_.begin();
   pricer_.begin();
   while (true) {
@@ -133,6 +145,34 @@ SimplexOutcome PrimalSimplex::run() {
   }
 }
 
+void PrimalSimplex::count_superbasics() {
+  int count = 0;
+  for (int j = 0; j < state_.num_vars; ++j) {
+    count += state_.status[j] == kFreeSuper && !state_.is_free(j);
+  }
+  if (count > 0) state_.log.primal_start_superbasics(count);
+}
+
+/// Variables that a repair dropped from the basis and that were held since. True when none of them
+/// violates optimality; otherwise they take part again.
+bool PrimalSimplex::dropped_satisfied() {
+  int dropped = 0;
+  int violations = 0;
+  for (int j = 0; j < state_.num_vars; ++j) {
+    if (!state_.held[j] || state_.status[j] == kBasic) continue;
+    ++dropped;
+    const double d = state_.reduced_cost[j];
+    const bool up = state_.value[j] < state_.upper[j] && d < -state_.dual_tolerance;
+    const bool down = state_.value[j] > state_.lower[j] && d > state_.dual_tolerance;
+    if (!up && !down) continue;
+    ++violations;
+    state_.log.dropped_violates(j, d);
+  }
+  if (dropped > 0) state_.log.dropped_checked(violations);
+  state_.release_held();
+  return violations == 0;
+}
+
 /// Nothing more to do in the working problem. True when that ends the run; otherwise another round
 /// follows, on fresh values or without perturbation.
 bool PrimalSimplex::settle(SimplexOutcome& outcome, Step reason) {
@@ -143,7 +183,7 @@ bool PrimalSimplex::settle(SimplexOutcome& outcome, Step reason) {
     idle_rounds_ = 0;
     return false;
   }
-  if (state_.release_held() > 0) return false;
+  if (!dropped_satisfied()) return false;
   if (reason == Step::unlimited) {
     store_ray(unlimited_entering_, unlimited_direction_);
     outcome = SimplexOutcome::unbounded;
@@ -174,6 +214,7 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
     stop_ = *stop;
     return Step::stopped;
   }
+  if (below_objective_limit()) return stopped_by_objective();
   state_.log.elapsed(state_.iterations, true);
   const int entering = pricer_.choose();
   if (entering < 0) return Step::no_candidate;
@@ -210,6 +251,21 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
       break;
   }
   return pivot(entering, direction, step);
+}
+
+bool PrimalSimplex::below_objective_limit() const {
+  return !phase_one_ && objective_ < state_.settings.objective_lower_limit;
+}
+
+/// The limit counts when the true problem's objective, freshly computed, is below it.
+PrimalSimplex::Step PrimalSimplex::stopped_by_objective() {
+  if (round_iterations_ > 0) return Step::round;
+  if (state_.bounds_perturbed) {
+    perturbation_.remove();
+    return Step::round;
+  }
+  stop_ = SimplexOutcome::objective_limit;
+  return Step::stopped;
 }
 
 /// The reduced cost follows from the entering column too. False when the stored one was wrong in
@@ -268,8 +324,38 @@ void PrimalSimplex::change_gradient(int leaving_position) {
   }
 }
 
+/// Row duals += factor * y.
+void PrimalSimplex::add_to_duals(double factor, const WorkVector& y) {
+  const int count = y.is_dense() ? state_.m : y.count;
+  for (int k = 0; k < count; ++k) {
+    const int i = y.is_dense() ? k : y.index[k];
+    state_.row_duals[i] += factor * y.value[i];
+  }
+}
+
+/// The pivot row's entry of the entering variable; without sectional pricing the whole row too.
+double PrimalSimplex::compute_row_pivot(int entering, int position) {
+  state_.compute_row_ep(position);
+  if (!pricer_.sectional()) {
+    state_.compute_pivot_row();
+    return state_.pivot_row.value[entering];
+  }
+  const Vector<double>& y = state_.row_ep.value;
+  if (entering >= state_.n) return y[entering - state_.n];
+  const SparseMatrix& columns = state_.problem.columns;
+  double sum = 0.0;
+  for (int k = columns.start[entering]; k < columns.start[entering + 1]; ++k) {
+    sum += columns.value[k] * y[columns.index[k]];
+  }
+  return sum;
+}
+
 /// Reduced costs after the change of costs in gradient_, whose transposed solve is in gradient_.
 void PrimalSimplex::price_gradient() {
+  if (pricer_.sectional()) {
+    add_to_duals(1.0, gradient_);
+    return;
+  }
   gradient_row_.clear();
   state_.rows.multiply(gradient_, state_.density.primal_btran, gradient_row_);
   const int count = gradient_row_.is_dense() ? state_.n : gradient_row_.count;
@@ -306,16 +392,14 @@ PrimalSimplex::Step PrimalSimplex::move_entering(int entering, int direction,
   }
   pricer_.refresh(entering);
   note_progress(step.length * std::fabs(state_.reduced_cost[entering]));
-  return Step::next;
+  return perturbation_.due() ? Step::round : Step::next;
 }
 
 PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const PrimalStep& step) {
   const int position = step.position;
   const int leaving = state_.header[position];
   const double column_pivot = state_.entering.value[position];
-  state_.compute_row_ep(position);
-  state_.compute_pivot_row();
-  const double row_pivot = state_.pivot_row.value[entering];
+  const double row_pivot = compute_row_pivot(entering, position);
   const double disagreement = std::fabs(row_pivot - column_pivot);
   if (disagreement > simplex_tolerance::kPivotAgreement * (1.0 + std::fabs(column_pivot))) {
     if (!state_.freshly_factored()) return Step::round;
@@ -355,9 +439,8 @@ PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const Prim
   note_progress(step.length * std::fabs(d));
   if (state_.settings.display >= 2) {
     state_.log.primal_iteration(state_.iterations, factorizations, phase_one_,
-                                phase_one_ ? infeasibility_ : state_.working_objective());
-    state_.log.exchange(state_.iterations, phase_one_, entering, leaving,
-                        state_.working_objective());
+                                phase_one_ ? infeasibility_ : objective_);
+    state_.log.exchange(state_.iterations, phase_one_, entering, leaving, objective_);
   }
   return updated && !state_.factor().should_refactor() && !perturbation_.due() ? Step::next
                                                                                : Step::round;
@@ -366,7 +449,8 @@ PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const Prim
 void PrimalSimplex::update_reduced_costs(int entering, int leaving, double pivot) {
   const double dual_step = state_.reduced_cost[entering] / pivot;
   const WorkVector& row = state_.pivot_row;
-  const int count = row.is_dense() ? state_.num_vars : row.count;
+  if (pricer_.sectional()) add_to_duals(dual_step, state_.row_ep);
+  const int count = pricer_.sectional() ? 0 : row.is_dense() ? state_.num_vars : row.count;
   for (int k = 0; k < count; ++k) {
     const int j = row.is_dense() ? k : row.index[k];
     if (row.value[j] == 0.0 || j == entering) continue;
@@ -383,6 +467,7 @@ void PrimalSimplex::update_reduced_costs(int entering, int leaving, double pivot
 
 /// Perturbs when the run has stalled for long; the new bounds are taken up by the next round.
 void PrimalSimplex::note_progress(double gain) {
+  objective_ -= gain;
   perturbation_.observe(gain);
 }
 

@@ -198,4 +198,21 @@ void SimplexLog::dual_superbasis(int count) {
   if (on()) sink_.print(Channel::log, "Dual superbasis exists (%d).\n", count);
 }
 
+void SimplexLog::dropped_violates(int variable, double reduced_cost) {
+  if (!on()) return;
+  char name[256];
+  sink_.print(Channel::log,
+              settings_.scaled ? "Scaled reduced cost of dropped variable '%.255s' = %g\n"
+                               : "Reduced cost of dropped variable '%.255s' = %g\n",
+              variable_name(variable, name, sizeof name), reduced_cost);
+}
+void SimplexLog::dropped_checked(int violations) {
+  if (violations == 0) {
+    text("Dropped variables satisfy optimality criteria.\n");
+    return;
+  }
+  if (on()) sink_.print(Channel::log, "There are %d violations to optimality.\n", violations);
+  text("Attempting to reinclude dropped variables.\n");
+}
+
 }  // namespace kelvo

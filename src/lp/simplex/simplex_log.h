@@ -62,6 +62,10 @@ class SimplexLog final : public FactorEvents {
   void primal_start_superbasics(int count);
   void dual_superbasis(int count);
 
+  // Variables that a repair dropped, priced at the end of a primal run.
+  void dropped_violates(int variable, double reduced_cost);
+  void dropped_checked(int violations);
+
  private:
   void text(const char* line);
   void header();
