@@ -145,6 +145,48 @@ class Files(Command):
         for name in ("a.lp", "b.mps.gz"):
             self.assertAlmostEqual(self.outcome(self.path(name))["objective"], 15254, delta=1e-4)
 
+    def test_convert(self):
+        depots = os.path.join(MODELS, "depots.lp")
+        self.succeed("convert", depots, self.path("a b.mps.gz"))
+        self.succeed("convert", "a b.mps.gz", "back.rlp")
+        info = self.succeed("info", "back.rlp")
+        for line in ("Rows:", "Columns:", "Discrete:", "Nonzeros:"):
+            wanted = [text for text in self.succeed("info", depots).splitlines() if text.startswith(line)]
+            self.assertIn(wanted[0], info)
+        self.assertIn("x1", self.read("back.rlp"))
+        self.fail_with("out.xyz", "convert", depots, "out.xyz")
+        self.fail_with("OUT", "convert", depots)
+        self.fail_with("missing.lp", "convert", "missing.lp", "out.mps")
+        self.fail_with(["out.bas", "No basis"], "convert", depots, "out.bas")
+        self.fail_with(["none/out.lp"], "convert", depots, "none/out.lp")
+
+    def test_a_basis_goes_from_one_solve_to_the_next(self):
+        diet = os.path.join(MODELS, "diet.lp")
+        self.assertGreater(self.outcome(diet, "--write", "end.bas", "--write", "end.bas.gz")["iterations"], 0)
+        self.assertTrue(self.read("end.bas").startswith("NAME "))
+        for name in ("end.bas", "end", "end.bas.gz"):
+            self.assertEqual(self.outcome(diet, "--basis", name, "--set", "PREIND=0")["iterations"], 0)
+        self.fail_with(["missing.bas", "1423"], diet, "--basis", "missing.bas")
+        self.fail_with(["bad.bas", "Line 2"], diet, "--basis", self.file("bad.bas", "NAME\n ZZ a\nENDATA\n"))
+        run = self.fail_with("nowhere/end.bas", diet, "--write", self.path("nowhere/end.bas"))
+        self.assertNotIn("Status", run.stdout)  # found out before the solve
+
+    def test_parameter_files(self):
+        diet = os.path.join(MODELS, "diet.lp")
+        self.succeed(diet, "--set", "itlim=77", "--set", "EPOPT=1e-7", "--write-params", "a.prm")
+        self.assertEqual(len(self.read("a.prm").splitlines()), 3)
+        self.succeed(diet, "--params", "a", "--set", "ITLIM=1000", "--write-params", "b.prm")
+        self.assertEqual(self.read("b.prm"), self.read("a.prm").replace("  77", "  1000").replace(" 77\n", " 1000\n"))
+        self.fail_with(["c.prm", "Line 1"], diet, "--params", self.file("c.prm", "nonsense\n"))
+        self.fail_with("nowhere", diet, "--write-params", "nowhere/a.prm")
+
+    def test_priority_orders_are_written(self):
+        depots = os.path.join(MODELS, "depots.lp")
+        self.kelvo(depots, "--set", "MIPORDTYPE=1", "--write", "a.ord")
+        self.assertTrue(self.read("a.ord").startswith("NAME "))
+        self.assertTrue(self.read("a.ord").endswith("ENDATA\n"))
+        self.fail_with("a.ord", depots, "--write", "a.ord")
+
     def test_files_that_cannot_be_read(self):
         self.fail_with(["missing.mps", "No such file"], "missing.mps")
         self.fail_with(["missing.mps.gz", "No such file"], "missing.mps.gz")
@@ -196,7 +238,7 @@ class Options(Command):
         self.assertRegex(self.succeed("--version"), r"^Kelvo \d+\.\d+\.\d+\n$")
         text = self.succeed("--help")
         for option in ("--method", "--set", "--time-limit", "--threads", "--relax", "--quiet", "--log", "--write",
-                       "--values", "--json", "info", "params"):
+                       "--values", "--json", "--basis", "--params", "--write-params", "info", "convert", "params"):
             self.assertIn(option, text)
 
     def test_params(self):

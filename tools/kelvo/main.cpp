@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 
+#include "convert.h"
 #include "failure.h"
 #include "info.h"
 #include "options.h"
@@ -19,6 +20,9 @@ int main(int argc, char** argv) {
         break;
       case Options::Action::info:
         show_info(options.model);
+        break;
+      case Options::Action::convert:
+        convert(options.model, options.output);
         break;
       case Options::Action::params: {
         Session session;

@@ -21,6 +21,8 @@ constexpr const char* kFooter =
     "Examples:\n"
     "  kelvo model.mps.gz --time-limit 60\n"
     "  kelvo model.lp --method primal --set scaind=-1 --values solution.txt\n"
+    "  kelvo model.lp --write end.bas; kelvo changed.lp --basis end.bas\n"
+    "  kelvo convert model.mps model.lp.gz\n"
     "  kelvo params lim";
 
 constexpr const char* kHint = " (kelvo --help shows the options)";
@@ -31,7 +33,8 @@ class HelpText : public CLI::Formatter {
 
   std::string make_usage(const CLI::App* app, std::string name) const override {
     if (app->get_parent() != nullptr) return CLI::Formatter::make_usage(app, name);
-    return "\nUsage:\n  kelvo MODEL [OPTIONS]\n  kelvo info MODEL\n  kelvo params [PATTERN]\n";
+    return "\nUsage:\n  kelvo MODEL [OPTIONS]\n  kelvo info MODEL\n"
+           "  kelvo convert IN OUT\n  kelvo params [PATTERN]\n";
   }
 };
 
@@ -49,6 +52,14 @@ void add_solve_options(CLI::App& app, Options& options) {
                  "KLV_PARAM_ may be left out, any case will do")
       ->option_text("NAME=VALUE")
       ->allow_extra_args(false);
+  app.add_option("--params", options.parameter_file,
+                 "read a parameter file; --set comes on top of it")
+      ->option_text("FILE");
+  app.add_option("--write-params", options.write_parameter_file,
+                 "write the parameters that differ from their defaults")
+      ->option_text("FILE");
+  app.add_option("--basis", options.basis_file, "start from the basis in a file (.bas)")
+      ->option_text("FILE");
   app.add_option("--time-limit", options.time_limit, "stop after so many seconds, reading included")
       ->option_text("S")
       ->check(not_negative);
@@ -59,8 +70,8 @@ void add_solve_options(CLI::App& app, Options& options) {
   app.add_flag("--quiet", options.quiet, "no log, the summary alone");
   app.add_option("--log", options.log_file, "write the log to a file too")->option_text("FILE");
   app.add_option("--write", options.write_files,
-                 "write the model in the format that the name says;\n"
-                 "may be repeated")
+                 "write what the name says: the model (.lp, .mps), the final\n"
+                 "basis (.bas), the priority order (.ord); may be repeated")
       ->option_text("FILE")
       ->allow_extra_args(false);
   app.add_option("--values", options.values_file,
@@ -84,6 +95,10 @@ Options parse_options(int argc, char** argv) {
 
   CLI::App* info = app.add_subcommand("info", "show what a model holds, without solving it");
   info->add_option("MODEL", options.model, "the model file")->option_text(" ");
+  CLI::App* convert =
+      app.add_subcommand("convert", "write a model in the format that the new name says");
+  convert->add_option("IN", options.model, "the model file")->option_text(" ")->required();
+  convert->add_option("OUT", options.output, "the file to write")->option_text(" ")->required();
   CLI::App* params = app.add_subcommand("params", "list the parameters");
   params
       ->add_option("PATTERN", options.pattern,
@@ -103,6 +118,8 @@ Options parse_options(int argc, char** argv) {
   }
   if (info->parsed()) {
     options.action = Options::Action::info;
+  } else if (convert->parsed()) {
+    options.action = Options::Action::convert;
   } else if (params->parsed()) {
     options.action = Options::Action::params;
     return options;

@@ -8,11 +8,12 @@
 namespace kelvo::command {
 
 struct Options {
-  enum class Action { solve, info, params, done };
+  enum class Action { solve, info, convert, params, done };
 
   Action action = Action::solve;
   std::string model;    // the file to read
   std::string pattern;  // of `kelvo params`
+  std::string output;   // of `kelvo convert`
 
   std::string method;                 // empty: as the parameters say
   std::vector<std::string> settings;  // NAME=VALUE
@@ -21,6 +22,9 @@ struct Options {
   bool relax = false;
   bool quiet = false;
   std::string log_file;
+  std::string basis_file;            // to start from
+  std::string parameter_file;        // read before the settings
+  std::string write_parameter_file;  // written after them
   std::vector<std::string> write_files;
   std::string values_file;
   std::string json_file;

@@ -12,14 +12,23 @@
 #include "parameters.h"
 #include "relaxation.h"
 #include "session.h"
+#include "written_file.h"
 
 namespace kelvo::command {
 namespace {
 
 void apply_options(Session& session, const Options& options) {
+  if (!options.parameter_file.empty()) {
+    session.check(KLVreadcopyparam(session.env(), options.parameter_file.c_str()),
+                  "cannot read " + options.parameter_file);
+  }
   for (const std::string& setting : options.settings) apply_setting(session, setting);
   if (!options.method.empty()) set_integer(session, "LPMETHOD", method_code(options.method));
   if (options.threads) set_at_most(session, "THREADS", *options.threads);
+  if (!options.write_parameter_file.empty()) {
+    session.check(KLVwriteparam(session.env(), options.write_parameter_file.c_str()),
+                  "cannot write " + options.write_parameter_file);
+  }
 }
 
 void read_model(Session& session, const Options& options, Outcome& outcome) {
@@ -31,10 +40,14 @@ void read_model(Session& session, const Options& options, Outcome& outcome) {
   session.say(options.model + line);
 }
 
-void write_models(Session& session, const Options& options) {
+/// Writes the files that can be written now; that the others can be is found out at once.
+void write_files(Session& session, const Options& options, bool solved) {
   for (const std::string& path : options.write_files) {
-    session.check(KLVwriteprob(session.env(), session.problem(), path.c_str(), nullptr),
-                  "cannot write " + path);
+    if (holds_basis(path) == solved) {
+      write_file(session, path);
+    } else if (!solved) {
+      const OutputFile probe(path);
+    }
   }
 }
 
@@ -59,7 +72,11 @@ void run(Session& session, const Options& options, Outcome& outcome,
   apply_options(session, options);
   read_model(session, options, outcome);
   if (options.relax) relax(session);
-  write_models(session, options);
+  if (!options.basis_file.empty()) {
+    session.check(KLVreadcopybase(session.env(), session.problem(), options.basis_file.c_str()),
+                  "cannot read " + options.basis_file);
+  }
+  write_files(session, options, false);
   optimize(session, options);
   note_solution(session, outcome);
   outcome.time = seconds_since_start();
@@ -69,6 +86,7 @@ void run(Session& session, const Options& options, Outcome& outcome,
   if (const std::string errors = session.take_errors(); !errors.empty()) {
     std::fprintf(stderr, "kelvo: %s\n", errors.c_str());
   }
+  write_files(session, options, true);
   values_file.write(outcome.objective ? values(session) : "");
 }
 
