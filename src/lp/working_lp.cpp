@@ -81,7 +81,7 @@ void WorkingLp::change_bounds(int column, double lower, double upper) {
 bool WorkingLp::compute_basic_solution(const SimplexSettings& settings) {
   SimplexState& state = simplex_->state();
   state.begin_run(settings);
-  if (state.refactorize() == Refactored::singular) return false;
+  if (no_factor(state.refactorize())) return false;
   state.store_results();
   return true;
 }

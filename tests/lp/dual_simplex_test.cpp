@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "lp/simplex_support.h"
@@ -233,6 +234,33 @@ TEST_F(DualSimplex, LimitsStopTheRun) {
     Simplex hooked(lp, sink, stop, &hook);
     EXPECT_EQ(hooked.run_dual(settings), SimplexOutcome::aborted);
     EXPECT_LE(hooked.iterations(), at);
+  }
+}
+
+// Whatever the moment, within a factorization or between iterations, a stop leaves a state from
+// which the next run reaches the optimum.
+TEST_F(DualSimplex, AStopAtAnyMomentLeavesAStateToGoOnFrom) {
+  Random random(23);
+  const LpProblem lp = random_feasible_lp(random, 150, 200, true);
+  settings.refactor_frequency = 10;
+  Simplex full(lp, sink, stop);
+  ASSERT_EQ(full.run_dual(settings), SimplexOutcome::optimal);
+  int next = 0;
+  for (const bool dual : {true, false}) {
+    for (int at = 0; at < 400; at += 1 + next++ % 7) {
+      SCOPED_TRACE(at);
+      StopAt time(at, 11);
+      Simplex simplex(lp, sink, time);
+      const auto run = [&] {
+        return dual ? simplex.run_dual(settings) : simplex.run_primal(settings);
+      };
+      if (run() == SimplexOutcome::optimal) continue;
+      EXPECT_EQ(std::count(simplex.status().begin(), simplex.status().end(), kBasic), lp.num_rows);
+      for (const double x : simplex.values()) ASSERT_TRUE(std::isfinite(x));
+      time.never_again();
+      ASSERT_EQ(run(), SimplexOutcome::optimal);
+      EXPECT_NEAR(simplex.objective(), full.objective(), 1e-6 * std::fabs(full.objective()));
+    }
   }
 }
 

@@ -27,6 +27,7 @@ class StopAt final : public StopCheck, public IterationHook {
   StopAt(int calls, int code) : calls_(calls), code_(code) {}
   int check() override { return seen_++ >= calls_ ? code_ : 0; }
   int before_iteration(bool, bool) override { return check(); }
+  void never_again() { calls_ = 2100000000; }
 
  private:
   int calls_;

@@ -150,6 +150,10 @@ FactorOutcome BasisFactor::Impl::factorize(Vector<int>& header, bool allow_repai
         result = passes > 0 ? FactorOutcome::repaired : FactorOutcome::ok;
         break;
       }
+      if (outcome == KernelOutcome::stopped) {
+        result = FactorOutcome::stopped;
+        break;
+      }
       if (outcome == KernelOutcome::no_dense_memory) {
         if (events != nullptr) events->no_memory_for_dense();
         kernel_settings.dense_density = kNoDenseSwitch;
@@ -171,6 +175,7 @@ FactorOutcome BasisFactor::Impl::factorize(Vector<int>& header, bool allow_repai
     }
   }
   statistics.work += factor_work;
+  statistics.factor_work = factor_work;
   if (report && events != nullptr) events->threshold_set(threshold);
   return result;
 }
@@ -370,7 +375,8 @@ BasisFactor::BasisFactor(const SparseMatrix& columns, const FactorSettings& sett
 BasisFactor::~BasisFactor() = default;
 
 FactorOutcome BasisFactor::factorize(Vector<int>& header, bool allow_repair,
-                                     Vector<BasisRepair>& repairs) {
+                                     Vector<BasisRepair>& repairs, StopCheck* stop) {
+  impl_->kernel_settings.stop = stop;
   return impl_->factorize(header, allow_repair, repairs);
 }
 

@@ -9,6 +9,7 @@
 #include "base/containers.h"
 #include "base/sparse_matrix.h"
 #include "base/status.h"
+#include "base/stop_check.h"
 #include "base/work_vector.h"
 
 namespace kelvo {
@@ -36,6 +37,7 @@ enum class FactorOutcome {
   ok,
   repaired,  // the header was changed: primal and dual values must be recomputed
   singular,  // repair not allowed or its budget is spent
+  stopped,   // the stop check said so: there is no valid factor
 };
 
 /// Observer of a factorization, for the log.
@@ -56,6 +58,7 @@ struct FactorStatistics {
   double pivot_ratio = 1.0;  // largest / smallest pivot magnitude of the last factorization
   long basis_nonzeros = 0;   // of B at the last factorization
   long factor_nonzeros = 0;  // of L and U at the last factorization
+  double factor_work = 0.0;  // nonzeros touched by the last factorization
   double work = 0.0;         // total nonzeros touched by everything so far
 };
 
@@ -69,7 +72,9 @@ class BasisFactor {
 
   /// Factorizes the basis `header` [m]. On `repaired` the exchanges are appended to `repairs` and
   /// made in `header`. Throws std::bad_alloc only after the retries with smaller files failed.
-  FactorOutcome factorize(Vector<int>& header, bool allow_repair, Vector<BasisRepair>& repairs);
+  /// Given a stop check, which must outlive its use, long factorizations ask it now and then.
+  FactorOutcome factorize(Vector<int>& header, bool allow_repair, Vector<BasisRepair>& repairs,
+                          StopCheck* stop = nullptr);
 
   // All solves take vectors of size m. On return the list is exact, or the result so dense that a
   // plain loop is better and the list is invalid.

@@ -29,11 +29,15 @@ KernelOutcome LuKernel::run(const SparseMatrix& matrix, const int* variables, in
   u_span_.clear();
   if (factors.num_pivots < std::min(num_rows_, count)) {
     load_nucleus();
-    if (!eliminate_nucleus()) {
+    const KernelOutcome sparse = eliminate_nucleus();
+    if (sparse == KernelOutcome::stopped) return sparse;
+    if (sparse == KernelOutcome::singular) {
       // Either the rest is dense, or nothing in it can be a pivot.
       if (worth_dense() && rows_left_ > 0 && positions_left_ > 0) {
         const KernelOutcome outcome = factor_dense();
-        if (outcome == KernelOutcome::no_dense_memory) return outcome;
+        if (outcome == KernelOutcome::no_dense_memory || outcome == KernelOutcome::stopped) {
+          return outcome;
+        }
       }
     }
   }

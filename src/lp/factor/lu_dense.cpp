@@ -83,6 +83,7 @@ KernelOutcome LuKernel::factor_dense() {
   int k = 0;
   while (k < columns && k < rows) {
     double* x = column_at(k);
+    if (stop_asked()) return KernelOutcome::stopped;
     apply_pivots(block, rows, k, x);
     int at = k;
     for (int i = k + 1; i < rows; ++i) {

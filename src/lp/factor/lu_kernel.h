@@ -13,6 +13,7 @@
 
 #include "base/containers.h"
 #include "base/sparse_matrix.h"
+#include "base/stop_check.h"
 #include "lp/factor/lu_factors.h"
 
 namespace kelvo {
@@ -23,9 +24,10 @@ struct KernelSettings {
   double row_multiplier = 3.0;        // capacity of the active rows / their entries at the start
   double column_multiplier = 3.0;     // likewise for the active columns
   double dense_density = 0.3;         // active density above which the dense kernel takes over
+  StopCheck* stop = nullptr;          // asked now and then whether to go on; may be null
 };
 
-enum class KernelOutcome { ok, singular, no_dense_memory };
+enum class KernelOutcome { ok, singular, no_dense_memory, stopped };
 
 class LuKernel {
  public:
@@ -75,7 +77,7 @@ class LuKernel {
 
   // lu_markowitz.cpp
   void load_nucleus();
-  bool eliminate_nucleus();
+  KernelOutcome eliminate_nucleus();
   bool find_pivot();
   bool find_singleton();
   bool search_row(int row);
@@ -98,6 +100,7 @@ class LuKernel {
   bool worth_dense() const;
   bool load_dense();
   bool worth_block() const;
+  bool stop_asked() const { return settings_.stop != nullptr && settings_.stop->check() != 0; }
   KernelOutcome factor_dense();
   void store_dense_pivot(int k, const double* dense, int order);
 

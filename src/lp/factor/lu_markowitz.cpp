@@ -23,6 +23,9 @@ int with_slack(int entries) {
   return entries + entries / 4 + 4;
 }
 
+// Pivots between two looks at the clock.
+constexpr int kPivotsPerCheck = 64;
+
 }  // namespace
 
 void LuKernel::CountLists::setup(int lines, int longest) {
@@ -104,12 +107,18 @@ void LuKernel::load_nucleus() {
   work_ += 2.0 * row_total;
 }
 
-bool LuKernel::eliminate_nucleus() {
+// `ok` when every pivot was found, `singular` when the rest is dense or has none.
+KernelOutcome LuKernel::eliminate_nucleus() {
+  int until_check = kPivotsPerCheck;
   while (rows_left_ > 0 && positions_left_ > 0) {
-    if (worth_dense() || !find_pivot()) return false;
+    if (--until_check == 0) {
+      if (stop_asked()) return KernelOutcome::stopped;
+      until_check = kPivotsPerCheck;
+    }
+    if (worth_dense() || !find_pivot()) return KernelOutcome::singular;
     eliminate_pivot();
   }
-  return true;
+  return KernelOutcome::ok;
 }
 
 bool LuKernel::find_singleton() {

@@ -12,17 +12,23 @@ constexpr double kNoStep = 1e-12;  // dual steps of this size or less count as d
 
 }  // namespace
 
-// Everything anew from a fresh factor. False when no factor can be had.
+// Everything anew from a fresh factor. False when no factor can be had; stop_outcome_ says why.
 bool DualEngine::rebuild() {
   if (trouble_ >= kTroubleLimit) {
     s_.factor().raise_markowitz();
     trouble_ = 0;
   }
   const Refactored result = s_.refactorize();
-  if (result == Refactored::singular) return false;
+  if (no_factor(result)) {
+    stop_outcome_ = s_.outcome_without_factor();
+    return false;
+  }
   if (result == Refactored::restored) {
     // The same costs would lead to the same singular basis again.
-    if (++restores_ > kRestoreLimit) return false;
+    if (++restores_ > kRestoreLimit) {
+      stop_outcome_ = SimplexOutcome::singular;
+      return false;
+    }
     perturb_costs();
   }
   if (result != Refactored::ok) initialize_weights();
@@ -74,10 +80,7 @@ bool DualEngine::stalls(double dual_step) {
 
 DualEngine::PhaseEnd DualEngine::run_phase() {
   while (true) {
-    if (!rebuild()) {
-      stop_outcome_ = SimplexOutcome::singular;
-      return PhaseEnd::stopped;
-    }
+    if (!rebuild()) return PhaseEnd::stopped;
     Step step = Step::done;
     while (step == Step::done) {
       if (const auto stop = s_.interrupted(true, phase_one_)) {

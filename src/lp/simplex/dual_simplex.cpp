@@ -54,7 +54,7 @@ bool DualEngine::worth_perturbing() {
 bool DualEngine::optimal_for_true_problem() {
   remove_perturbation();
   s_.release_held();
-  if (s_.refactorize() == Refactored::singular) return false;
+  if (no_factor(s_.refactorize())) return false;
   s_.compute_duals();
   flip_infeasible_boxed();
   s_.compute_primals();
@@ -112,8 +112,10 @@ SimplexOutcome DualEngine::run() {
                       : s_.num_vars < kSmallSize          ? kSmallLimit
                                                           : kLargeLimit;
   settle_superbasics();
-  SimplexOutcome outcome = SimplexOutcome::singular;
-  if (s_.factor_current() || s_.refactorize() != Refactored::singular) {
+  SimplexOutcome outcome;
+  if (!s_.factor_current() && no_factor(s_.refactorize())) {
+    outcome = s_.outcome_without_factor();
+  } else {
     initialize_weights();
     s_.compute_duals();
     flip_infeasible_boxed();

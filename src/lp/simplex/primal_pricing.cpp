@@ -180,7 +180,7 @@ void PrimalPricer::exact_norms() {
   state_.log.initializing_primal_norms(rowwise);
   const bool slack_basis = std::all_of(state_.header.begin(), state_.header.end(),
                                        [this](int j) { return j >= state_.n; });
-  if (slack_basis || state_.refactorize() == Refactored::singular) return;
+  if (slack_basis || no_factor(state_.refactorize())) return;
   if (rowwise) {
     exact_norms_rowwise();
   } else {

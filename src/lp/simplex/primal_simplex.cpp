@@ -84,7 +84,7 @@ class PrimalSimplex {
 
 bool PrimalSimplex::begin_round() {
   const Refactored factored = state_.refactorize();
-  if (factored == Refactored::singular) return false;
+  if (no_factor(factored)) return false;
   if (factored != Refactored::ok) pricer_.reinitialize();
   pricer_.review_rule();
   state_.compute_primals();
@@ -134,7 +134,7 @@ SimplexOutcome PrimalSimplex::run() {
   perturbation_.begin();
   pricer_.begin();
   while (true) {
-    if (!begin_round()) return finish(SimplexOutcome::singular);
+    if (!begin_round()) return finish(state_.outcome_without_factor());
     if (idle_rounds_ > kIdleRounds) return finish(SimplexOutcome::non_optimal);
     Step step = Step::next;
     while (step == Step::next) step = iterate();

@@ -8,7 +8,9 @@
 namespace kelvo {
 namespace {
 
-constexpr double kCancelled = 1e-100;      // a cancelled entry that must stay listed
+constexpr double kCancelled = 1e-100;  // a cancelled entry that must stay listed
+// Nonzeros touched by a factorization that takes a small part of a second.
+constexpr double kQuickFactorization = 2e7;
 constexpr double kOwnTolerance = 1e-8;     // working tolerances are not looser than this
 constexpr std::uint64_t kTieSeed = 20071;  // any number: ties must only be broken repeatably
 
@@ -253,13 +255,19 @@ int SimplexState::release_held() {
 
 Refactored SimplexState::refactorize() {
   if (freshly_factored()) return Refactored::ok;
+  factorization_stopped_ = false;
   primals_fresh = false;
   duals_fresh = false;
   bool restored = false;
   while (true) {
     repairs_.clear();
-    const FactorOutcome outcome = factor_->factorize(header, !saved_, repairs_);
+    const FactorOutcome outcome = factor_->factorize(header, !saved_, repairs_, &stop);
     if (outcome == FactorOutcome::ok) break;
+    if (outcome == FactorOutcome::stopped) {
+      factor_current_ = false;
+      factorization_stopped_ = true;
+      return Refactored::stopped;
+    }
     if (outcome == FactorOutcome::repaired) {
       factor_current_ = true;
       apply_repairs();
@@ -274,6 +282,15 @@ Refactored SimplexState::refactorize() {
   factor_current_ = true;
   save_basis();
   return restored ? Refactored::restored : Refactored::ok;
+}
+
+SimplexOutcome SimplexState::outcome_of_stop(int code) {
+  constexpr int kTimeLimit = 11;
+  return code == kTimeLimit ? SimplexOutcome::time_limit : SimplexOutcome::aborted;
+}
+
+SimplexOutcome SimplexState::outcome_without_factor() {
+  return factorization_stopped_ ? outcome_of_stop(stop.check()) : SimplexOutcome::singular;
 }
 
 void SimplexState::apply_repairs() {
@@ -469,10 +486,7 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
     return SimplexOutcome::iteration_limit;
   }
   const int code = stop.check();
-  if (code != 0) {
-    constexpr int kTimeLimit = 11;
-    return code == kTimeLimit ? SimplexOutcome::time_limit : SimplexOutcome::aborted;
-  }
+  if (code != 0) return outcome_of_stop(code);
   if (hook != nullptr && hook->before_iteration(dual, phase_one) != 0) {
     return SimplexOutcome::aborted;
   }
@@ -482,9 +496,16 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
 void SimplexState::store_results() {
   if (num_cost_shifts > 0 || costs_perturbed) restore_costs();
   if (bounds_perturbed) restore_bounds();
-  if (!freshly_factored() && refactorize() == Refactored::singular) return;
-  if (!primals_fresh) compute_primals();
-  if (!duals_fresh) compute_duals();
+  // A run that was stopped does not wait for a long factorization: values from the updated factor
+  // are good enough, and without any factor those kept by the last iterations.
+  const bool quick = factor_->statistics().factor_work <= kQuickFactorization;
+  if (!freshly_factored() && (quick || !factor_current_ || stop.check() == 0)) {
+    if (refactorize() == Refactored::singular) return;
+  }
+  if (factor_current_) {
+    if (!primals_fresh) compute_primals();
+    if (!duals_fresh) compute_duals();
+  }
   std::copy(value.begin(), value.end(), result_values.begin());
   for (int p = 0; p < m; ++p) result_values[header[p]] = basic_value[p];
   objective = problem.offset;

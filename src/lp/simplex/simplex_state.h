@@ -54,7 +54,13 @@ enum class Refactored {
   repaired,  // fresh factor, but logicals replaced dependent columns
   restored,  // the basis was singular: the last basis that could be factored is back
   singular,  // nothing could be factored
+  stopped,   // the stop check asked to stop on the way: no factor
 };
+
+/// No factor can be had, for whatever reason.
+inline bool no_factor(Refactored result) {
+  return result == Refactored::singular || result == Refactored::stopped;
+}
 
 class SimplexState {
  public:
@@ -145,6 +151,8 @@ class SimplexState {
   /// repaired, or given up for the last one that could be factored when there is such a one.
   /// After `repaired` and `restored` values and weights must be computed anew.
   Refactored refactorize();
+  /// How a run ends that could not get a factor: singular, or the reason of the stop.
+  SimplexOutcome outcome_without_factor();
   BasisFactor& factor() { return *factor_; }
   const BasisFactor& factor() const { return *factor_; }
   /// The factor is that of the current basis.
@@ -199,10 +207,12 @@ class SimplexState {
   void apply_repairs();
   void save_basis();
   bool restore_saved_basis();
+  static SimplexOutcome outcome_of_stop(int code);
 
   FactorSettings factor_settings_;
   Owned<BasisFactor> factor_;
   bool factor_current_ = false;
+  bool factorization_stopped_ = false;  // the last one was
   Vector<BasisRepair> repairs_;
   // The last basis that could be factored.
   Vector<int> saved_header_;      // [m]
