@@ -973,6 +973,89 @@ KLV_API int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p);
  * when it is not unbounded or no direction is known. */
 KLV_API int KLVgetray(KLVenv env, KLVprob lp, double* z);
 
+/* ---- Presolve ---------------------------------------------------------------------------- */
+
+/* The presolved problem is a smaller problem with the same optimum. KLVpresolve and the simplex
+ * optimizers leave one in the problem until the problem is changed; functions that need one give
+ * 1103 without it. Arrays over the original problem have n columns and m rows, those over the
+ * presolved one pn and pm. */
+
+/* Presolves without optimizing; method is a value of KLV_PARAM_LPMETHOD. 1117 when presolve proves
+ * the problem infeasible, 1101 infeasible or unbounded; 1123 and 1106 when it is stopped; 1017 for
+ * a mixed-integer problem, 1023 for a view. Quadratic problems are left as they are and accept the
+ * methods 1 and 2 only (1018). */
+KLV_API int KLVpresolve(KLVenv env, KLVprob lp, int method);
+
+/* Frees the presolved problem, if there is one. */
+KLV_API int KLVfreepresolve(KLVenv env, KLVprob lp);
+
+/* Stores the presolved problem, null when there is none. It belongs to the original problem: it
+ * must be neither changed nor freed. 1004 for a null pointer. */
+KLV_API int KLVgetredlp(KLVenv env, KLVprob lp, KLVprob* redlp_p);
+
+/* Presolved values prex [pn] of a point x [n]. 1004, 1103. */
+KLV_API int KLVcrushx(KLVenv env, KLVprob lp, const double* x, double* prex);
+
+/* A point x [n] from presolved values prex [pn]; a feasible one from feasible values. 1004, 1103.
+ */
+KLV_API int KLVuncrushx(KLVenv env, KLVprob lp, double* x, const double* prex);
+
+/* Presolved duals prepi [pm] of row duals pi [m]. 1004, 1103. */
+KLV_API int KLVcrushpi(KLVenv env, KLVprob lp, const double* pi, double* prepi);
+
+/* Row duals pi [m] from presolved ones prepi [pm]. 1018 for a quadratic problem, 1004, 1103. */
+KLV_API int KLVuncrushpi(KLVenv env, KLVprob lp, double* pi, const double* prepi);
+
+/* The same for a quadratic problem with the point x [n] they belong to. 5004 for any other; 1103,
+ * since quadratic problems are not presolved. */
+KLV_API int KLVqpuncrushpi(KLVenv env, KLVprob lp, double* pi, const double* prepi,
+                           const double* x);
+
+/* Rewrites the linear form of len terms val[k] * x[ind[k]] as *plen_p terms over presolved columns,
+ * written to pind and pval [pn], plus *poffset_p. A form without terms left has the length 0 and
+ * gives a warning. 1003 for a negative length, 1201 for a column index, 1121 when a column of the
+ * form is no linear function of presolved ones, 1004, 1103. */
+KLV_API int KLVcrushform(KLVenv env, KLVprob lp, int len, const int* ind, const double* val,
+                         int* plen_p, double* poffset_p, int* pind, double* pval);
+
+/* Rewrites a form over presolved columns as one over original columns, written to ind and val [n];
+ * errors as for KLVcrushform. */
+KLV_API int KLVuncrushform(KLVenv env, KLVprob lp, int plen, const int* pind, const double* pval,
+                           int* len_p, double* offset_p, int* ind, double* val);
+
+/* What presolve did; each pointer may be null. *prestat_p is 0 without a presolved problem, 2 when
+ * that is empty, else 1. pcstat [n] and prstat [m]: the index in the presolved problem, or why it
+ * is not there: -1 column fixed at its lower bound, -2 at its upper, -3 at another value, -4 column
+ * substituted or row used for that, -5 anything else (rows that never bind or became bounds).
+ * ocstat [pn] and orstat [pm]: original indices. */
+KLV_API int KLVgetprestat(KLVenv env, KLVprob lp, int* prestat_p, int* pcstat, int* prstat,
+                          int* ocstat, int* orstat);
+
+/* Bounds redlb and redub [n] that the rows imply, and for each row rstat [m] -1 when the bounds of
+ * the problem keep it by themselves, else 0. Null arrays are skipped. No presolved problem is made.
+ * 1117 when the problem is infeasible. */
+KLV_API int KLVbasicpresolve(KLVenv env, KLVprob lp, double* redlb, double* redub, int* rstat);
+
+/* The cnt columns that presolve must neither remove nor substitute, in place of those named before.
+ * 1003 for a negative count, 1004, 1201. */
+KLV_API int KLVcopyprotected(KLVenv env, KLVprob lp, int cnt, const int* indices);
+
+/* Reduced costs dj [n] = c - A'pi of row duals pi [m]. 1004. */
+KLV_API int KLVdjfrompi(KLVenv env, KLVprob lp, const double* pi, double* dj);
+
+/* Reduced costs dj [n] = c + Qx - A'pi of a problem with a quadratic objective; 5004 without one.
+ */
+KLV_API int KLVqpdjfrompi(KLVenv env, KLVprob lp, const double* pi, const double* x, double* dj);
+
+/* Row slacks slack [m] of a point x [n]: right-hand side minus activity, for ranged rows activity
+ * minus right-hand side. 1004. */
+KLV_API int KLVslackfromx(KLVenv env, KLVprob lp, const double* x, double* slack);
+
+/* Writes the presolved problem to a file, in the format of KLVwriteprob (MPS for names ending in
+ * .pre or without an extension), and stores in *objoff_p (may be null) the constant that its
+ * objective lacks. 1103, 1421, 1422, 1424. */
+KLV_API int KLVpreslvwrite(KLVenv env, KLVprob lp, const char* filename, double* objoff_p);
+
 /* ---- Sensitivity ---------------------------------------------------------------------------- */
 
 /* How far one number may move, all others kept, while the optimal basis stays optimal. Ranges end

@@ -40,8 +40,8 @@ class CallbackHook final : public IterationHook {
 };
 
 Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
-  const DriverSettings settings =
-      read_driver_settings(environment.settings(), problem.objective_sense());
+  DriverSettings settings = read_driver_settings(environment.settings(), problem.objective_sense());
+  settings.protected_columns = protection_marks(problem);
   CallbackHook hook(environment, problem);
   const CallContext context{environment.messages(), environment.stop_check(),
                             hook.active() ? &hook : nullptr};

@@ -27,6 +27,7 @@ struct DriverSettings {
   bool use_basis = true;       // start from the stored basis and from the state kept
   bool restart_passes = true;  // improve an optimum that violates the unscaled model
   PresolveSettings presolve;
+  Vector<char> protected_columns;   // [columns] 1: presolve must leave it; or empty
   double objective_constant = 0.0;  // of the minimization: what a reduced model's objective lacks
 };
 

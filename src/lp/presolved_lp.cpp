@@ -72,10 +72,27 @@ PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
     const LpProblem lp = presolve_.take_reduced();
     offset_ = lp.offset;
     log.summary(presolve_, lp);
-    if (outcome() == PresolveOutcome::reduced) reduced_ = make_model(lp, sense_);
+    if (outcome() == PresolveOutcome::reduced) {
+      reduced_ = make_model(lp, sense_);
+      has_reduced_ = true;
+    }
   } else {
     log.finding(presolve_.finding(), model);
   }
+}
+
+void PresolvedLp::keep_identity(const Model& model) {
+  if (has_reduced_) return;
+  reduced_ = make_model(closed_lp_problem(model), sense_);
+  has_reduced_ = true;
+}
+
+Vector<char> protection_marks(const Problem& problem) {
+  Vector<char> marks;
+  if (problem.protected_columns.empty()) return marks;
+  marks.assign(problem.num_cols(), 0);
+  for (const int j : problem.protected_columns) marks[j] = 1;
+  return marks;
 }
 
 void PresolvedLp::postsolve(const LpAnswer& answer, BasicSolution& original) const {

@@ -23,7 +23,11 @@ class PresolvedLp final : public Attachment {
   double objective_offset() const { return sense_ * offset_; }
   /// Constant of the minimization that the engines see.
   double minimized_offset() const { return offset_; }
+  /// True when there is a reduced model: always after the outcome `reduced`.
+  bool has_reduced_model() const { return has_reduced_; }
   const Model& reduced_model() const { return reduced_; }
+  /// After the outcome `unchanged` makes the reduced model a copy of the linear part.
+  void keep_identity(const Model& model);
 
   /// An answer about the reduced model as a basic solution of the original one: x, y (of the
   /// minimization) and statuses. The answer must hold x, pi and a basis.
@@ -36,8 +40,12 @@ class PresolvedLp final : public Attachment {
   Presolve presolve_;
   const int sense_;
   double offset_ = 0.0;
+  bool has_reduced_ = false;
   Model reduced_;
 };
+
+/// One mark per column of the problem, or nothing when no column is protected.
+Vector<char> protection_marks(const Problem& problem);
 
 /// A model with the given program, of the given sense, without names.
 Model make_model(const LpProblem& lp, int sense);

@@ -135,7 +135,7 @@ int status_of(PresolveOutcome outcome) {
 Owned<PresolvedLp> try_presolve(const Model& model, const DriverSettings& settings,
                                 const CallContext& context) {
   try {
-    return make_owned<PresolvedLp>(model, settings.presolve, Vector<char>(), context);
+    return make_owned<PresolvedLp>(model, settings.presolve, settings.protected_columns, context);
   } catch (const std::bad_alloc&) {
     context.sink.send(Channel::warning, "Insufficient memory for presolve.\n");
     return nullptr;

@@ -101,6 +101,7 @@ Owned<Problem> Problem::clone() {
   copy->solution = solution;
   copy->incumbent = incumbent;
   copy->basis = basis;
+  copy->protected_columns = protected_columns;
   return copy;
 }
 

@@ -179,6 +179,7 @@ class Problem {
   StoredBasis basis;             // kept in step by edits, see change_kind.cpp
   Owned<Attachment> working_lp;  // the optimizers' own copy of the model; see revisions()
   Owned<Attachment> presolve;
+  Vector<int> protected_columns;  // that presolve must leave in the model; kept in step by edits
   Owned<Problem> view_target;
   Owned<Problem> derived;
   ObjectNode* node = nullptr;  // where an environment's object list holds this problem

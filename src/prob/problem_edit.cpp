@@ -60,6 +60,7 @@ void Problem::replace_model(Model&& model) noexcept {
   batch_.clear();
   model_ = std::move(model);
   type_ = type_of(model_);
+  protected_columns.clear();
   notify_change(ChangeKind::model_replaced);
 }
 
@@ -98,6 +99,11 @@ void Problem::delete_columns(const int* new_index) {
   merge_pending();
   kelvo::delete_columns(model_, new_index);
   if (basis.present) keep_statuses(basis.col_status, new_index);
+  int kept = 0;
+  for (const int j : protected_columns) {
+    if (new_index[j] >= 0) protected_columns[kept++] = new_index[j];
+  }
+  protected_columns.resize(kept);
   notify_change(ChangeKind::columns_deleted);
 }
 
