@@ -973,6 +973,91 @@ KLV_API int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p);
  * when it is not unbounded or no direction is known. */
 KLV_API int KLVgetray(KLVenv env, KLVprob lp, double* z);
 
+/* ---- Steps by hand -------------------------------------------------------------------------- */
+
+/* The functions below work on linear problems only: 1017 for a mixed-integer problem, 1018 for a
+ * quadratic objective, 1031 for quadratic constraints. Variables are numbered as above: columns
+ * 0..n-1, -r-1 for the slack of row r, KLV_NO_VARIABLE for none. Basis status codes: 0 at the lower
+ * bound, 1 basic, 2 at the upper bound, 3 free or superbasic; the bounds of a slack are [0, inf)
+ * for 'L', (-inf, 0] for 'G', [0, 0] for 'E', and 0 and the range for 'R'.
+ *
+ * Those that change the basis leave it in the problem with its basic solution; the solution status
+ * is 1 when that is optimal, else 6. After an error the problem holds what it held before. 1256
+ * when the basis is singular. */
+
+#define KLV_NO_VARIABLE 2100000000
+
+/* Makes the slacks of rlen rows basic. Variables that leave go to their nearest bound. 1003 for
+ * rlen outside 0..m, 1203 for a bad row, 1262 when the problem has no basis. */
+KLV_API int KLVpivotin(KLVenv env, KLVprob lp, const int* rlist, int rlen);
+
+/* Makes clen fixed variables nonbasic. Feasibility, primal and dual, is kept where it was. A
+ * variable stays basic when nothing but other variables of the list could take its place. 1262
+ * without a basis, 1203 for an index that is no variable, 1221 for a variable that is not fixed. */
+KLV_API int KLVpivotout(KLVenv env, KLVprob lp, const int* clist, int clen);
+
+/* One exchange: jenter enters, jleave leaves at its bound leavestat (0 or 2; the bound it has when
+ * it has only one). With jleave KLV_NO_VARIABLE the primal ratio test chooses the variable that
+ * leaves, or moves jenter to its other bound when that comes first; with jenter KLV_NO_VARIABLE the
+ * dual ratio test chooses the variable that enters. jenter = jleave, nonbasic, moves the variable
+ * to the bound leavestat. A problem without a solution goes through KLVsetphase2 first. 1200 for an
+ * index that is no variable, 1003 when neither is given and for another leavestat, 1267 when jenter
+ * is basic, jleave is not, nobody can be chosen or the pivot is too small. */
+KLV_API int KLVpivot(KLVenv env, KLVprob lp, int jenter, int jleave, int leavestat);
+
+/* Factors the basis of the problem (slacks, when it has none), replacing dependent columns by
+ * slacks, and stores its basic solution, so that the next optimization goes on from there. */
+KLV_API int KLVsetphase2(KLVenv env, KLVprob lp);
+
+/* How far each of cnt nonbasic variables can move down and up, all other nonbasic variables kept,
+ * until a variable reaches a bound. Entry k of the arrays, each of which may be null: the length of
+ * the step (1e20: without end), the variable that reaches a bound (itself, a basic one, or
+ * KLV_NO_VARIABLE), the bound at which it leaves (0, 2, or -1 for none) and a code: 0, or 1267 for
+ * an index that is no variable or a basic one. The basis is not changed. 1258 without a factor,
+ * 1004, 1003 for a negative count. */
+KLV_API int KLVpratio(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
+                      double* upratio, int* downleave, int* upleave, int* downleavestatus,
+                      int* upleavestatus, int* downstatus, int* upstatus);
+
+/* What must enter when each of cnt basic variables is forced down or up. Entry k of the arrays,
+ * each of which may be null: the ratio of reduced cost to tableau entry of the variable that
+ * enters, which is the loss in the objective per unit of the move (1e20 when nothing can enter),
+ * that variable or KLV_NO_VARIABLE, and a code: 0, or 1267 for an index that is no variable or a
+ * nonbasic one. The basis is not changed. Errors as for KLVpratio. */
+KLV_API int KLVdratio(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
+                      double* upratio, int* downenter, int* upenter, int* downstatus,
+                      int* upstatus);
+
+/* By how much the objective changes, at first, per unit by which each of cnt basic columns is
+ * forced down or up (1e20 times the sense when it cannot move); the codes are 0, or 1267 when
+ * nothing can enter. Arrays of results may be null. 1217 without a solution, 1004, 1003, 1258, 1201
+ * for a bad column, 1251 for a column that is not basic. */
+KLV_API int KLVmdleave(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
+                       double* upratio, int* downstatus, int* upstatus);
+
+/* The variable whose bounds the basic solution of the problem's basis violates most, or
+ * KLV_NO_VARIABLE when none is violated by more than KLV_PARAM_EPRHS. Nothing is optimized or
+ * stored. 1004, 1262 without a basis. */
+KLV_API int KLVcheckpfeas(KLVenv env, KLVprob lp, int* infeasout);
+
+/* The nonbasic variable whose reduced cost has the wrong sign by most, or KLV_NO_VARIABLE when none
+ * has by more than KLV_PARAM_EPOPT; otherwise as KLVcheckpfeas. */
+KLV_API int KLVcheckdfeas(KLVenv env, KLVprob lp, int* infeasout);
+
+/* Checks the stored solution against the model and stores the status it deserves: 1 or 5 for an
+ * optimal one as it keeps all limits within the tolerances or not, 3 and 2 when the proof behind
+ * them holds and 6 when it does not; other statuses as they are. 1004, 1217. */
+KLV_API int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus);
+
+/* Strong branching: for each of cnt columns with value x in the optimal solution, the objective
+ * after at most itlim iterations of the dual simplex method with the upper bound floor(x) (downobj)
+ * and with the lower bound ceil(x) (upobj); 1e75 times the sense when no point is left. The arrays
+ * may be null. The problem stays as it is. 1003 for a negative count or limit, 1004, 1201 for a bad
+ * column, 1217 without a solution, 1252 when it is not optimal, 1258, 1263 when stopped by the
+ * caller, 1266 by the time limit. */
+KLV_API int KLVstrongbranch(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downobj,
+                            double* upobj, int itlim);
+
 /* ---- Presolve ---------------------------------------------------------------------------- */
 
 /* The presolved problem is a smaller problem with the same optimum. KLVpresolve and the simplex

@@ -12,7 +12,7 @@ Status hold_optimal_basis(Environment& environment, Problem& problem, WorkingLp*
   }
   const SolutionRecord& solution = problem.solution;
   const int status = problem.solution_status;
-  if (status == kNoSolution || !solution.has_primal) return Status::failure(error::kNoSolution);
+  KELVO_TRY(check_stored_solution(problem));
   const bool optimal = status == kOptimal || status == kOptimalUnscaledInfeasible;
   if (!optimal || !solution.has_basis || !check_linear(problem).ok()) {
     return Status::failure(error::kNoSensitivity);

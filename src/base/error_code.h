@@ -59,6 +59,7 @@ inline constexpr int kBoundCodeEntry = 1229;
 inline constexpr int kNoDualSolution = 1232;
 inline constexpr int kEntryTooLarge = 1233;
 inline constexpr int kNotBasic = 1251;
+inline constexpr int kOptimalRequired = 1252;
 inline constexpr int kBasisStatusEntry = 1253;
 inline constexpr int kUnboundedRequired = 1254;
 inline constexpr int kBasisSingular = 1256;

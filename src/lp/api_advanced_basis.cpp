@@ -46,22 +46,11 @@ Status no_check(Environment&, const Problem&) {
   return Status();
 }
 
-/// Checks that the solution of a continuous problem is stored.
-Status check_solution(const Problem& problem) {
-  const bool stored = problem.solution_status != kNoSolution && problem.solution.has_primal;
-  return stored ? Status() : Status::failure(error::kNoSolution);
-}
-
 /// The stored solution with a basis, which the working LP is made to hold.
 Status hold_solution_basis(Environment& environment, Problem& problem, WorkingLp*& working) {
-  KELVO_TRY(check_solution(problem));
+  KELVO_TRY(check_stored_solution(problem));
   if (!problem.solution.has_basis) return Status::failure(error::kNoSolution);
   return hold_stored_basis(environment, problem, working);
-}
-
-/// -row - 1 for a slack, the column itself otherwise.
-int caller_index(int variable, int num_cols) {
-  return variable < num_cols ? variable : -(variable - num_cols) - 1;
 }
 
 /// Value of a variable (a slack behind the columns) in the stored solution.
@@ -203,7 +192,7 @@ int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p) {
 int KLVgetray(KLVenv env, KLVprob lp, double* z) {
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     KELVO_TRY(check_pointers(z));
-    KELVO_TRY(check_solution(problem));
+    KELVO_TRY(check_stored_solution(problem));
     if (problem.solution_status != kUnbounded || problem.solution.ray.empty()) {
       return Status::failure(error::kUnboundedRequired);
     }

@@ -35,4 +35,22 @@ inline Status hold_factor(Environment& environment, Problem& problem, WorkingLp*
   return hold_stored_basis(environment, problem, working);
 }
 
+/// The number of a variable in the interface: the column itself, or -row - 1 for a slack.
+inline int caller_index(int variable, int num_cols) {
+  return variable < num_cols ? variable : -(variable - num_cols) - 1;
+}
+
+/// And back; -1 for a number that denotes no variable of the model.
+inline int engine_index(const Model& model, int index) {
+  if (index >= 0) return index < model.num_cols ? index : -1;
+  const int row = -(index + 1);
+  return row < model.num_rows ? model.num_cols + row : -1;
+}
+
+/// Checks that the solution of a continuous problem is stored.
+inline Status check_stored_solution(const Problem& problem) {
+  const bool stored = problem.solution_status != kNoSolution && problem.solution.has_primal;
+  return stored ? Status() : Status::failure(error::kNoSolution);
+}
+
 }  // namespace kelvo

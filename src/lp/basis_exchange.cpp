@@ -13,6 +13,8 @@ namespace {
 // A pivot of at least this share of the largest one in its column or row is stable enough to be
 // chosen for other merits.
 constexpr double kPivotShare = 0.1;
+// Where the choice decides about feasibility, smaller ones must do.
+constexpr double kLeastPivotShare = 1e-5;
 
 }  // namespace
 
@@ -119,7 +121,7 @@ int BasisExchange::variable_to_enter(int position, const Vector<char>& listed) {
   for (int k = 0; k < row.count; ++k) {
     if (!listed[row.index[k]]) largest = std::max(largest, std::fabs(row.value[row.index[k]]));
   }
-  const double least = std::max(simplex_tolerance::kPivot, kPivotShare * largest);
+  const double least = std::max(simplex_tolerance::kPivot, kLeastPivotShare * largest);
   int best = -1;
   double best_ratio = kInf;
   for (int k = 0; k < row.count; ++k) {

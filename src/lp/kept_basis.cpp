@@ -42,6 +42,9 @@ WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, const Ca
   if (!allow_repair && problem.basis.present && !working->has_basic_variables_of(problem.basis)) {
     return nullptr;
   }
+  if (problem.basis.present && working->has_basic_variables_of(problem.basis)) {
+    problem.basis.factored = true;
+  }
   working->set_agrees_with(problem.revisions());
   WorkingLp* const held = working.get();
   problem.working_lp = std::move(working);

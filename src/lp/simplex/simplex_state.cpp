@@ -153,6 +153,29 @@ void SimplexState::accept_header() {
   refresh_nonbasic();
 }
 
+void SimplexState::copy_basis(BasisCopy& copy) const {
+  copy.header = header;
+  copy.status = status;
+  copy.value = value;
+  copy.dual_weights = dual_weights;
+  copy.dual_weights_valid = dual_weights_valid;
+}
+
+void SimplexState::restore_basis(const BasisCopy& copy) {
+  const bool moved = header != copy.header;
+  header = copy.header;
+  status = copy.status;
+  value = copy.value;
+  dual_weights = copy.dual_weights;
+  dual_weights_valid = copy.dual_weights_valid;
+  duals_fresh = false;
+  if (moved) {
+    accept_header();
+  } else {
+    refresh_nonbasic();
+  }
+}
+
 void SimplexState::begin_run(const SimplexSettings& run_settings) {
   const SimplexSettings& was = settings;
   const bool other_factor = run_settings.markowitz_threshold != was.markowitz_threshold ||

@@ -146,6 +146,18 @@ class SimplexState {
   /// Variables held because of a singularity become ordinary ones; returns how many there were.
   int release_held();
 
+  /// A basis with the order of its positions, to come back to after a trial.
+  struct BasisCopy {
+    Vector<int> header;           // [m]
+    Vector<int> status;           // [num_vars]
+    Vector<double> value;         // [num_vars] of nonbasic variables
+    Vector<double> dual_weights;  // [m]
+    bool dual_weights_valid = false;
+  };
+  void copy_basis(BasisCopy& copy) const;
+  /// The factor stays valid when the positions have not changed since the copy was made.
+  void restore_basis(const BasisCopy& copy);
+
   // --- The basis and its factor ------------------------------------------------------------------
   /// Factorizes the current basis unless the factor is current and fresh. A singular basis is
   /// repaired, or given up for the last one that could be factored when there is such a one.
