@@ -1000,9 +1000,9 @@ KLV_API int KLVpivotout(KLVenv env, KLVprob lp, const int* clist, int clen);
  * it has only one). With jleave KLV_NO_VARIABLE the primal ratio test chooses the variable that
  * leaves, or moves jenter to its other bound when that comes first; with jenter KLV_NO_VARIABLE the
  * dual ratio test chooses the variable that enters. jenter = jleave, nonbasic, moves the variable
- * to the bound leavestat. A problem without a solution goes through KLVsetphase2 first. 1200 for an
- * index that is no variable, 1003 when neither is given and for another leavestat, 1267 when jenter
- * is basic, jleave is not, nobody can be chosen or the pivot is too small. */
+ * to the bound leavestat. A problem without a solution starts as KLVsetphase2 sets it up. 1200 for
+ * an index that is no variable, 1003 when neither is given and for another leavestat, 1267 when
+ * jenter is basic, jleave is not, nobody can be chosen or the pivot is too small. */
 KLV_API int KLVpivot(KLVenv env, KLVprob lp, int jenter, int jleave, int leavestat);
 
 /* Factors the basis of the problem (slacks, when it has none), replacing dependent columns by

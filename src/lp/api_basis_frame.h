@@ -24,8 +24,7 @@ inline Status check_linear(const Problem& problem) {
 inline Status hold_stored_basis(Environment& environment, Problem& problem, WorkingLp*& working) {
   const DriverSettings settings =
       read_driver_settings(environment.settings(), problem.objective_sense());
-  const CallContext context{environment.messages(), environment.stop_check()};
-  working = hold_basis(problem, settings, context);
+  working = hold_basis(problem, settings, environment.messages());
   return working != nullptr ? Status() : Status::failure(error::kBasisSingular);
 }
 

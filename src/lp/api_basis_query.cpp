@@ -207,8 +207,9 @@ Status strong_branch(Environment& environment, Problem& problem, const int* indi
     for (int k = 0; k < cnt && stop == BranchingStop::none; ++k) {
       stop = branching.probe(indices[k], problem.solution.x[indices[k]], down[k], up[k]);
     }
-    if (!branching.restore()) return Status::failure(error::kBasisSingular);
   }
+  // Outside the session, where nothing stops it.
+  if (!branching.restore()) return Status::failure(error::kBasisSingular);
   problem.working_lp = std::move(working);
   if (stop == BranchingStop::time_limit) {
     return Status::failure(error::kStrongBranchingTimeLimit);

@@ -51,6 +51,8 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   LpAnswer answer =
       solve_lp(problem.model(), working, problem.basis, method, settings, context, presolved);
   if (answer.singular) return Status::failure(error::kBasisSingular);
+  // The answer may have come another way: what the working LP stands at must be looked at again.
+  if (working != nullptr) working->agree_with_nothing();
   problem.working_lp = std::move(working);
   problem.presolve = std::move(presolved);
   problem.solution_status = answer.status;

@@ -41,14 +41,13 @@ Status change_basis(Environment& environment, Problem& problem, bool careful, Ch
     double& threshold = settings.simplex.markowitz_threshold;
     threshold = std::max(threshold, kCarefulThreshold);
   }
-  const CallContext context{environment.messages(), environment.stop_check()};
-  const TimeLimitScope time_limit(environment);
-  if (hold_basis(problem, settings, context, true) == nullptr) {
+  if (hold_basis(problem, settings, environment.messages(), true) == nullptr) {
     return Status::failure(error::kBasisSingular);
   }
   Owned<WorkingLp> working = take_working_lp(problem);
   {
-    const WorkingLp::Session session(*working, context);
+    NoStop no_stop;
+    const WorkingLp::Session session(*working, CallContext{environment.messages(), no_stop});
     const ExchangeOutcome outcome = change(*working);
     if (outcome == ExchangeOutcome::singular) return Status::failure(error::kBasisSingular);
     if (outcome == ExchangeOutcome::illegal) {
@@ -201,7 +200,6 @@ Status pivot_once(Environment& environment, Problem& problem, int jenter, int jl
   if (leaving >= 0 && leavestat != kAtLower && leavestat != kAtUpper) {
     return Status::failure(error::kBadArgument);
   }
-  if (problem.solution_status == kNoSolution) KELVO_TRY(set_phase_two(environment, problem));
   return change_basis(environment, problem, false, [&](WorkingLp& working) {
     const ExchangeOutcome outcome =
         pivot(model, working, entering, leaving, static_cast<BasisStatus>(leavestat));

@@ -246,6 +246,16 @@ LpAnswer Driver::run() {
   return answer;
 }
 
+void log_start(const WorkingLp& working, const StoredBasis& start, const DriverSettings& settings,
+               const CallContext& context) {
+  const auto basic = [](const Vector<int>& status) {
+    return static_cast<int>(std::count(status.begin(), status.end(), kBasic));
+  };
+  DriverLog(context.sink, settings.simplex.display)
+      .start_basis(basic(start.col_status) + basic(start.row_status), working.lp().num_rows,
+                   working.has_factor());
+}
+
 }  // namespace
 
 void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
@@ -280,6 +290,7 @@ LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
     working.reset();
   } else {
     prepare_working_lp(model, working, start, settings, context);
+    if (settings.use_basis && start.present) log_start(*working, start, settings, context);
     answer = Driver(model, working, method, settings, context).run();
   }
   answer.record.method = method == LpMethod::primal ? kMethodPrimal : kMethodDual;

@@ -19,6 +19,17 @@ class DriverLog {
                 wall_seconds() - start_, iterations);
   }
 
+  /// The run starts from a basis that it was given.
+  void start_basis(int basic, int rows, bool has_factor) {
+    if (display_ == 0) return;
+    if (basic != rows) {
+      sink_.print(Channel::log, "Start basis has %d basic variables for %d rows; slacks %s.\n",
+                  basic, rows, basic < rows ? "complete it" : "and columns leave it");
+    }
+    sink_.send(Channel::log,
+               has_factor ? "Start basis given, factor kept.\n" : "Start basis given.\n");
+  }
+
  private:
   MessageSink& sink_;
   const int display_;

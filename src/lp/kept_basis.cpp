@@ -1,21 +1,19 @@
 #include "lp/kept_basis.h"
 
-#include "lp/simplex/simplex_state.h"
 #include "lp/verify.h"
 
 namespace kelvo {
 
 namespace {
 
-bool stands_at_stored_basis(const WorkingLp& working, Problem& problem) {
-  return working.agrees_with() == problem.revisions() &&
-         const_cast<WorkingLp&>(working).simplex().state().factor_current() &&
+bool stands_at_stored_basis(const WorkingLp& working, const Problem& problem) {
+  return working.agrees_with() == problem.revisions() && working.has_factor() &&
          problem.basis.factored && working.has_basic_variables_of(problem.basis);
 }
 
 }  // namespace
 
-WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, const CallContext& context,
+WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, MessageSink& sink,
                       bool allow_repair) {
   if (auto* const kept = static_cast<WorkingLp*>(problem.working_lp.get());
       kept != nullptr && stands_at_stored_basis(*kept, problem)) {
@@ -28,7 +26,7 @@ WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, const Ca
     if (!problem.basis.present) working->start_afresh();
   } else {
     working.reset();
-    working = make_owned<WorkingLp>(model, settings.scaling, context.sink);
+    working = make_owned<WorkingLp>(model, settings.scaling, sink);
   }
   if (problem.basis.present) {
     const SolutionRecord& solution = problem.solution;
@@ -36,7 +34,8 @@ WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, const Ca
     working->start_from(problem.basis, model, has_x ? solution.x.data() : nullptr);
   }
   {
-    const WorkingLp::Session session(*working, context);
+    NoStop no_stop;
+    const WorkingLp::Session session(*working, CallContext{sink, no_stop});
     if (!working->compute_basic_solution(settings.simplex)) return nullptr;
   }
   if (!allow_repair && problem.basis.present && !working->has_basic_variables_of(problem.basis)) {

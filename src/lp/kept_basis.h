@@ -18,10 +18,16 @@ inline Owned<WorkingLp> take_working_lp(Problem& problem) {
   return Owned<WorkingLp>(static_cast<WorkingLp*>(problem.working_lp.release()));
 }
 
+/// What looks at a basis does not stop half-way: one factorization is all it takes.
+class NoStop final : public StopCheck {
+ public:
+  int check() override { return 0; }
+};
+
 /// Makes the problem's working LP stand at the stored basis (the slack basis when it stores none)
 /// with a valid factor, primal values and reduced costs. Null when the stored basis is singular,
 /// unless `allow_repair`: then dependent columns give way to slacks.
-WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, const CallContext& context,
+WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, MessageSink& sink,
                       bool allow_repair = false);
 
 /// Stores the basic solution that the working LP stands at, with its basis, in the problem: status

@@ -32,7 +32,9 @@ BranchingStop StrongBranching::run_side(int j, double lower, double upper, doubl
   working_.change_bounds(j, lower, upper);
   Simplex& simplex = working_.simplex();
   const SimplexOutcome outcome = simplex.run_dual(settings_);
-  if (outcome != SimplexOutcome::infeasible) objective = model_.sense * simplex.objective();
+  if (outcome != SimplexOutcome::infeasible) {
+    objective = model_.sense * (simplex.objective() - working_.lp().offset);
+  }
   working_.change_bounds(j, finite_or_infinite(model_.lower[j]),
                          finite_or_infinite(model_.upper[j]));
   simplex.state().restore_basis(optimal_);

@@ -71,6 +71,10 @@ bool WorkingLp::has_basic_variables_of(const StoredBasis& basis) const {
   return true;
 }
 
+bool WorkingLp::has_factor() const {
+  return simplex_->state().factor_current();
+}
+
 void WorkingLp::change_bounds(int column, double lower, double upper) {
   const double factor = scaling_.variable_factor(column, lp_.num_cols);
   lp_.lower[column] = lower * factor;

@@ -60,11 +60,14 @@ class WorkingLp final : public Attachment {
   const Scaling& scaling() const { return scaling_; }
   Simplex& simplex() { return *simplex_; }
   const Simplex& simplex() const { return *simplex_; }
+  /// True when the factor is that of the basis in force.
+  bool has_factor() const;
   /// New bounds of a column in the model's units, until the next refresh().
   void change_bounds(int column, double lower, double upper);
   /// The revisions of the problem that this object agrees with, by the word of its owner.
   const Revisions& agrees_with() const { return agrees_with_; }
   void set_agrees_with(const Revisions& revisions) { agrees_with_ = revisions; }
+  void agree_with_nothing() { agrees_with_ = kNoRevisions; }
   /// The scaling that was asked for; kept when the LP has been replaced by an unscaled one.
   void set_requested_scaling(ScalingMethod method) { requested_ = method; }
 
@@ -80,6 +83,8 @@ class WorkingLp final : public Attachment {
   void unscaled_ray(Vector<double>& ray) const;
 
  private:
+  static constexpr Revisions kNoRevisions{.structure = ~std::uint64_t{0}};
+
   class SinkRelay final : public MessageSink {
    public:
     void send(Channel channel, const char* text) override {
@@ -106,7 +111,7 @@ class WorkingLp final : public Attachment {
   void make_simplex();
 
   ScalingMethod requested_;
-  Revisions agrees_with_{.structure = ~std::uint64_t{0}};  // with none, to begin with
+  Revisions agrees_with_ = kNoRevisions;
   LpProblem lp_;
   Scaling scaling_;
   SinkRelay sink_;

@@ -162,6 +162,41 @@ TEST_F(AdvancedBasis, SlackBasis) {
   EXPECT_EQ(x[1], -2.0);
 }
 
+TEST_F(AdvancedBasis, ProblemsWithoutRowsOrColumns) {
+  const double obj[] = {1, -1}, upper[] = {3, 4}, rhs[] = {4, 1};
+  ASSERT_EQ(KLVnewcols(env, lp, 2, obj, nullptr, upper, nullptr, nullptr), 0);
+  ASSERT_EQ(KLVlpopt(env, lp), 0);
+  double low[2], high[2];
+  EXPECT_EQ(KLVgetbhead(env, lp, nullptr, low), 0);
+  EXPECT_EQ(KLVbinvcol(env, lp, 0, low), 1200);
+  EXPECT_EQ(KLVbinvacol(env, lp, 0, low), 0);
+  ASSERT_EQ(KLVobjsa(env, lp, 0, 1, low, high), 0);
+  EXPECT_EQ(low[0], 0.0);
+  EXPECT_EQ(high[0], kNone);
+  EXPECT_EQ(low[1], -kNone);
+  EXPECT_EQ(high[1], 0.0);
+  EXPECT_EQ(KLVsetphase2(env, lp), 0);
+  EXPECT_EQ(KLVgetstat(env, lp), KLV_STATUS_OPTIMAL);
+
+  ASSERT_EQ(KLVdelcols(env, lp, 0, 1), 0);
+  ASSERT_EQ(KLVnewrows(env, lp, 2, rhs, "LR", nullptr, nullptr), 0);
+  const int second = 1;
+  const double range = -2;
+  ASSERT_EQ(KLVchgrngval(env, lp, 1, &second, &range), 0);
+  ASSERT_EQ(KLVlpopt(env, lp), 0);
+  int head[2];
+  ASSERT_EQ(KLVgetbhead(env, lp, head, low), 0);
+  EXPECT_EQ(low[0], 4.0);
+  EXPECT_EQ(low[1], -1.0);
+  ASSERT_EQ(KLVbinvcol(env, lp, 1, low), 0);
+  EXPECT_EQ(low[1], -1.0);
+  ASSERT_EQ(KLVrhssa(env, lp, 0, 1, low, high), 0);
+  EXPECT_EQ(low[0], 0.0);
+  EXPECT_EQ(high[0], kNone);
+  EXPECT_EQ(low[1], 0.0);
+  EXPECT_EQ(high[1], 2.0);
+}
+
 TEST_F(AdvancedBasis, ChecksOfArguments) {
   const DenseLp data = random_lp(5, {});
   data.load(env, lp);

@@ -433,6 +433,15 @@ TEST_F(PivotTest, StrongBranching) {
   }
   double value = 0;
   const int far = 12, first = 0;
+  // Stopped at once, and everything is as before.
+  volatile int flag = 1;
+  ASSERT_EQ(KLVsetterminate(env, &flag), 0);
+  const double best = objective();
+  EXPECT_EQ(KLVstrongbranch(env, lp, &first, 1, &value, &value, 10), 1263);
+  EXPECT_EQ(objective(), best);
+  EXPECT_EQ(KLVsetphase2(env, lp), 0);
+  EXPECT_EQ(objective(), best);
+  ASSERT_EQ(KLVsetterminate(env, nullptr), 0);
   EXPECT_EQ(KLVstrongbranch(env, lp, &far, 1, &value, &value, 5), 1201);
   EXPECT_EQ(KLVstrongbranch(env, lp, &first, 1, &value, &value, -1), 1003);
   EXPECT_EQ(KLVstrongbranch(env, lp, nullptr, 1, &value, &value, 1), 1004);

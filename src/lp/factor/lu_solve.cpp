@@ -86,7 +86,8 @@ struct Entries {
 void LuSolver::setup() {
   const int m = lu_.m;
   for (WorkVector& inner : inner_) {
-    if (inner.size() != m) inner.setup(m);
+    // The list is made last: of its length, the vector is complete even after memory ran short.
+    if (static_cast<int>(inner.index.size()) != m) inner.setup(m);
   }
   marked_.assign(m, 0);
   reach_.resize(m);
