@@ -839,6 +839,87 @@ KLV_API int KLVcopyorder(KLVenv env, KLVprob lp, int cnt, const int* indices, co
 KLV_API int KLVgetorder(KLVenv env, KLVprob lp, int* cnt_p, int* indices, int* priority,
                         int* direction, int ordspace, int* surplus_p);
 
+/* ---- Quadratic data ----------------------------------------------------------------------- */
+
+/* The objective is c'x + 1/2 x'Qx with a symmetric Q of which both triangles are stored. Quadratic
+ * data make a linear problem quadratic (types 5, 7; with quadratic constraints 10, 11). Column
+ * indices outside the problem give 1200 in all functions of this section. */
+
+/* Replaces Q by a matrix given by columns: the entries of column j at positions qmatbeg[j] ..
+ * qmatbeg[j] + qmatcnt[j] - 1 of qmatind (row indices) and qmatval. With data checking, a place
+ * given twice gives 5011, triangles that differ 5012 and bad areas 1226 to 1228; without it entries
+ * of one place are added up and differing triangles replaced by their mean, which is the same
+ * objective. */
+KLV_API int KLVcopyquad(KLVenv env, KLVprob lp, const int* qmatbeg, const int* qmatcnt,
+                        const int* qmatind, const double* qmatval);
+
+/* Replaces Q by the diagonal matrix of qsepvec, one value per column. */
+KLV_API int KLVcopyqpsep(KLVenv env, KLVprob lp, const double* qsepvec);
+
+/* Changes the entries (i, j) and (j, i) of Q; 0 removes them. A problem without Q gets one. */
+KLV_API int KLVchgqpcoef(KLVenv env, KLVprob lp, int i, int j, double newvalue);
+
+/* Entry (i, j) of Q, 0 where there is none. 5004 for a problem without Q. */
+KLV_API int KLVgetqpcoef(KLVenv env, KLVprob lp, int i, int j, double* coef_p);
+
+/* Columns begin..end of Q, as KLVgetcols, by ascending row. 5004. */
+KLV_API int KLVgetquad(KLVenv env, KLVprob lp, int* nzcnt_p, int* qmatbeg, int* qmatind,
+                       double* qmatval, int qmatspace, int* surplus_p, int begin, int end);
+
+/* Number of columns with entries in Q; 0 without Q and on failure. */
+KLV_API int KLVgetnumquad(KLVenv env, KLVprob lp);
+
+/* Number of entries of Q, both triangles; 0 without Q and on failure. */
+KLV_API int KLVgetnumqpnz(KLVenv env, KLVprob lp);
+
+/* A point x [columns] with x'Qx < 0 for minimization, > 0 for maximization, which shows that the
+ * objective is not convex (concave). 5004 without Q; 5014 when Q has no such point. */
+KLV_API int KLVqpindefcertificate(KLVenv env, KLVprob lp, double* x);
+
+/* Appends a quadratic constraint a'x + x'Qx <= rhs ('L'), = rhs ('E') or >= rhs ('G'; 1215 for
+ * another sense): linnzcnt entries linind and linval of a, and quadnzcnt terms
+ * quadval[k] * x[quadrow[k]] * x[quadcol[k]]. name may be null. With data checking a pair that
+ * stands twice gives 5011. */
+KLV_API int KLVaddqconstr(KLVenv env, KLVprob lp, int linnzcnt, int quadnzcnt, double rhs,
+                          int sense, const int* linind, const double* linval, const int* quadrow,
+                          const int* quadcol, const double* quadval, const char* name);
+
+/* Number of quadratic constraints; 0 on failure. */
+KLV_API int KLVgetnumqconstrs(KLVenv env, KLVprob lp);
+
+/* Quadratic constraint `which`: right-hand side and sense (these pointers may be null), linear
+ * entries (linspace places) and quadratic terms (quadspace places), each with a surplus of its own.
+ * 1200 when there is no such constraint. */
+KLV_API int KLVgetqconstr(KLVenv env, KLVprob lp, int* linnzcnt_p, int* quadnzcnt_p, double* rhs_p,
+                          char* sense_p, int* linind, double* linval, int linspace,
+                          int* linsurplus_p, int* quadrow, int* quadcol, double* quadval,
+                          int quadspace, int* quadsurplus_p, int which);
+
+/* The name of quadratic constraint `which` in buffer, as KLVgetprobname. 1219, 1200. */
+KLV_API int KLVgetqconstrname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p,
+                              int which);
+
+/* The first quadratic constraint with that name. 1219; 1210, not printed, when there is none. */
+KLV_API int KLVgetqconstrindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
+
+/* Deletes quadratic constraints begin..end. 1200 for a range outside the problem. */
+KLV_API int KLVdelqconstrs(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Activities a'x + x'Qx of quadratic constraints begin..end in the stored solution. 1217, 3023. */
+KLV_API int KLVgetxqxax(KLVenv env, KLVprob lp, double* xqxax, int begin, int end);
+
+/* Slacks of quadratic constraints begin..end in the stored solution: right-hand side minus
+ * activity. 1217, 3023. */
+KLV_API int KLVgetqconstrslack(KLVenv env, KLVprob lp, double* slackout, int begin, int end);
+
+/* The same for a point x [columns] and all quadratic constraints. */
+KLV_API int KLVqconstrslackfromx(KLVenv env, KLVprob lp, const double* x, double* qcslack);
+
+/* By how much the point x [columns] (null: the stored solution) violates quadratic constraints
+ * begin..end: positive above the right-hand side, negative below it, 0 when satisfied. */
+KLV_API int KLVgetqconstrinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout,
+                                int begin, int end);
+
 /* ---- Files ---------------------------------------------------------------------------------- */
 
 /* Replaces the problem by the model in a file; the old one stays when that fails. filetype is "LP",
@@ -1166,6 +1247,33 @@ KLV_API int KLVboundsa(KLVenv env, KLVprob lp, int begin, int end, double* lblow
 KLV_API int KLVErangesa(KLVenv env, KLVprob lp, int cbegin, int cend, int rbegin, int rend,
                         double* objlower, double* objupper, double* rhslower, double* rhsupper,
                         double* lblower, double* lbupper, double* ublower, double* ubupper);
+
+/* ---- Start basis --------------------------------------------------------------------------- */
+
+/* The basis from which the next simplex run starts while KLV_PARAM_ADVIND is not 0. Codes of
+ * columns and of the slacks of rows: 0 at the lower bound, 1 basic, 2 at the upper bound, 3 free or
+ * between its bounds. All four functions give 1017 for a mixed-integer problem and 1031 with
+ * quadratic constraints. */
+
+/* Stores a basis: cstat [columns], rstat [rows]. With data checking 1253 for another code. A wrong
+ * number of basic variables is made right when the basis is used. */
+KLV_API int KLVcopybase(KLVenv env, KLVprob lp, const int* cstat, const int* rstat);
+
+/* The basis stored, or left by the last optimization; each array may be null. 1262 without one. */
+KLV_API int KLVgetbase(KLVenv env, KLVprob lp, int* cstat, int* rstat);
+
+/* Stores squared primal steepest-edge norms, 1 + |B^-1 a_j|^2, for the stored basis: cnorm for
+ * columns 0..len-1 (1 for the others), rnorm [rows] for the slacks. The next primal simplex run
+ * with steepest-edge pricing starts from them instead of computing its own. 1262 without a basis,
+ * 1208 for a len above the number of columns. */
+KLV_API int KLVcopypnorms(KLVenv env, KLVprob lp, const double* cnorm, const double* rnorm,
+                          int len);
+
+/* Stores squared dual steepest-edge norms for the stored basis: norm[k] is |e_p'B^-1|^2 for the
+ * position p where variable head[k] is basic, a column j or, as -1 - i, the slack of row i. Basic
+ * variables that are not named get 1. The next dual simplex run with steepest-edge pricing starts
+ * from them. 1262, 1208 as KLVcopypnorms. */
+KLV_API int KLVcopydnorms(KLVenv env, KLVprob lp, const double* norm, const int* head, int len);
 
 /* ---- Solutions ------------------------------------------------------------------------------*/
 

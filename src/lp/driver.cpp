@@ -268,7 +268,10 @@ void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const Sto
     working = make_owned<WorkingLp>(model, settings.scaling, context.sink);
   }
   working->set_objective_constant(settings.objective_constant);
-  if (settings.use_basis && start.present) working->start_from(start, model);
+  if (settings.use_basis && start.present) {
+    working->start_from(start, model);
+    working->give_norms(start);
+  }
 }
 
 LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,

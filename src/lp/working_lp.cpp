@@ -1,8 +1,18 @@
 #include "lp/working_lp.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include "lp/simplex/simplex_state.h"
 
 namespace kelvo {
+namespace {
+
+bool is_weight(double norm) {
+  return norm > 0.0 && std::isfinite(norm);
+}
+
+}  // namespace
 
 WorkingLp::Session::Session(WorkingLp& working, const CallContext& context) : working_(working) {
   working_.sink_.target = &context.sink;
@@ -57,6 +67,34 @@ void WorkingLp::start_from(const StoredBasis& basis, const Model& model, const d
     values[j] = x[j] * scaling_.variable_factor(j, lp_.num_cols);
   }
   simplex_->set_basis(status, values.data());
+}
+
+void WorkingLp::give_norms(const StoredBasis& basis) {
+  SimplexState& state = simplex_->state();
+  const int n = lp_.num_cols;
+  if (!basis.head.empty()) {
+    Vector<int> place(lp_.num_vars(), -1);
+    for (int p = 0; p < lp_.num_rows; ++p) place[state.header[p]] = p;
+    std::fill(state.dual_weights.begin(), state.dual_weights.end(), 1.0);
+    for (std::size_t k = 0; k < basis.head.size(); ++k) {
+      const int v = basis.head[k] >= 0 ? basis.head[k] : n - 1 - basis.head[k];
+      if (place[v] < 0 || !is_weight(basis.head_norm[k])) continue;
+      const double factor = scaling_.variable_factor(v, n);
+      state.dual_weights[place[v]] = basis.head_norm[k] * factor * factor;
+    }
+    state.dual_weights_valid = true;
+  }
+  state.given_primal_weights.clear();
+  if (!basis.row_norm.empty()) {
+    state.given_primal_weights.assign(lp_.num_vars(), 1.0);
+    const auto give = [&](const Vector<double>& norms, int first) {
+      for (std::size_t k = 0; k < norms.size(); ++k) {
+        if (is_weight(norms[k])) state.given_primal_weights[first + k] = norms[k];
+      }
+    };
+    give(basis.col_norm, 0);
+    give(basis.row_norm, n);
+  }
 }
 
 bool WorkingLp::has_basic_variables_of(const StoredBasis& basis) const {

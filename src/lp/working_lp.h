@@ -50,6 +50,9 @@ class WorkingLp final : public Attachment {
   /// Starts from a stored basis, unless that is the basis in force already. `x` [num_cols], in the
   /// model's units, may say where superbasic columns stand.
   void start_from(const StoredBasis& basis, const Model& model, const double* x = nullptr);
+  /// Takes over the steepest-edge norms that come with a stored basis, the one in force. Scaling of
+  /// rows is left out of account: weights need not be exact.
+  void give_norms(const StoredBasis& basis);
   /// True when the basis in force has the basic variables of a stored one.
   bool has_basic_variables_of(const StoredBasis& basis) const;
   /// Factors the basis in force and computes its values without iterating; false when the basis is

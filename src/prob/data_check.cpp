@@ -9,6 +9,8 @@
 #include "env/environment.h"
 #include "env/error_table.h"
 #include "env/param_numbers.h"
+#include "prob/default_names.h"
+#include "prob/model.h"
 
 namespace kelvo {
 namespace {
@@ -92,6 +94,12 @@ Status DataCheck::bound_codes(const char* codes, int count) const {
   return check_letters(environment_, "LUB", codes, count, error::kBoundCodeEntry);
 }
 
+Status DataCheck::basis_statuses(const int* statuses, int count) const {
+  constexpr int kLastStatus = 3;
+  if (!enabled_) return Status();
+  return check_values_in(environment_, statuses, count, 0, kLastStatus, error::kBasisStatusEntry);
+}
+
 Status DataCheck::names(const char* const* names, int count) const {
   return enabled_ ? check_no_null_name(environment_, names, count) : Status();
 }
@@ -120,6 +128,16 @@ Status DataCheck::column_areas(const int* begin, const int* count, int columns, 
     last = j;
   }
   return Status();
+}
+
+Status report_duplicate_pair(Environment& environment, const Model& model, const char* what,
+                             int first, int second) {
+  const DefaultName first_name(NameKind::column, first);
+  const DefaultName second_name(NameKind::column, second);
+  const NameStore& names = model.col_names;
+  return report(environment, error::kDuplicatePair, what,
+                names.present() ? names[first] : first_name.c_str(),
+                names.present() ? names[second] : second_name.c_str());
 }
 
 Status check_row_indices(Environment& environment, const int* indices, int count, int rows) {

@@ -11,6 +11,7 @@
 namespace kelvo {
 
 class Environment;
+struct Model;
 
 class DataCheck {
  public:
@@ -32,6 +33,8 @@ class DataCheck {
   Status column_types(const char* types, int count) const;
   /// 1229 for anything but 'L', 'U', 'B'.
   Status bound_codes(const char* codes, int count) const;
+  /// 1253 for anything but 0, 1, 2, 3.
+  Status basis_statuses(const int* statuses, int count) const;
   /// 1224 for a null pointer in a given array of names.
   Status names(const char* const* names, int count) const;
   /// 1227 for a count above `most`, 1226 or 1228 for columns whose areas overlap.
@@ -41,6 +44,10 @@ class DataCheck {
   Environment& environment_;
   const bool enabled_;
 };
+
+/// Prints 5011 for a pair of columns that stands twice in the objective or constraint `what`.
+Status report_duplicate_pair(Environment& environment, const Model& model, const char* what,
+                             int first, int second);
 
 // Always:
 

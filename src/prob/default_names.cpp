@@ -16,6 +16,7 @@ constexpr std::size_t kLongestDefaultName = 11;
 DefaultName::DefaultName(NameKind kind, int index) {
   text_[0] = static_cast<char>(kind);
   char* const end = std::to_chars(text_ + 1, text_ + sizeof text_, std::int64_t{index} + 1).ptr;
+  *end = '\0';
   length_ = static_cast<std::size_t>(end - text_);
 }
 

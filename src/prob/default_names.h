@@ -24,6 +24,7 @@ class DefaultName {
   /// Name of the item with this index, counted from 0.
   DefaultName(NameKind kind, int index);
   std::string_view view() const { return {text_, length_}; }
+  const char* c_str() const { return text_; }
 
  private:
   char text_[16];

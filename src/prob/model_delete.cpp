@@ -127,7 +127,9 @@ template <class T>
 void keep_marked(Vector<T>& values, const char* marks) noexcept {
   std::size_t kept = 0;
   for (std::size_t k = 0; k < values.size(); ++k) {
-    if (marks[k] != 0) values[kept++] = std::move(values[k]);
+    if (marks[k] == 0) continue;
+    if (kept != k) values[kept] = std::move(values[k]);  // moving onto itself would empty a vector
+    ++kept;
   }
   values.erase(values.begin() + static_cast<std::ptrdiff_t>(kept), values.end());
 }

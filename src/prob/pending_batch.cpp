@@ -2,6 +2,7 @@
 
 #include "prob/default_names.h"
 #include "prob/model_edit.h"
+#include "prob/quadratic_objective.h"
 
 namespace kelvo {
 namespace {
@@ -40,13 +41,21 @@ void PendingBatch::add_rows(const RowBlock& block, bool named, int first_row) {
 }
 
 bool PendingBatch::is_full() const {
-  return coefficients_.size() >= kLongList && coefficients_.size() == coefficients_.capacity();
+  const auto is_long = [](const Vector<Coefficient>& list) {
+    return list.size() >= kLongList && list.size() == list.capacity();
+  };
+  return is_long(coefficients_) || is_long(quadratic_);
 }
 
 void PendingBatch::add_coefficients(const int* rows, const int* columns, const double* values,
                                     int count) {
   make_room(coefficients_, count);
   for (int k = 0; k < count; ++k) coefficients_.push_back({rows[k], columns[k], values[k]});
+}
+
+void PendingBatch::add_quadratic(int i, int j, double value) {
+  quadratic_.push_back({i, j, value});
+  if (i != j) quadratic_.push_back({j, i, value});
 }
 
 void PendingBatch::merge_into(Model& model) {
@@ -69,6 +78,10 @@ void PendingBatch::merge_into(Model& model) {
     append_rows(model, block);
     clear_rows();
   }
+  if (!quadratic_.empty()) {
+    set_quadratic_coefficients(model.quadratic, quadratic_);
+    quadratic_.clear();
+  }
   if (!coefficients_.empty()) model.matrix.set_list(coefficients_, model.num_rows);
   clear();
 }
@@ -84,12 +97,15 @@ void PendingBatch::clear_rows() noexcept {
 }
 
 void PendingBatch::clear() noexcept {
-  const bool large = rhs_.capacity() + columns_.capacity() + coefficients_.capacity() > kRoomToKeep;
+  const bool large =
+      rhs_.capacity() + columns_.capacity() + coefficients_.capacity() + quadratic_.capacity() >
+      kRoomToKeep;
   if (large) {
     *this = PendingBatch();
   } else {
     clear_rows();
     coefficients_.clear();
+    quadratic_.clear();
   }
 }
 

@@ -127,6 +127,8 @@ class Problem {
 
   void change_coefficients(const int* rows, const int* columns, const double* values, int count,
                            ChangeKind kind);
+  /// q(i, j) = q(j, i) = value; the first coefficient makes the objective quadratic.
+  void change_quadratic_coefficient(int i, int j, double value);
   void change_objective(const int* columns, const double* values, int count, ChangeKind kind);
   void change_right_hand_sides(const int* rows, const double* values, int count, ChangeKind kind);
   void change_senses(const int* rows, const char* senses, int count);
@@ -152,6 +154,8 @@ class Problem {
     notify_change(kind);
   }
   void set_type(int type) { type_ = type; }
+  /// Puts a basis in place of the stored one; a stored solution loses its basis.
+  void store_start_basis(StoredBasis&& start) noexcept;
   /// Changes the type, one that is neither a view nor that of a node, and with it the model.
   void change_type(int type);
   /// Makes the problem a view of its model fixed at an integer point `x` [columns], or makes the

@@ -114,6 +114,25 @@ void Problem::change_coefficients(const int* rows, const int* columns, const dou
   notify_change(kind);
 }
 
+void Problem::change_quadratic_coefficient(int i, int j, double value) {
+  if (batch_.is_full()) merge_pending();
+  batch_.make_room_for_quadratic();
+  if (model_.quadratic.num_major == 0) {
+    Vector<int> starts(model_.num_cols + 1, 0);
+    model_.quadratic.start.swap(starts);
+    model_.quadratic.num_major = model_.quadratic.num_minor = model_.num_cols;
+  }
+  batch_.add_quadratic(i, j, value);
+  type_ = widened_type(type_, model_);
+  notify_change(ChangeKind::quadratic_objective);
+}
+
+void Problem::store_start_basis(StoredBasis&& start) noexcept {
+  basis = std::move(start);
+  solution.has_basis = false;
+  working_lp.reset();
+}
+
 void Problem::change_objective(const int* columns, const double* values, int count,
                                ChangeKind kind) {
   for (int k = 0; k < count; ++k) model_.objective[columns[k]] = values[k];

@@ -31,6 +31,9 @@ struct FullProblem {
     failures += KLVaddusercuts(env, lp, 1, 2, nullptr, "L", kBegin, kColumns, kNumbers, nullptr);
     failures +=
         KLVaddlazyconstraints(env, lp, 1, 2, nullptr, "L", kBegin, kColumns, kNumbers, nullptr);
+    failures += KLVcopyqpsep(env, lp, kNumbers);
+    failures += KLVaddqconstr(env, lp, 2, 2, 1.0, 'L', kColumns, kNumbers, kColumns, kColumns,
+                              kNumbers, nullptr);
     EXPECT_EQ(failures, 0);
   }
   ~FullProblem() { EXPECT_EQ(KLVcloseKELVO(&env), 0); }
@@ -82,6 +85,23 @@ struct FullProblem {
     say(text, KLVgetorder(env, lp, &count, index.data(), begin.data(), other.data(), 20, &surplus),
         index);
     say(text, count, begin);
+    say(text,
+        KLVgetquad(env, lp, &count, begin.data(), index.data(), value.data(), 20, &surplus, 0,
+                   n - 1),
+        index);
+    say(text, count, value);
+    for (int k = 0; k < KLVgetnumqconstrs(env, lp); ++k) {
+      int terms = 0, other_surplus = 0;
+      double rhs = 0;
+      char sense = 0;
+      say(text,
+          KLVgetqconstr(env, lp, &count, &terms, &rhs, &sense, index.data(), value.data(), 20,
+                        &surplus, begin.data(), other.data(), value.data(), 20, &other_surplus, k),
+          index);
+      say(text, terms, begin);
+      say(text, count, value);
+      text += std::to_string(KLVgetqconstrname(env, lp, names.data(), 200, &surplus, k)) + "\n";
+    }
     return text;
   }
 
@@ -137,6 +157,90 @@ TEST(DataFaults, SetsIndicatorsOrdersAndCuts) {
   });
   expect_all_or_nothing("delcols",
                         [](KLVenv env, KLVprob lp) { return KLVdelcols(env, lp, 1, 2); });
+}
+
+TEST(DataFaults, QuadraticData) {
+  const int begin[] = {0, 1, 2, 2}, count[] = {1, 1, 0, 2}, rows[] = {1, 0, 3, 2};
+  expect_all_or_nothing("copyquad", [&](KLVenv env, KLVprob lp) {
+    return KLVcopyquad(env, lp, begin, count, rows, kNumbers);
+  });
+  expect_all_or_nothing("copyqpsep",
+                        [](KLVenv env, KLVprob lp) { return KLVcopyqpsep(env, lp, kNumbers); });
+  expect_all_or_nothing("chgqpcoef",
+                        [](KLVenv env, KLVprob lp) { return KLVchgqpcoef(env, lp, 0, 3, 5.0); });
+  expect_all_or_nothing("addqconstr", [](KLVenv env, KLVprob lp) {
+    return KLVaddqconstr(env, lp, 4, 4, 2.0, 'G', kColumns, kNumbers, kColumns, kColumns, kNumbers,
+                         kNames[0]);
+  });
+  expect_all_or_nothing("delqconstrs",
+                        [](KLVenv env, KLVprob lp) { return KLVdelqconstrs(env, lp, 0, 0); });
+}
+
+/// A problem with linear data alone: the first coefficient, bases and norms.
+struct PlainProblem {
+  PlainProblem() {
+    int status = -1;
+    env = KLVopenKELVO(&status);
+    lp = KLVcreateprob(env, &status, "plain");
+    EXPECT_EQ(KLVnewcols(env, lp, 2, kNumbers, nullptr, kNumbers, nullptr, nullptr), 0);
+    EXPECT_EQ(KLVnewrows(env, lp, 1, kNumbers, "L", nullptr, nullptr), 0);
+    EXPECT_EQ(KLVcopybase(env, lp, kStatus, kStatus + 2), 0);
+  }
+  ~PlainProblem() { EXPECT_EQ(KLVcloseKELVO(&env), 0); }
+  PlainProblem(const PlainProblem&) = delete;
+  PlainProblem& operator=(const PlainProblem&) = delete;
+
+  void expect_unchanged() const {
+    int columns[2], row;
+    EXPECT_EQ(KLVgetprobtype(env, lp), 0);
+    EXPECT_EQ(KLVgetbase(env, lp, columns, &row), 0);
+    EXPECT_EQ(columns[0], 0);
+    EXPECT_EQ(columns[1], 2);
+    EXPECT_EQ(row, 1);
+  }
+
+  static constexpr int kStatus[] = {0, 2, 1};
+  KLVenv env = nullptr;
+  KLVprob lp = nullptr;
+};
+
+TEST(DataFaults, BasesNormsAndTheFirstQuadraticCoefficient) {
+  static const int kOther[] = {1, 0, 0};
+  static const int kHead[] = {-1};
+  const std::pair<const char*, Edit> edits[] = {
+      {"chgqpcoef", [](KLVenv env, KLVprob lp) { return KLVchgqpcoef(env, lp, 0, 1, 5.0); }},
+      {"copybase", [](KLVenv env, KLVprob lp) { return KLVcopybase(env, lp, kOther, kOther + 2); }},
+      {"copypnorms",
+       [](KLVenv env, KLVprob lp) { return KLVcopypnorms(env, lp, kNumbers, kNumbers, 2); }},
+      {"copydnorms",
+       [](KLVenv env, KLVprob lp) { return KLVcopydnorms(env, lp, kNumbers, kHead, 1); }}};
+  for (const auto& [what, edit] : edits) {
+    SCOPED_TRACE(what);
+    for_each_allocation_failure(
+        [] { return std::make_unique<PlainProblem>(); },
+        [&edit = edit](const std::unique_ptr<PlainProblem>& p) { return edit(p->env, p->lp); },
+        [](const std::unique_ptr<PlainProblem>& p) { p->expect_unchanged(); },
+        AllocationFaults{.may_keep_room = true});
+  }
+}
+
+TEST(DataFaults, Queries) {
+  const auto expect_clean = [](const char* what, const Edit& query) {
+    SCOPED_TRACE(what);
+    for_each_allocation_failure(
+        [] { return std::make_unique<FullProblem>(); },
+        [&](const std::unique_ptr<FullProblem>& p) { return query(p->env, p->lp); },
+        [](const std::unique_ptr<FullProblem>&) {}, AllocationFaults{.may_keep_room = true});
+  };
+  expect_clean("getsosinfeas", [](KLVenv env, KLVprob lp) {
+    double out;
+    return KLVgetsosinfeas(env, lp, kNumbers, &out, 0, 0);
+  });
+  expect_clean("qpindefcertificate", [](KLVenv env, KLVprob lp) {
+    double x[4];
+    const int code = KLVchgobjsen(env, lp, -1);
+    return code != 0 ? code : KLVqpindefcertificate(env, lp, x);
+  });
 }
 
 }  // namespace

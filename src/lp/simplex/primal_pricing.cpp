@@ -68,6 +68,7 @@ void PrimalPricer::begin() {
       state_.log.using_steepest();
       tau_.setup(state_.m);
       tau_row_.setup(state_.num_vars);
+      if (take_given_weights()) break;
       slack_norms();
       if (rule_ == PrimalPricing::steepest) exact_norms();
       break;
@@ -158,6 +159,14 @@ void PrimalPricer::review_rule() {
 }
 
 // --- Norms ---------------------------------------------------------------------------------------
+
+/// Weights that a caller gave for this basis.
+bool PrimalPricer::take_given_weights() {
+  if (state_.given_primal_weights.empty()) return false;
+  weight_.swap(state_.given_primal_weights);
+  state_.given_primal_weights.clear();
+  return true;
+}
 
 /// The norms of a slack basis, 1 + |a_j|^2.
 void PrimalPricer::slack_norms() {

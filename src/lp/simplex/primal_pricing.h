@@ -62,6 +62,7 @@ class PrimalPricer {
   int choose_from_candidates();
   int choose_in_sections();
   void scan();
+  bool take_given_weights();
   void slack_norms();
   void exact_norms();
   void exact_norms_rowwise();

@@ -104,6 +104,8 @@ class SimplexState {
   Vector<double> basic_upper;
   Vector<double> dual_weights;  // of the dual pricing; see dual_weights_valid
   bool dual_weights_valid = false;
+  // [num_vars] or empty: steepest-edge weights that the next run of the primal method takes over.
+  Vector<double> given_primal_weights;
   bool basis_valid = false;    // false until a basis was set
   bool primals_fresh = false;  // basic_value was computed from the fresh factor, no update since
   bool duals_fresh = false;    // likewise reduced_cost
