@@ -33,7 +33,6 @@ constexpr FindingText kTexts[] = {
     {true, "Row '%.255s' infeasible, all entries at implied bounds.\n"},
     {true, "Implied bounds make row '%.255s' infeasible.\n"},
     {true, "Constraints '%.255s' and '%.255s' are inconsistent.\n"},
-    {true, "Row '%.255s' is dependent and infeasible.\n"},
     {false, "Primal unbounded due to dual bounds, variable '%.255s'.\n"},
     {true, "Dual infeasible due to dual bounds, row '%.255s'.\n"},
 };

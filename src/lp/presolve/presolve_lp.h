@@ -75,6 +75,7 @@ class PresolveLp {
   PresolveStats stats;
   Finding finding;
   std::int64_t work = 0;  // entries touched
+  std::int64_t work_limit;
 
   int num_rows() const { return static_cast<int>(row_lower.size()); }
   int num_cols() const { return static_cast<int>(lower.size()); }
@@ -84,6 +85,8 @@ class PresolveLp {
 
   /// True when a reduction found that there is nothing to solve, or somebody wants to stop.
   bool ended() const { return finding.kind != FindingKind::none || stopped_ != 0; }
+  /// True also when the work is done that presolve may do.
+  bool tired() const { return ended() || work > work_limit; }
   int stopped() const { return stopped_; }
   /// Asks the stop check once in a while.
   void poll() {
