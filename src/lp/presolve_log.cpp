@@ -61,6 +61,19 @@ void PresolveLog::finding(const Finding& finding, const Model& model) {
 #pragma GCC diagnostic pop
 }
 
+void PresolveLog::report(const PresolveStats& stats) {
+  constexpr double kSecondsBetween = 5.0;
+  if (!settings_.progress || wall_seconds() - last_report_ <= kSecondsBetween) return;
+  last_report_ = wall_seconds();
+  sink_.print(Channel::results, "Presolve has eliminated %d rows and %d columns...\n",
+              stats.rows_removed, stats.cols_removed);
+  if (stats.substitutions > 0) {
+    sink_.print(Channel::results, "Aggregator has done %d substitutions...\n", stats.substitutions);
+  }
+  sink_.print(Channel::results, "Presolve has improved bounds %d times...\n",
+              stats.bounds_improved);
+}
+
 void PresolveLog::summary(const Presolve& presolve, const LpProblem& reduced) {
   if (!settings_.progress) return;
   const PresolveStats& stats = presolve.stats();

@@ -144,8 +144,9 @@ void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept
 }  // namespace
 
 Presolve::Presolve(const LpProblem& lp, const PresolveSettings& settings,
-                   const Vector<char>& protected_columns, StopCheck& stop) {
-  PresolveLp work(lp, settings, protected_columns, stop);
+                   const Vector<char>& protected_columns, StopCheck& stop,
+                   PresolveProgress* progress) {
+  PresolveLp work(lp, settings, protected_columns, stop, progress);
   Reducer(work).run();
   outcome_ = outcome_of(work);
   finding_ = work.finding;

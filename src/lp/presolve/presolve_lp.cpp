@@ -20,7 +20,8 @@ constexpr std::int64_t kLeastWork = 1000000;
 }  // namespace
 
 PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_settings,
-                       const Vector<char>& protected_columns, StopCheck& stop)
+                       const Vector<char>& protected_columns, StopCheck& stop,
+                       PresolveProgress* progress)
     : settings(presolve_settings),
       matrix(lp.columns),
       offset(lp.offset),
@@ -35,6 +36,7 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
       col_list(lp.num_cols),
       work_limit(std::max(kLeastWork, kWorkPerNonzero * lp.columns.num_nonzeros())),
       stop_(stop),
+      progress_(progress),
       protected_(protected_columns),
       activity_(lp.num_rows) {
   for (int i = 0; i < lp.num_rows; ++i) {

@@ -62,7 +62,8 @@ class PresolveLp {
  public:
   /// `protected_columns` [num_cols] marks columns that must stay; may be empty.
   PresolveLp(const LpProblem& lp, const PresolveSettings& settings,
-             const Vector<char>& protected_columns, StopCheck& stop);
+             const Vector<char>& protected_columns, StopCheck& stop,
+             PresolveProgress* progress = nullptr);
 
   const PresolveSettings& settings;
   LinkedMatrix matrix;
@@ -93,6 +94,7 @@ class PresolveLp {
     if (work < next_poll_) return;
     next_poll_ = work + kPollInterval;
     if (stopped_ == 0) stopped_ = stop_.check();
+    if (progress_ != nullptr) progress_->report(stats);
   }
 
   const Activity& activity(int i);
@@ -137,6 +139,7 @@ class PresolveLp {
   void sum_activity(int i);
 
   StopCheck& stop_;
+  PresolveProgress* const progress_;  // may be null
   Vector<char> protected_;
   Vector<Activity> activity_;  // [rows]
   std::int64_t next_poll_ = kPollInterval;

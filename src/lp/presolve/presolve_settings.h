@@ -47,6 +47,13 @@ struct PresolveStats {
   int aggregator_rounds = 0;
 };
 
+/// Hears now and then how far presolve has come.
+class PresolveProgress {
+ public:
+  virtual ~PresolveProgress() = default;
+  virtual void report(const PresolveStats& stats) = 0;
+};
+
 enum class PresolveOutcome {
   reduced,
   unchanged,
