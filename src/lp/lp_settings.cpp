@@ -27,7 +27,7 @@ constexpr Switch kSwitches[] = {
     {1059, 1, kSingletonRows}, {1060, 1, kCostFixing},       {1069, 1, kFreeSingletons},
     {1092, 1, kDoubletons},    {1094, 0, kActivityRows},     {1070, 0, kDuplicateRows},
     {1071, 0, kDualBounds},    {1072, 0, kDuplicateColumns}, {1091, 0, kSlackColumns},
-    {1061, 0, kAggregation},   {1100, 0, kSparsification},
+    {1061, 0, kAggregation},   {1100, 1, kImpliedRows},
 };
 constexpr int kRatioLimit = 2097;   // hidden
 constexpr int kLargeNumber = 1095;  // hidden
@@ -54,7 +54,6 @@ PresolveSettings read_presolve_settings(const Settings& settings) {
   presolve.nonlinear = settings.get_int(param::PRELINEAR) != 0;
   presolve.aggregator = settings.get_int(param::AGGIND);
   presolve.fill_limit = settings.get_int(param::AGGFILL);
-  presolve.dependent_rows = settings.get_int(param::DEPIND);
   presolve.coefficient_ratio = coefficient_ratio(settings);
   presolve.large_number = settings.get_double(kLargeNumber);
   presolve.feasibility_tolerance = settings.get_double(param::EPRHS);

@@ -33,7 +33,6 @@ constexpr FindingText kTexts[] = {
     {true, "Row '%.255s' infeasible, all entries at implied bounds.\n"},
     {true, "Implied bounds make row '%.255s' infeasible.\n"},
     {true, "Constraints '%.255s' and '%.255s' are inconsistent.\n"},
-    {true, "Row '%.255s' is dependent and infeasible.\n"},
     {false, "Primal unbounded due to dual bounds, variable '%.255s'.\n"},
     {true, "Dual infeasible due to dual bounds, row '%.255s'.\n"},
 };
@@ -60,6 +59,19 @@ void PresolveLog::finding(const Finding& finding, const Model& model) {
       sink_.print(Channel::results, text.format, line.text());
   }
 #pragma GCC diagnostic pop
+}
+
+void PresolveLog::report(const PresolveStats& stats) {
+  constexpr double kSecondsBetween = 5.0;
+  if (!settings_.progress || wall_seconds() - last_report_ <= kSecondsBetween) return;
+  last_report_ = wall_seconds();
+  sink_.print(Channel::results, "Presolve has eliminated %d rows and %d columns...\n",
+              stats.rows_removed, stats.cols_removed);
+  if (stats.substitutions > 0) {
+    sink_.print(Channel::results, "Aggregator has done %d substitutions...\n", stats.substitutions);
+  }
+  sink_.print(Channel::results, "Presolve has improved bounds %d times...\n",
+              stats.bounds_improved);
 }
 
 void PresolveLog::summary(const Presolve& presolve, const LpProblem& reduced) {

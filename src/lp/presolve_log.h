@@ -8,10 +8,13 @@
 
 namespace kelvo {
 
-class PresolveLog {
+class PresolveLog final : public PresolveProgress {
  public:
   PresolveLog(MessageSink& sink, const PresolveSettings& settings)
-      : sink_(sink), settings_(settings), start_(wall_seconds()) {}
+      : sink_(sink), settings_(settings), start_(wall_seconds()), last_report_(start_) {}
+
+  /// How far presolve has come, every few seconds.
+  void report(const PresolveStats& stats) override;
 
   /// Why there is nothing to solve.
   void finding(const Finding& finding, const Model& model);
@@ -23,6 +26,7 @@ class PresolveLog {
   MessageSink& sink_;
   const PresolveSettings& settings_;
   const double start_;
+  double last_report_;
 };
 
 }  // namespace kelvo

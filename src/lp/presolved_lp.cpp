@@ -65,9 +65,14 @@ Model make_model(const LpProblem& lp, int sense) {
 
 PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
                          const Vector<char>& protected_columns, const CallContext& context)
-    : presolve_(closed_lp_problem(model), settings, protected_columns, context.stop),
+    : PresolvedLp(model, settings, protected_columns, context,
+                  PresolveLog(context.sink, settings)) {}
+
+PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
+                         const Vector<char>& protected_columns, const CallContext& context,
+                         PresolveLog&& log)
+    : presolve_(closed_lp_problem(model), settings, protected_columns, context.stop, &log),
       sense_(model.sense) {
-  PresolveLog log(context.sink, settings);
   if (outcome() == PresolveOutcome::reduced || outcome() == PresolveOutcome::unchanged) {
     const LpProblem lp = presolve_.take_reduced();
     offset_ = lp.offset;

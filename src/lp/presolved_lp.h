@@ -11,6 +11,8 @@
 
 namespace kelvo {
 
+class PresolveLog;
+
 class PresolvedLp final : public Attachment {
  public:
   /// Presolves the linear part of a model and reports it.
@@ -37,6 +39,9 @@ class PresolvedLp final : public Attachment {
   Owned<Problem> reduced_problem;
 
  private:
+  PresolvedLp(const Model& model, const PresolveSettings& settings,
+              const Vector<char>& protected_columns, const CallContext& context, PresolveLog&& log);
+
   Presolve presolve_;
   const int sense_;
   double offset_ = 0.0;

@@ -245,6 +245,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Family{"dual_bounds", kDualBounds, UndoKind::row_side},
                     Family{"duplicate_rows", kDuplicateRows, UndoKind::duplicate_row},
                     Family{"duplicate_columns", kDuplicateColumns, UndoKind::duplicate_column},
+                    Family{"implied_rows", kImpliedRows, UndoKind::removed_row},
                     Family{"aggregation", kAggregation, UndoKind::substituted_column}),
     [](const auto& family) { return std::string(family.param.name); });
 

@@ -47,9 +47,6 @@ void crush_y(const Presolve& presolve, const double* y, double* reduced_y) {
       case UndoKind::duplicate_row:
         all[record.other] += record.a * all[record.row];
         break;
-      case UndoKind::added_row:
-        all[record.row] -= record.b * all[record.other];
-        break;
       default:
         break;
     }

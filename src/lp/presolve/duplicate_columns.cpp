@@ -156,9 +156,4 @@ void undo_duplicate_column(const PostsolveStack&, const UndoRecord& record, Post
   state.col_status[k] = k_side;
 }
 
-/// Row i had been added b times to row `other`.
-void undo_added_row(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
-  state.y[record.row] += record.b * state.y[record.other];
-}
-
 }  // namespace kelvo

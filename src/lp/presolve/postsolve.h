@@ -45,9 +45,8 @@ enum class UndoKind : int {
   free_direction,
   duplicate_row,
   duplicate_column,
-  added_row,
 };
-inline constexpr int kNumUndoKinds = 12;
+inline constexpr int kNumUndoKinds = 11;
 
 /// What a reduction leaves behind. The meaning of the fields beside row and col is the
 /// reduction's own; `begin`..`end` are its stretch of the stack's entries.

@@ -9,21 +9,16 @@ namespace {
 // A pass that removes less than this share of rows and columns is the last.
 constexpr double kWorthwhilePass = 0.005;
 constexpr int kMostPasses = 20;
-// Entries touched, as a multiple of the nonzeros, after which presolve lets well alone.
-constexpr std::int64_t kWorkPerNonzero = 200;
-constexpr std::int64_t kLeastWork = 1000000;
-
 /// Runs the reductions over one program.
 class Reducer {
  public:
-  explicit Reducer(PresolveLp& lp)
-      : lp_(lp), work_limit_(std::max(kLeastWork, kWorkPerNonzero * lp.matrix.num_nonzeros())) {}
+  explicit Reducer(PresolveLp& lp) : lp_(lp) {}
 
   void run();
 
  private:
   bool uses(ReductionFamily family) const { return (lp_.settings.families & family) != 0; }
-  bool tired() const { return lp_.ended() || lp_.work > work_limit_; }
+  bool tired() const { return lp_.tired(); }
   void look_at_row(int i);
   void look_at_column(int j);
   void drain_lists();
@@ -33,7 +28,6 @@ class Reducer {
   }
 
   PresolveLp& lp_;
-  const std::int64_t work_limit_;
 };
 
 void Reducer::look_at_row(int i) {
@@ -100,6 +94,7 @@ void Reducer::run_passes() {
     if (tired()) return;
     if (lp_.settings.primal_reductions) {
       if (uses(kDuplicateRows)) merge_duplicate_rows(lp_);
+      if (!tired() && uses(kImpliedRows)) remove_implied_rows(lp_);
       if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_);
       drain_lists();
     }
@@ -149,8 +144,9 @@ void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept
 }  // namespace
 
 Presolve::Presolve(const LpProblem& lp, const PresolveSettings& settings,
-                   const Vector<char>& protected_columns, StopCheck& stop) {
-  PresolveLp work(lp, settings, protected_columns, stop);
+                   const Vector<char>& protected_columns, StopCheck& stop,
+                   PresolveProgress* progress) {
+  PresolveLp work(lp, settings, protected_columns, stop, progress);
   Reducer(work).run();
   outcome_ = outcome_of(work);
   finding_ = work.finding;

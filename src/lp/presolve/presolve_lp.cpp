@@ -13,10 +13,15 @@ namespace {
 constexpr double kErrorAllowed = 1e-10;
 constexpr double kErrorGrowth = 8.0;
 
+// Entries touched, as a multiple of the nonzeros, after which presolve lets well alone.
+constexpr std::int64_t kWorkPerNonzero = 200;
+constexpr std::int64_t kLeastWork = 1000000;
+
 }  // namespace
 
 PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_settings,
-                       const Vector<char>& protected_columns, StopCheck& stop)
+                       const Vector<char>& protected_columns, StopCheck& stop,
+                       PresolveProgress* progress)
     : settings(presolve_settings),
       matrix(lp.columns),
       offset(lp.offset),
@@ -29,7 +34,9 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
       col_alive(lp.num_cols, 1),
       row_list(lp.num_rows),
       col_list(lp.num_cols),
+      work_limit(std::max(kLeastWork, kWorkPerNonzero * lp.columns.num_nonzeros())),
       stop_(stop),
+      progress_(progress),
       protected_(protected_columns),
       activity_(lp.num_rows) {
   for (int i = 0; i < lp.num_rows; ++i) {

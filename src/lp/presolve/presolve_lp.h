@@ -62,7 +62,8 @@ class PresolveLp {
  public:
   /// `protected_columns` [num_cols] marks columns that must stay; may be empty.
   PresolveLp(const LpProblem& lp, const PresolveSettings& settings,
-             const Vector<char>& protected_columns, StopCheck& stop);
+             const Vector<char>& protected_columns, StopCheck& stop,
+             PresolveProgress* progress = nullptr);
 
   const PresolveSettings& settings;
   LinkedMatrix matrix;
@@ -75,6 +76,7 @@ class PresolveLp {
   PresolveStats stats;
   Finding finding;
   std::int64_t work = 0;  // entries touched
+  std::int64_t work_limit;
 
   int num_rows() const { return static_cast<int>(row_lower.size()); }
   int num_cols() const { return static_cast<int>(lower.size()); }
@@ -84,12 +86,15 @@ class PresolveLp {
 
   /// True when a reduction found that there is nothing to solve, or somebody wants to stop.
   bool ended() const { return finding.kind != FindingKind::none || stopped_ != 0; }
+  /// True also when the work is done that presolve may do.
+  bool tired() const { return ended() || work > work_limit; }
   int stopped() const { return stopped_; }
   /// Asks the stop check once in a while.
   void poll() {
     if (work < next_poll_) return;
     next_poll_ = work + kPollInterval;
     if (stopped_ == 0) stopped_ = stop_.check();
+    if (progress_ != nullptr) progress_->report(stats);
   }
 
   const Activity& activity(int i);
@@ -134,6 +139,7 @@ class PresolveLp {
   void sum_activity(int i);
 
   StopCheck& stop_;
+  PresolveProgress* const progress_;  // may be null
   Vector<char> protected_;
   Vector<Activity> activity_;  // [rows]
   std::int64_t next_poll_ = kPollInterval;

@@ -17,7 +17,7 @@ enum ReductionFamily : unsigned {
   kDuplicateRows = 1u << 7,
   kDuplicateColumns = 1u << 8,
   kAggregation = 1u << 9,
-  kSparsification = 1u << 10,
+  kImpliedRows = 1u << 10,  // rows redundant by bounds that other rows imply
   kAllFamilies = (1u << 11) - 1
 };
 
@@ -30,7 +30,6 @@ struct PresolveSettings {
   bool nonlinear = true;           // reductions whose way back is not linear
   int aggregator = -1;             // rounds of substitution; -1 as long as they gain, 0 none
   int fill_limit = 10;             // nonzeros that one substitution may add
-  int dependent_rows = -1;         // 0 and -1: not looked for; more: increasing effort
   double coefficient_ratio = 1e3;  // largest ratio of an entry to the pivot of a substitution
   double large_number = 1e9;       // no substitution makes an entry larger than this
   double feasibility_tolerance = 1e-6;
@@ -46,6 +45,13 @@ struct PresolveStats {
   int coefficients_changed = 0;
   int bounds_improved = 0;
   int aggregator_rounds = 0;
+};
+
+/// Hears now and then how far presolve has come.
+class PresolveProgress {
+ public:
+  virtual ~PresolveProgress() = default;
+  virtual void report(const PresolveStats& stats) = 0;
 };
 
 enum class PresolveOutcome {
@@ -66,7 +72,6 @@ enum class FindingKind {
   forced_row,      // infeasible, all entries at their bounds
   implied_bounds,  // the bounds imply an activity outside the limits
   duplicate_rows,
-  dependent_row,
   dual_bounds_column,
   dual_bounds_row
 };

@@ -43,6 +43,9 @@ bool fix_by_cost(PresolveLp& lp, int j);
 // dual_bounds.cpp: bounds on the duals fix columns and make rows equations.
 void reduce_by_dual_bounds(PresolveLp& lp);
 
+// implied_rows.cpp: rows that other rows keep from binding.
+void remove_implied_rows(PresolveLp& lp);
+
 // duplicate_rows.cpp, duplicate_columns.cpp: lines that are multiples of others.
 void merge_duplicate_rows(PresolveLp& lp);
 void merge_duplicate_columns(PresolveLp& lp);
@@ -59,6 +62,5 @@ void undo_slack_column(const PostsolveStack&, const UndoRecord&, PostsolveState&
 void undo_free_direction(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 void undo_duplicate_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 void undo_duplicate_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
-void undo_added_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 
 }  // namespace kelvo

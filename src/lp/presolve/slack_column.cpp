@@ -16,6 +16,13 @@ namespace kelvo {
 
 namespace tol = presolve_tolerance;
 
+namespace {
+
+// Absorbing copies the row to the postsolve stack; a row of many slacks would be copied often.
+constexpr int kLongestRow = 1000;
+
+}  // namespace
+
 bool absorb_slack_column(PresolveLp& lp, int j) {
   if (!lp.may_remove(j) || !lp.settings.nonlinear) return false;
   const int e = lp.matrix.col_first(j);
@@ -25,6 +32,7 @@ bool absorb_slack_column(PresolveLp& lp, int j) {
   const double low = lp.row_lower[i], high = lp.row_upper[i];
   if (cost != 0.0 && low != high) return false;
   if (std::fabs(a) < tol::kSmallPivot || lp.matrix.row_count(i) < 2) return false;
+  if (lp.matrix.row_count(i) > kLongestRow) return false;
   if (cost != 0.0) {
     for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
       if (std::fabs(lp.matrix[f].value) > lp.settings.coefficient_ratio * std::fabs(a)) {

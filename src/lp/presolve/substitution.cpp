@@ -18,13 +18,13 @@ namespace {
 
 // Columns with more entries are not substituted: the fill could only be too large.
 constexpr int kLongestColumn = 12;
-constexpr int kLongestRow = 300;
 // Pairs of entries looked at for one substitution.
 constexpr int kMostPairs = 600;
 
-bool pivot_is_large(const PresolveLp& lp, int e) {
+bool pivot_is_large(PresolveLp& lp, int e) {
   const double allowed = lp.settings.coefficient_ratio * std::fabs(lp.matrix[e].value);
   const LinkedMatrix& matrix = lp.matrix;
+  lp.work += matrix.row_count(matrix[e].row) + matrix.col_count(matrix[e].col);
   for (int f = matrix.row_first(matrix[e].row); f >= 0; f = matrix[f].row_next) {
     if (std::fabs(matrix[f].value) > allowed) return false;
   }
@@ -113,12 +113,13 @@ void substitute(PresolveLp& lp, int e) {
 }
 
 /// The shortest equation of column j whose entry may be the pivot, as that entry; or -1.
-int choose_pivot(const PresolveLp& lp, int j) {
+int choose_pivot(PresolveLp& lp, int j) {
+  const int others = lp.matrix.col_count(j) - 1;
   int best = -1;
   for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
     const int i = lp.matrix[e].row;
     if (!lp.is_equation(i) || lp.matrix.row_count(i) < 2) continue;
-    if (lp.matrix.row_count(i) > kLongestRow) continue;
+    if ((lp.matrix.row_count(i) - 1) * others > kMostPairs) continue;
     if (best >= 0 && lp.matrix.row_count(i) >= lp.matrix.row_count(lp.matrix[best].row)) continue;
     if (pivot_is_large(lp, e)) best = e;
   }
@@ -128,11 +129,9 @@ int choose_pivot(const PresolveLp& lp, int j) {
 bool try_column(PresolveLp& lp, int j, int fill_limit) {
   const int count = lp.matrix.col_count(j);
   if (count < 2 || count > kLongestColumn || !lp.may_remove(j) || lp.is_fixed(j)) return false;
+  if (!lp.is_implied_free(j)) return false;
   const int e = choose_pivot(lp, j);
   if (e < 0) return false;
-  const int row_count = lp.matrix.row_count(lp.matrix[e].row);
-  if ((row_count - 1) * (count - 1) > kMostPairs) return false;
-  if (!lp.is_implied_free(j)) return false;
   if (count_fill(lp, e, fill_limit) > fill_limit) return false;
   substitute(lp, e);
   return true;
@@ -169,7 +168,7 @@ bool substitute_free_singleton(PresolveLp& lp, int j) {
 void run_aggregator(PresolveLp& lp) {
   // What saves nonzeros first.
   for (const int limit : {0, lp.settings.fill_limit}) {
-    for (int j = 0; j < lp.num_cols() && !lp.ended(); ++j) {
+    for (int j = 0; j < lp.num_cols() && !lp.tired(); ++j) {
       if (lp.col_alive[j]) try_column(lp, j, limit);
       lp.poll();
     }
