@@ -141,8 +141,8 @@ TEST(Driver, ProgramsWithoutRowsOrColumnsOrRoom) {
 }
 
 TEST(Driver, ScaledOptimumIsMadeGoodOnTheModel) {
-  // Scaled by 8192 the row is violated by 5e-9 at the origin, unscaled by 4e-5.
-  const Model model = small_model(1, {1, 1}, {{'G', 4e-5, {1e4, -1e4}}, {'L', 3, {1, 1}}});
+  // Scaled by 2^20 the row is violated by 5e-11 at the origin, unscaled by 5e-5.
+  const Model model = small_model(1, {1, 1}, {{'G', 5e-5, {1e6, -1e6}}, {'L', 3, {1, 1}}});
   Bench bench;
   bench.settings.restart_passes = false;
   LpAnswer answer = bench.solve(model);
@@ -152,7 +152,7 @@ TEST(Driver, ScaledOptimumIsMadeGoodOnTheModel) {
   answer = solve_once(model);
   EXPECT_EQ(answer.status, kOptimal);
   EXPECT_TRUE(answer.record.primal_feasible);
-  EXPECT_NEAR(answer.record.x[0], 4e-9, 1e-12);
+  EXPECT_NEAR(answer.record.x[0], 5e-11, 1e-14);
 }
 
 /// Random programs: bounded or not, feasible or not, with coefficients of several magnitudes.

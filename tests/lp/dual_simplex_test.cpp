@@ -237,6 +237,18 @@ TEST_F(DualSimplex, LimitsStopTheRun) {
   }
 }
 
+// A violation of half the working tolerance, at a dual of 1e5, is not left to the objective.
+TEST_F(DualSimplex, AnOptimumIsPolished) {
+  const LpProblem lp = dense_lp({{1e5, 0, 1}, {1, 0, 1}}, {{1, 0}, {1, 1}}, {{5e-9, kInf}, {0, 1}});
+  for (const bool dual : {true, false}) {
+    Simplex simplex(lp, sink, stop);
+    ASSERT_EQ(dual ? simplex.run_dual(settings) : simplex.run_primal(settings),
+              SimplexOutcome::optimal);
+    EXPECT_NEAR(simplex.objective(), 5e-4, 1e-9);
+    expect_optimal(lp, simplex);
+  }
+}
+
 // Whatever the moment, within a factorization or between iterations, a stop leaves a state from
 // which the next run reaches the optimum.
 TEST_F(DualSimplex, AStopAtAnyMomentLeavesAStateToGoOnFrom) {

@@ -6,6 +6,7 @@
 //   iteration   leaving variable, pivot row, ratio test, columns, update (dual_iteration.cpp)
 //   weights     steepest edge and devex (dual_weights.cpp)
 //   costs       perturbation and shifts (dual_costs.cpp)
+//   polish      the last digits of an optimum (dual_polish.cpp)
 //   proofs      of infeasibility and of the objective limit (dual_proofs.cpp)
 //
 // Sources: Lemke (1954); Forrest and Goldfarb (1992) for steepest edge; Harris (1973) and Maros
@@ -25,6 +26,9 @@ class DualEngine {
  public:
   explicit DualEngine(SimplexState& state);
   SimplexOutcome run();
+  /// From an optimal basis, with results stored: bounds kept within `finest`, if few iterations
+  /// lead there; otherwise the basis stays. Results are stored again.
+  void polish(double finest);
 
  private:
   /// How a phase ends when no limit stops it.

@@ -26,11 +26,15 @@ void Simplex::costs_changed() {
 
 SimplexOutcome Simplex::run_dual(const SimplexSettings& settings) {
   state_->begin_run(settings);
-  return run_dual_simplex(*state_);
+  const SimplexOutcome outcome = run_dual_simplex(*state_);
+  if (outcome == SimplexOutcome::optimal) polish_optimum(*state_);
+  return outcome;
 }
 SimplexOutcome Simplex::run_primal(const SimplexSettings& settings) {
   state_->begin_run(settings);
-  return run_primal_simplex(*state_);
+  const SimplexOutcome outcome = run_primal_simplex(*state_);
+  if (outcome == SimplexOutcome::optimal) polish_optimum(*state_);
+  return outcome;
 }
 
 const Vector<int>& Simplex::status() const {
