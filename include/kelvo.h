@@ -964,7 +964,7 @@ KLV_API int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename);
 KLV_API int KLVordread(KLVenv env, const char* filename, int numcols, char* const* colnames,
                        int* cnt_p, int* indices, int* priority, int* direction);
 /* Reads a priority order file and makes it the order of the problem, unless it has no entries.
- * Errors of KLVordread; all or nothing. */
+ * Errors of KLVordread; 3003 for a problem that is not mixed-integer; all or nothing. */
 KLV_API int KLVreadcopyorder(KLVenv env, KLVprob lp, const char* filename);
 /* Writes the priority order of the problem or, when it has none, the one that
  * KLV_PARAM_MIPORDTYPE asks for. 3003 for a problem that is not mixed-integer, 3016 without an

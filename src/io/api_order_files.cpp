@@ -105,7 +105,9 @@ int KLVreadcopyorder(KLVenv env, KLVprob lp, const char* filename) {
                                   "Warning:  No priority order values read or loaded.\n");
       return {};
     }
-    problem.edit_model(ChangeKind::names, [&](Model& edited) { edited.order = std::move(order); });
+    if (!is_mixed_integer_type(problem.type())) return Status::failure(error::kNotMixedInteger);
+    problem.edit_model(ChangeKind::priority_order,
+                       [&](Model& edited) { edited.order = std::move(order); });
     return {};
   });
 }

@@ -34,7 +34,6 @@ class LpFileWriter {
       : model_(model),
         settings_(settings),
         sink_(sink),
-        stream_(stream),
         names_(model, settings.generic_names),
         line_(stream) {}
 
@@ -71,7 +70,6 @@ class LpFileWriter {
   const Model& model_;
   const LpWriterSettings& settings_;
   MessageSink& sink_;
-  FileStream& stream_;
   ModelNames names_;
   LineWriter line_;
   TokenText token_;
@@ -88,11 +86,11 @@ Status LpFileWriter::write() {
   token_ << "\\Problem name: ";
   token_.name(model_.name.c_str()) << "\n\n";
   token_ << (model_.sense < 0 ? "Maximize\n" : "Minimize\n");
-  stream_.write(token_.view());
+  line_.put_lines(token_.view());
   objective();
   if (model_.num_rows > 0 || !model_.quadratic_constraints.empty() ||
       model_.indicators.size() > 0) {
-    stream_.write("Subject To\n");
+    line_.put_lines("Subject To\n");
   }
   rows();
   quadratic_constraints();
@@ -102,7 +100,8 @@ Status LpFileWriter::write() {
   bounds();
   types();
   sets();
-  stream_.write("End\n");
+  line_.put_lines("End\n");
+  line_.send();
   announce_losses();
   return token_.numbers().finite ? Status() : Status::failure(kNotRepresentable);
 }
@@ -199,7 +198,7 @@ void LpFileWriter::label(const char* name, int width) {
   token_ << " ";
   token_.name(name) << ":";
   line_.put(token_.view());
-  while (line_.length() < width) line_.put(" ");
+  line_.pad(width);
 }
 
 void LpFileWriter::term(double coefficient, const char* name, bool& first) {
@@ -357,7 +356,7 @@ void LpFileWriter::indicators() {
 
 void LpFileWriter::extra_rows(const char* header, const ExtraRows& all, const WrittenNames& names) {
   if (all.size() == 0) return;
-  stream_.write(header);
+  line_.put_lines(header);
   const int width = std::min(names.longest() + 2, kWidestLabel);
   for (int k = 0; k < all.size(); ++k) {
     label(names[k], width);
@@ -376,7 +375,7 @@ void LpFileWriter::bounds() {
     needed = model_.lower[j] != 0.0 || !infinite_upper(model_.upper[j]);
   }
   if (!needed) return;
-  stream_.write("Bounds\n");
+  line_.put_lines("Bounds\n");
   line_.set_indent(0);
   for (int j = 0; j < model_.num_cols; ++j) {
     const char type = type_of(j);
@@ -441,7 +440,7 @@ void LpFileWriter::type_list(const char* header, const char* wanted) {
   String only;      // the entry to repeat should the line get no other
   for (int j = 0; j < model_.num_cols; ++j) {
     if (std::strchr(wanted, model_.column_type[j]) == nullptr) continue;
-    if (!any) stream_.write(header);
+    if (!any) line_.put_lines(header);
     any = true;
     token_.clear();
     token_ << " ";
@@ -461,7 +460,7 @@ void LpFileWriter::type_list(const char* header, const char* wanted) {
 void LpFileWriter::sets() {
   const SosSets& sos = model_.sos;
   if (sos.size() == 0) return;
-  stream_.write("SOS\n");
+  line_.put_lines("SOS\n");
   const int width = std::min(names_.sets.longest() + 2, kWidestLabel);
   for (int k = 0; k < sos.size(); ++k) {
     label(names_.sets[k], width);

@@ -52,6 +52,7 @@ class MpsFileWriter {
 
   void entry(const char* owner, const char* row, double value);
   void end_entries();
+  void send_full();
   void name_field(const char* name);
   void number_field(double x);
   const char* objective_name() const { return names_.objective.c_str(); }
@@ -185,11 +186,18 @@ void MpsFileWriter::entry(const char* owner, const char* row, double value) {
   if (!two_a_line_ || line_open_) {
     text_ += '\n';
     line_open_ = false;
-    stream_.write(text_);
-    text_.clear();
+    send_full();
   } else {
     line_open_ = true;
   }
+}
+
+/// Hands the text over to the stream when there is enough of it.
+void MpsFileWriter::send_full() {
+  constexpr std::size_t kBlock = 1 << 15;
+  if (text_.size() < kBlock) return;
+  stream_.write(text_);
+  text_.clear();
 }
 
 void MpsFileWriter::end_entries() {
@@ -205,6 +213,7 @@ void MpsFileWriter::row_line(char sense, const char* name) {
   text_ += "  ";
   text_.append(name, strnlen(name, kLongestName));
   text_ += '\n';
+  send_full();
 }
 
 void MpsFileWriter::rows() {
@@ -349,6 +358,7 @@ void MpsFileWriter::bound(const char* type, int j, const double* value) {
     text_.append(name, strnlen(name, kLongestName));
   }
   text_ += '\n';
+  send_full();
 }
 
 void MpsFileWriter::column_bounds(int j) {

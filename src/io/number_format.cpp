@@ -1,9 +1,12 @@
 #include "io/number_format.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <limits>
 
 #include "base/number_text.h"
 
@@ -19,6 +22,43 @@ struct Decimal {
   int count = 0;
   int point = 0;
 };
+
+/// Digits of a number in 15 of them by one multiplication; false where that cannot decide the
+/// rounding. Powers up to 10^27 are exact in 64 bits of mantissa, so the product is off by less
+/// than 2^-14 when it has 15 digits before the point.
+bool decompose_quickly(double magnitude, Decimal& result) {
+  constexpr int kPowers = 28;
+  constexpr double kTooNearToHalf = 1.0 / 4096;
+  constexpr std::uint64_t kLeast = 100000000000000u, kMost = 1000000000000000u;  // of 15 digits
+  static_assert(std::numeric_limits<long double>::digits >= 64);
+  static constexpr std::array<long double, kPowers> kPowerOfTen = [] {
+    std::array<long double, kPowers> power{};
+    power[0] = 1.0L;
+    for (std::size_t k = 1; k < kPowers; ++k) power[k] = power[k - 1] * 10.0L;
+    return power;
+  }();
+  if (!(magnitude >= 1e-12 && magnitude < 1e15)) return false;
+  // A little below the decimal logarithm, by the binary one.
+  int exponent;
+  std::frexp(magnitude, &exponent);
+  constexpr int kLog2Times1024 = 308;
+  int point = ((exponent - 1) * kLog2Times1024 >> 10) + 1;
+  long double scaled = magnitude * kPowerOfTen[static_cast<std::size_t>(kLongDigits - point)];
+  if (scaled >= static_cast<long double>(kMost)) {
+    ++point;
+    scaled = magnitude * kPowerOfTen[static_cast<std::size_t>(kLongDigits - point)];
+  }
+  auto digits = static_cast<std::uint64_t>(scaled);
+  const double rest = static_cast<double>(scaled - static_cast<long double>(digits));
+  if (std::fabs(rest - 0.5) < kTooNearToHalf || digits < kLeast || digits >= kMost) return false;
+  if (rest > 0.5) ++digits;
+  if (digits == kMost) return false;
+  result.point = point;
+  result.count = kLongDigits;
+  std::to_chars(result.digits, result.digits + kLongDigits, digits);
+  while (result.digits[result.count - 1] == '0') --result.count;
+  return true;
+}
 
 Decimal decompose(double magnitude, int significant) {
   Decimal result;
@@ -101,7 +141,8 @@ int format_number(double x, char* text, WrittenNumbers& numbers) {
   if (magnitude < kExactIntegers && magnitude == std::floor(magnitude)) {
     end = std::to_chars(text, text + kNumberText, static_cast<long>(magnitude)).ptr;
   } else {
-    const Decimal decimal = decompose(magnitude, kLongDigits);
+    Decimal decimal;
+    if (!decompose_quickly(magnitude, decimal)) decimal = decompose(magnitude, kLongDigits);
     const bool plain = decimal.point >= kLeastPoint && decimal.point <= kLongDigits;
     end = plain ? put_plain(decimal, text) : put_exponential(decimal, 'e', text, numbers);
   }

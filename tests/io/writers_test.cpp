@@ -62,6 +62,24 @@ TEST(NumberFormat, LongNumbers) {
   EXPECT_FALSE(numbers.finite);
 }
 
+TEST(NumberFormat, LongNumbersAreRoundedLikeTheRuntimeDoes) {
+  Random random(3);
+  for (int k = 0; k < 50000; ++k) {
+    double x = (1.0 + 9.0 * random.uniform() + random.uniform() / 32768) *
+               std::pow(10.0, random.below(40) - 20);
+    // Sixteen digits that end in 5 come near to the middle between two texts.
+    char text[40];
+    if (k % 3 == 0) {
+      std::snprintf(text, sizeof text, "%.13e", x);
+      std::string near_half(text);
+      near_half.insert(near_half.find('e'), k % 2 == 0 ? "05" : "95");
+      x = std::strtod(near_half.c_str(), nullptr);
+    }
+    std::snprintf(text, sizeof text, "%.14e", x);
+    EXPECT_EQ(std::strtod(long_number(x).c_str(), nullptr), std::strtod(text, nullptr)) << text;
+  }
+}
+
 TEST(NumberFormat, ShortNumbersFitTwelveCharactersAndKeepTheirDigits) {
   EXPECT_EQ(short_number(1.0 / 3), "0.3333333333");
   EXPECT_EQ(short_number(-1.0 / 3), "-0.333333333");
