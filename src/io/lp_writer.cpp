@@ -17,6 +17,7 @@ constexpr int kWidestLabel = 32;
 // Coefficients this near to 1 are written without a number.
 constexpr double kUnit = 1e-13;
 constexpr int kNotRepresentable = 1650;
+constexpr int kNamesAhead = 12;                 // names come from all over the memory
 constexpr std::size_t kLongestRangeName = 253;  // of the row; "Rg" stands before it
 
 /// The reader takes such a bound for infinite or for zero, although it can read the number.
@@ -296,12 +297,14 @@ void LpFileWriter::quadratic_objective(bool after_terms) {
 
 void LpFileWriter::rows() {
   const int width = std::min(names_.rows.longest() + 2, kWidestLabel);
+  const int nonzeros = by_row_.num_nonzeros();
   std::size_t next_range = 0;
   for (int i = 0; i < model_.num_rows; ++i) {
     label(names_.rows[i], width);
     line_.set_indent(width);
     bool first = true;
     for (int k = by_row_.start[i]; k < by_row_.start[i + 1]; ++k) {
+      if (k + kNamesAhead < nonzeros) names_.columns.prefetch(by_row_.index[k + kNamesAhead]);
       term(by_row_.value[k], names_.columns[by_row_.index[k]], first);
     }
     if (model_.row_sense[i] == 'R') {

@@ -16,6 +16,8 @@ class WrittenNames {
 
   const char* operator[](int i) const { return (*names_)[i]; }
   std::string_view view(int i) const { return names_->view(i); }
+  /// Asks for the memory of a name that is wanted a little later.
+  void prefetch(int i) const { __builtin_prefetch((*names_)[i]); }
   int size() const { return names_->size(); }
   /// The names are default ones.
   bool generated() const { return generated_; }
