@@ -202,15 +202,19 @@ double measure_complementarity(const Model& model, const Vector<int>& status,
 bool verify_farkas(const Model& model, Vector<double>& y) {
   const double largest = largest_magnitude(y);
   if (largest == 0.0 || !std::isfinite(largest)) return false;
-  Vector<double> flipped(y.size());
-  for (std::size_t i = 0; i < y.size(); ++i) {
-    if (std::fabs(y[i]) <= kProofRounding * largest) y[i] = 0.0;
-    flipped[i] = -y[i];
+  // Small entries may be rounding errors or what makes a column add up: both are tried.
+  for (const double negligible : {0.0, kProofRounding * largest}) {
+    for (const double sign : {1.0, -1.0}) {
+      Vector<double> proof(y.size());
+      for (std::size_t i = 0; i < y.size(); ++i) {
+        proof[i] = std::fabs(y[i]) <= negligible ? 0.0 : sign * y[i];
+      }
+      if (!proves_infeasible(model, proof)) continue;
+      y.swap(proof);
+      return true;
+    }
   }
-  if (proves_infeasible(model, y)) return true;
-  if (!proves_infeasible(model, flipped)) return false;
-  y.swap(flipped);
-  return true;
+  return false;
 }
 
 double farkas_proof(const Model& model, const Vector<double>& y) {

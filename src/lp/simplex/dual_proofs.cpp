@@ -68,6 +68,7 @@ bool DualEngine::prove_infeasibility() {
                               kProofRounding * range.size);
   if (!(range.low > gap) && !(range.high < -gap)) return false;
   std::copy(y, y + s_.m, s_.farkas.begin());
+  s_.refine_duals(s_.farkas, leaving_);
   return true;
 }
 

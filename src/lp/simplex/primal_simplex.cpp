@@ -477,6 +477,7 @@ void PrimalSimplex::note_progress(double gain) {
 /// satisfies: sum of z_j x_j = 0 with z = [A I]'y, but its maximum over the box is negative.
 bool PrimalSimplex::prove_infeasible() {
   state_.farkas = state_.row_duals;
+  state_.refine_duals(state_.farkas);
   double largest = 0.0;
   double size = 0.0;
   for (int j = 0; j < state_.num_vars; ++j) {

@@ -473,6 +473,26 @@ void SimplexState::compute_duals() {
   duals_fresh = freshly_factored();
 }
 
+void SimplexState::refine_duals(Vector<double>& y, int unit_position) {
+  const SparseMatrix& columns = problem.columns;
+  full.clear();
+  for (int p = 0; p < m; ++p) {
+    const int v = header[p];
+    long double rest = unit_position < 0 ? cost[v] : p == unit_position ? 1.0 : 0.0;
+    if (v >= n) {
+      rest -= y[v - n];
+    } else {
+      for (int k = columns.start[v]; k < columns.start[v + 1]; ++k) {
+        rest -= static_cast<long double>(y[columns.index[k]]) * columns.value[k];
+      }
+    }
+    if (rest != 0.0L) full.insert(p, static_cast<double>(rest));
+  }
+  if (full.count > 0) factor_->btran(full, 1.0);
+  for (int i = 0; i < m; ++i) y[i] += full.value[i];
+  full.clear();
+}
+
 double SimplexState::working_objective() const {
   double sum = 0.0;
   for (int j = 0; j < num_vars; ++j) {

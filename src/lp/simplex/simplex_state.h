@@ -191,6 +191,9 @@ class SimplexState {
   void compute_primals();
   /// reduced_cost := c - [A I]'y, y = B^-T c_B, for the working costs. row_duals := y.
   void compute_duals();
+  /// One step of iterative refinement of y = c_B B^-1 with residuals in extended precision; the
+  /// basic costs c_B are those in use, or the unit vector of a basis position.
+  void refine_duals(Vector<double>& y, int unit_position = -1);
   /// Objective of the working problem at the current basic solution: the sum of d_j x_j over the
   /// nonbasic variables (A x + s = 0 leaves nothing else) plus the offset. It is the dual objective
   /// too. Needs valid reduced costs of all variables.
