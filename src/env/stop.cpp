@@ -35,6 +35,8 @@ int TimeLimit::count_call() {
 }
 
 bool TimeLimit::must_read(int calls) const {
+  // What has expired stays so: who hears of it may ask again for the reason.
+  if (last_reading_.load(kRelaxed) > deadline_.load(kRelaxed)) return true;
   if (calls < kFirstCalls || calls % kCallsBetweenReadings == 0) return true;
   const int at_reading = calls_at_reading_.load(kRelaxed);
   const double elapsed = last_reading_.load(kRelaxed) - reference_.load(kRelaxed);

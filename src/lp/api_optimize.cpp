@@ -2,6 +2,7 @@
 #include "env/param_numbers.h"
 #include "lp/api_basis_frame.h"
 #include "lp/presolved_lp.h"
+#include "lp/start_quality.h"
 
 namespace kelvo {
 namespace {

@@ -5,6 +5,7 @@
 
 #include "lp/driver_log.h"
 #include "lp/presolved_lp.h"
+#include "lp/start_quality.h"
 #include "lp/trivial_lp.h"
 #include "lp/verify.h"
 
@@ -21,6 +22,9 @@ constexpr int kExtraIterations = 20;
 // double precision supports.
 constexpr double kTighteningMargin = 0.5;
 constexpr double kLeastTolerance = 1e-9;
+// A start basis with at most so many wrong variables, and this share of the rows, is kept as it is.
+constexpr int kFewWrong = 10;
+constexpr double kShareWrong = 0.01;
 // A fresh start after a singular basis factors with at least this pivot threshold.
 constexpr double kCarefulThreshold = 0.5;
 
@@ -269,18 +273,34 @@ void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const Sto
   }
   working->set_objective_constant(settings.objective_constant);
   if (settings.use_basis && start.present) {
-    working->start_from(start, model);
+    working->start_from(start, model, start.x.empty() ? nullptr : start.x.data());
     working->give_norms(start);
   }
 }
 
+namespace {
+
+/// True for a start basis on the model as it stands that should not be given up for presolve.
+bool is_good_start(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                   const DriverSettings& settings, const CallContext& context) {
+  if (!settings.use_basis || !start.present || settings.always_crush) return false;
+  if (start.has_norms()) return true;
+  prepare_working_lp(model, working, start, settings, context);
+  const WorkingLp::Session session(*working, context);
+  const StartQuality quality = judge_start(*working, settings.simplex);
+  const int few = kFewWrong + static_cast<int>(kShareWrong * model.num_rows);
+  return quality.factored && quality.primal_wrong + quality.dual_wrong <= few;
+}
+
+}  // namespace
+
 LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
                   LpMethod method, const DriverSettings& settings, const CallContext& context,
                   Owned<PresolvedLp>& presolved) {
-  const bool warm = settings.use_basis && start.present;
-  if (settings.presolve.on && !warm && model.num_rows > 0 && model.num_cols > 0 &&
-      !has_empty_interval(model, settings.simplex.feasibility_tolerance)) {
-    return solve_with_presolve(model, working, method, settings, context, presolved);
+  const bool presolving = settings.presolve.on && model.num_rows > 0 && model.num_cols > 0 &&
+                          !has_empty_interval(model, settings.simplex.feasibility_tolerance);
+  if (presolving && !is_good_start(model, working, start, settings, context)) {
+    return solve_with_presolve(model, working, start, method, settings, context, presolved);
   }
   return solve_without_presolve(model, working, start, method, settings, context);
 }
@@ -298,19 +318,6 @@ LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
   }
   answer.record.method = method == LpMethod::primal ? kMethodPrimal : kMethodDual;
   return answer;
-}
-
-bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings) {
-  if (!working.compute_basic_solution(settings)) return false;
-  const LpProblem& lp = working.lp();
-  const Vector<double>& values = working.simplex().values();
-  for (int v = 0; v < lp.num_vars(); ++v) {
-    if (values[v] < lp.lower[v] - settings.feasibility_tolerance ||
-        values[v] > lp.upper[v] + settings.feasibility_tolerance) {
-      return false;
-    }
-  }
-  return true;
 }
 
 }  // namespace kelvo

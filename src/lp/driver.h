@@ -25,6 +25,7 @@ struct DriverSettings {
       simplex;  // `scaled`, `sense` and iteration limits of passes are set by the driver
   ScalingMethod scaling = ScalingMethod::equilibrate;
   bool use_basis = true;       // start from the stored basis and from the state kept
+  bool always_crush = false;   // presolve even when that basis is close to an optimum
   bool restart_passes = true;  // improve an optimum that violates the unscaled model
   PresolveSettings presolve;
   Vector<char> protected_columns;   // [columns] 1: presolve must leave it; or empty
@@ -43,10 +44,13 @@ struct LpAnswer {
 
 class PresolvedLp;
 
-/// Solves the linear part of a model, by way of presolve when that is on and no start basis would
-/// be lost by it; `presolved` then receives the presolved problem. `working` holds the working LP
-/// of an earlier call or null; it is replaced when it does not fit. Should memory run out
-/// (std::bad_alloc), reset `working`: its state need not agree with any answer.
+/// Solves the linear part of a model, by way of presolve when that is on; `presolved` then receives
+/// the presolved problem. A start basis is crushed through presolve, unless so few variables are on
+/// the wrong side of their limits in it, or have a reduced cost of the wrong sign, that going on
+/// from it takes less than presolve would; or unless it comes with pricing norms, which presolve
+/// cannot carry. `working` holds the working LP of an earlier call or null; it is replaced when it
+/// does not fit. Should memory run out (std::bad_alloc), reset `working`: its state need not agree
+/// with any answer.
 LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
                   LpMethod method, const DriverSettings& settings, const CallContext& context,
                   Owned<PresolvedLp>& presolved);
@@ -56,16 +60,15 @@ LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
                                 const StoredBasis& start, LpMethod method,
                                 const DriverSettings& settings, const CallContext& context);
 
-/// Solves the presolved model and carries the answer back (presolved_solve.cpp).
-LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working, LpMethod method,
+/// Solves the presolved model, from the start basis that the settings ask for, and carries the
+/// answer back (presolved_solve.cpp).
+LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working,
+                             const StoredBasis& start, LpMethod method,
                              const DriverSettings& settings, const CallContext& context,
                              Owned<PresolvedLp>& presolved);
 
 /// Makes `working` the working LP of the model, at the start basis that the settings ask for.
 void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
                         const DriverSettings& settings, const CallContext& context);
-
-/// True when the basic solution of the working LP satisfies its bounds.
-bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings);
 
 }  // namespace kelvo

@@ -19,6 +19,11 @@ class DriverLog {
                 wall_seconds() - start_, iterations);
   }
 
+  /// A basis that was given becomes one of the presolved problem.
+  void crushed_basis() {
+    if (display_ != 0) sink_.send(Channel::log, "Start basis crushed through presolve.\n");
+  }
+
   /// The run starts from a basis that it was given.
   void start_basis(int basic, int rows, bool has_factor) {
     if (display_ == 0) return;

@@ -66,7 +66,9 @@ PresolveSettings read_presolve_settings(const Settings& settings) {
 DriverSettings read_driver_settings(const Settings& settings, int sense) {
   DriverSettings driver;
   driver.scaling = static_cast<ScalingMethod>(settings.get_int(param::SCAIND));
+  constexpr int kCrush = 2;
   driver.use_basis = settings.get_int(param::ADVIND) != 0;
+  driver.always_crush = settings.get_int(param::ADVIND) == kCrush;
   driver.restart_passes = settings.get_int(kNoRestartPasses) == 0;
 
   driver.presolve = read_presolve_settings(settings);

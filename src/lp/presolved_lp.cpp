@@ -1,6 +1,9 @@
 #include "lp/presolved_lp.h"
 
+#include <cmath>
+
 #include "lp/model_to_lp.h"
+#include "lp/presolve/crush_basis.h"
 #include "lp/presolve_log.h"
 
 namespace kelvo {
@@ -90,6 +93,24 @@ void PresolvedLp::keep_identity(const Model& model) {
   if (has_reduced_) return;
   reduced_ = make_model(closed_lp_problem(model), sense_);
   has_reduced_ = true;
+}
+
+StoredBasis PresolvedLp::crush(const StoredBasis& start, const Model& original) const {
+  Vector<int> status;
+  stored_to_lp_status(start, original, status);
+  // Only where two columns have become one do the values count, those of nonbasic ones.
+  Vector<double> x(start.x);
+  if (x.empty()) {
+    for (int j = 0; j < original.num_cols; ++j) {
+      const double place = status[j] == kAtUpper ? original.upper[j] : original.lower[j];
+      x.push_back(std::fabs(place) < kInfiniteBound ? place : 0.0);
+    }
+  }
+  CrushedBasis crushed = crush_basis(presolve_, status, x.data());
+  StoredBasis basis;
+  lp_to_stored_status(crushed.status, reduced_, basis);
+  basis.x = std::move(crushed.value);
+  return basis;
 }
 
 Vector<char> protection_marks(const Problem& problem) {

@@ -8,6 +8,7 @@
 #include <cmath>
 
 #include "lp/driver.h"
+#include "lp/driver_log.h"
 #include "lp/presolve_log.h"
 #include "lp/presolved_lp.h"
 #include "lp/verify.h"
@@ -27,9 +28,14 @@ double largest_gap(const SolutionRecord& record, double tolerance) {
 
 class PresolvedSolve {
  public:
-  PresolvedSolve(const Model& model, Owned<WorkingLp>& working, LpMethod method,
-                 const DriverSettings& settings, const CallContext& context)
-      : model_(model), working_(working), method_(method), settings_(settings), context_(context) {}
+  PresolvedSolve(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                 LpMethod method, const DriverSettings& settings, const CallContext& context)
+      : model_(model),
+        working_(working),
+        start_(start),
+        method_(method),
+        settings_(settings),
+        context_(context) {}
 
   LpAnswer run(const PresolvedLp& presolved);
 
@@ -40,6 +46,7 @@ class PresolvedSolve {
 
   const Model& model_;
   Owned<WorkingLp>& working_;
+  const StoredBasis& start_;
   const LpMethod method_;
   const DriverSettings& settings_;
   const CallContext& context_;
@@ -49,8 +56,13 @@ LpAnswer PresolvedSolve::solve_reduced(const PresolvedLp& presolved) {
   DriverSettings settings = settings_;
   settings.objective_constant = presolved.minimized_offset();
   Owned<WorkingLp> working;
-  return solve_without_presolve(presolved.reduced_model(), working, StoredBasis(), method_,
-                                settings, context_);
+  StoredBasis start;
+  if (settings.use_basis && start_.present) {
+    DriverLog(context_.sink, settings.simplex.display).crushed_basis();
+    start = presolved.crush(start_, model_);
+  }
+  return solve_without_presolve(presolved.reduced_model(), working, start, method_, settings,
+                                context_);
 }
 
 LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const {
@@ -144,7 +156,8 @@ Owned<PresolvedLp> try_presolve(const Model& model, const DriverSettings& settin
 
 }  // namespace
 
-LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working, LpMethod method,
+LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working,
+                             const StoredBasis& start, LpMethod method,
                              const DriverSettings& settings, const CallContext& context,
                              Owned<PresolvedLp>& presolved) {
   LpAnswer answer;
@@ -152,11 +165,11 @@ LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working, LpMe
   presolved = try_presolve(model, settings, context);
   if (presolved != nullptr) log.time();
   if (presolved == nullptr || presolved->outcome() == PresolveOutcome::unchanged) {
-    return solve_without_presolve(model, working, StoredBasis(), method, settings, context);
+    return solve_without_presolve(model, working, start, method, settings, context);
   }
   if (presolved->outcome() == PresolveOutcome::reduced) {
     working.reset();
-    answer = PresolvedSolve(model, working, method, settings, context).run(*presolved);
+    answer = PresolvedSolve(model, working, start, method, settings, context).run(*presolved);
   } else {
     answer.status = status_of(presolved->outcome());
   }

@@ -57,8 +57,8 @@ void WorkingLp::start_afresh() {
 void WorkingLp::start_from(const StoredBasis& basis, const Model& model, const double* x) {
   Vector<int> status;
   stored_to_lp_status(basis, model, status);
-  if (status == simplex_->status()) return;
   if (x == nullptr) {
+    if (status == simplex_->status()) return;
     simplex_->set_basis(status);
     return;
   }

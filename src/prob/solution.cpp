@@ -10,6 +10,7 @@ void StoredBasis::forget_norms() noexcept {
   row_norm.clear();
   head.clear();
   head_norm.clear();
+  x.clear();
 }
 
 namespace {

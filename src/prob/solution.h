@@ -62,8 +62,12 @@ struct StoredBasis {
   Vector<double> row_norm;   // [rows] primal, of the slacks, when col_norm is given
   Vector<int> head;          // basic variables: column j, or -1 - i for the slack of row i
   Vector<double> head_norm;  // dual, |e_p' B^-1|^2 of the row of B^-1 where head[p] is basic
+  // Where columns with status 3 stand, in the model's units: [columns] or empty. Goes with the
+  // norms.
+  Vector<double> x;
 
   void forget_norms() noexcept;
+  bool has_norms() const { return !head.empty() || !row_norm.empty(); }
 };
 
 /// The result of a continuous optimizer. The problem's solution status says whether one is stored.

@@ -47,6 +47,13 @@ TEST(TimeLimit, SlowCallsAreFoundOut) {
   EXPECT_LT(now, 30.0 + 5 * 0.03);
 }
 
+TEST(TimeLimit, WhatHasExpiredStaysExpired) {
+  TimeLimit limit(100.0, 10.0);
+  for (int i = 0; i < 999; ++i) EXPECT_FALSE(limit.expired([] { return 100.0; }));
+  EXPECT_TRUE(limit.expired([] { return 110.5; }));
+  EXPECT_TRUE(limit.expired([] { return 110.5; })) << "asked again at once";
+}
+
 TEST(TimeLimit, TheDeadlineItselfHasNotPassedAndMayBeMoved) {
   TimeLimit limit(5.0, 1.0);
   EXPECT_FALSE(limit.expired([] { return 6.0; }));
