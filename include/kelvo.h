@@ -1130,6 +1130,16 @@ KLV_API int KLVcheckdfeas(KLVenv env, KLVprob lp, int* infeasout);
  * them holds and 6 when it does not; other statuses as they are. 1004, 1217. */
 KLV_API int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus);
 
+/* Dual steepest-edge weights of rows that are not in the problem: weight[k] is the squared norm
+ * that the row of B^-1 of row k's slack would have if the row were added and its slack were basic.
+ * Rows as in KLVaddrows. `dpriind` is the dual pricing (KLV_PARAM_DPRIIND) for which they are
+ * meant: 1.0 each for 4 and 5, which start from unit weights. When there is none to compute, for
+ * pricing 1 or without a factored basis, the arrays stay as they are and the warning channel gets
+ * "Warning: No weights computed."; this is no error. 1003 for a negative count, 1004, 1226 for
+ * starts that do not ascend, 1201 for a bad column, 1257 for a dpriind outside 0..5. */
+KLV_API int KLVgetweight(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const int* rmatbeg,
+                         const int* rmatind, const double* rmatval, double* weight, int dpriind);
+
 /* Strong branching: for each of cnt columns with value x in the optimal solution, the objective
  * after at most itlim iterations of the dual simplex method with the upper bound floor(x) (downobj)
  * and with the lower bound ceil(x) (upobj); 1e75 times the sense when no point is left. The arrays
@@ -1252,8 +1262,10 @@ KLV_API int KLVErangesa(KLVenv env, KLVprob lp, int cbegin, int cend, int rbegin
 
 /* The basis from which the next simplex run starts while KLV_PARAM_ADVIND is not 0. Codes of
  * columns and of the slacks of rows: 0 at the lower bound, 1 basic, 2 at the upper bound, 3 free or
- * between its bounds. All four functions give 1017 for a mixed-integer problem and 1031 with
- * quadratic constraints. */
+ * between its bounds. With KLV_PARAM_ADVIND 1 a run whose start is close to an optimum, or comes
+ * with norms, goes on from it without presolve; any other start is crushed through presolve, with
+ * KLV_PARAM_ADVIND 2 every one. The log says which. All functions of this section give 1017 for a
+ * mixed-integer problem and 1031 with quadratic constraints. */
 
 /* Stores a basis: cstat [columns], rstat [rows]. With data checking 1253 for another code. A wrong
  * number of basic variables is made right when the basis is used. */
@@ -1274,6 +1286,31 @@ KLV_API int KLVcopypnorms(KLVenv env, KLVprob lp, const double* cnorm, const dou
  * variables that are not named get 1. The next dual simplex run with steepest-edge pricing starts
  * from them. 1262, 1208 as KLVcopypnorms. */
 KLV_API int KLVcopydnorms(KLVenv env, KLVprob lp, const double* norm, const int* head, int len);
+
+/* KLVcopybase and dual steepest-edge norms in one call: dnorm [number of basic variables] holds the
+ * squared norms, as in KLVcopydnorms, of the basic columns in ascending order, then of the rows
+ * whose slacks are basic. 1004, 1253, with data checking 1225 or 1233 for a bad norm. */
+KLV_API int KLVcopybasednorms(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
+                              const double* dnorm);
+
+/* Stores a basis of which only some statuses are known: cstat[k] of column cindices[k], k below
+ * ccnt, and rstat[k] of row rindices[k], k below rcnt. The slacks of other rows are basic; other
+ * columns stand at their bound nearer to 0, or are free. 1003 for a negative count, 1004, 1201,
+ * 1203, 1253. */
+KLV_API int KLVcopypartialbase(KLVenv env, KLVprob lp, int ccnt, const int* cindices,
+                               const int* cstat, int rcnt, const int* rindices, const int* rstat);
+
+/* Stores a start of any kind; arrays that are null are not known. cstat [columns] and rstat [rows]
+ * are a basis, both or neither (1004). Values: cprim [columns] of the columns, rprim [rows] of the
+ * slacks, cdual [columns] reduced costs, rdual [rows] duals. With a basis cprim says where columns
+ * with status 3 stand. Without one the basis is made from the values: what stands between its
+ * bounds or, when only duals are known, has none, is basic as far as there are rows; slacks first,
+ * then the columns farthest from their bounds; what is left over between its bounds has status 3.
+ * KLVgetbase tells the basis made. 1004 when everything is null, 1253, and with data checking 1225
+ * or 1233 for a value that is no finite number. */
+KLV_API int KLVcopystart(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
+                         const double* cprim, const double* rprim, const double* cdual,
+                         const double* rdual);
 
 /* ---- Solutions ------------------------------------------------------------------------------*/
 

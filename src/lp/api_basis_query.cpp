@@ -6,6 +6,7 @@
 #include "lp/strong_branching.h"
 #include "lp/tableau_ratios.h"
 #include "lp/verify.h"
+#include "prob/data_check.h"
 
 namespace kelvo {
 namespace {
@@ -220,6 +221,54 @@ Status strong_branch(Environment& environment, Problem& problem, const int* indi
   return Status();
 }
 
+/// Rows as in KLVaddrows.
+struct RowBlockView {
+  int count, entries;
+  const int* begin;
+  const int* index;
+  const double* value;
+
+  int end(int k) const { return k + 1 < count ? begin[k + 1] : entries; }
+};
+
+/// 1 + |a_B' B^-1|^2 of every row a, a_B its entries at the basic columns.
+Status row_weights(Environment& environment, Problem& problem, const RowBlockView& rows,
+                   int dpriind, double* weight) {
+  constexpr int kBadPricing = 1257;
+  const auto pricing = static_cast<DualPricing>(dpriind);
+  if (dpriind < static_cast<int>(DualPricing::automatic) ||
+      dpriind > static_cast<int>(DualPricing::devex)) {
+    return Status::failure(kBadPricing);
+  }
+  if (pricing == DualPricing::steepest_unit || pricing == DualPricing::devex) {
+    std::fill(weight, weight + rows.count, 1.0);
+    return Status();
+  }
+  const bool factored = problem.basis.present && problem.basis.factored;
+  if (pricing == DualPricing::standard || !factored) {
+    environment.messages().send(Channel::warning, "Warning:  No weights computed.\n");
+    return Status();
+  }
+  WorkingLp* working = nullptr;
+  KELVO_TRY(hold_stored_basis(environment, problem, working));
+  CallerTableau tableau(problem.model(), *working);
+  const int m = tableau.num_rows();
+  Vector<int> position(tableau.num_vars(), -1);
+  for (int p = 0; p < m; ++p) position[tableau.head(p)] = p;
+  Vector<double> solved(m);
+  for (int k = 0; k < rows.count; ++k) {
+    std::fill(solved.begin(), solved.end(), 0.0);
+    for (int e = rows.begin[k]; e < rows.end(k); ++e) {
+      const int p = position[rows.index[e]];
+      if (p >= 0) solved[p] += rows.value[e];
+    }
+    tableau.btran(solved.data());
+    weight[k] = 1.0;
+    for (const double entry : solved) weight[k] += entry * entry;
+  }
+  return Status();
+}
+
 }  // namespace
 }  // namespace kelvo
 
@@ -284,6 +333,19 @@ int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus) {
         read_driver_settings(environment.settings(), problem.objective_sense()).simplex;
     *lpstatus = checked_status(problem, settings);
     return Status();
+  });
+}
+
+int KLVgetweight(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const int* rmatbeg,
+                 const int* rmatind, const double* rmatval, double* weight, int dpriind) {
+  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_linear(problem));
+    if (rcnt < 0 || nzcnt < 0) return Status::failure(error::kBadArgument);
+    if (rcnt > 0) KELVO_TRY(check_pointers(rmatbeg, rmatind, rmatval, weight));
+    KELVO_TRY(check_starts(environment, rmatbeg, rcnt, nzcnt));
+    KELVO_TRY(check_column_indices(environment, rmatind, nzcnt, problem.num_cols()));
+    const RowBlockView rows{rcnt, nzcnt, rmatbeg, rmatind, rmatval};
+    return row_weights(environment, problem, rows, dpriind, weight);
   });
 }
 

@@ -1,24 +1,12 @@
 // The basis from which the next optimization starts: stored by the caller, or left by the last one.
 #include <algorithm>
+#include <cmath>
 
-#include "prob/api_frame_prob.h"
-#include "prob/data_check.h"
-#include "prob/solution_access.h"
+#include "prob/api_start_arrays.h"
 
 using namespace kelvo;
 
 namespace {
-
-constexpr int kAtLower = 0;
-constexpr int kLastStatus = 3;
-
-/// Problems that have no basis of their own.
-Status check_has_bases(const Problem& problem) {
-  if (is_mixed_integer(problem)) return Status::failure(error::kNotForMixedInteger);
-  return problem.num_quadratic_constraints() == 0
-             ? Status()
-             : Status::failure(error::kNotForQuadraticConstraints);
-}
 
 Status check_basis_present(const Problem& problem) {
   return problem.basis.present ? Status() : Status::failure(error::kNoBasis);
@@ -31,13 +19,18 @@ Status check_norms(const Problem& problem, int len) {
   return len <= problem.num_cols() ? Status() : Status::failure(error::kArrayTooLong);
 }
 
-/// A code that means nothing, which only comes without data checking, is taken for "at lower".
-Vector<int> statuses(const int* codes, int count) {
-  Vector<int> result(codes, codes + count);
-  for (int& code : result) {
-    if (code < kAtLower || code > kLastStatus) code = kAtLower;
+/// The basis in which every slack is basic.
+StoredBasis resting_basis(const Model& model) {
+  StoredBasis basis;
+  basis.present = true;
+  basis.row_status.assign(model.num_rows, kStartBasic);
+  basis.col_status.reserve(model.num_cols);
+  for (int j = 0; j < model.num_cols; ++j) {
+    const double below = std::fabs(model.lower[j]), above = std::fabs(model.upper[j]);
+    const bool is_free = below >= kInfiniteBound && above >= kInfiniteBound;
+    basis.col_status.push_back(is_free ? kStartFree : above < below ? kStartUpper : kStartLower);
   }
-  return result;
+  return basis;
 }
 
 /// 1201 or 1203 for a variable that the problem does not have.
@@ -55,16 +48,52 @@ int KLVcopybase(KLVenv env, KLVprob lp, const int* cstat, const int* rstat) {
   return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_has_bases(problem));
     problem.merge_pending();
-    const int m = problem.num_rows();
-    const int n = problem.num_cols();
-    KELVO_TRY(check_pointers(cstat, rstat));
-    const DataCheck check(environment);
-    KELVO_TRY(check.basis_statuses(cstat, n));
-    KELVO_TRY(check.basis_statuses(rstat, m));
     StoredBasis basis;
-    basis.present = true;
-    basis.col_status = statuses(cstat, n);
-    basis.row_status = statuses(rstat, m);
+    KELVO_TRY(read_basis(environment, problem, cstat, rstat, basis));
+    problem.store_start_basis(std::move(basis));
+    return Status();
+  });
+}
+
+int KLVcopybasednorms(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
+                      const double* dnorm) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    problem.merge_pending();
+    StoredBasis basis;
+    KELVO_TRY(read_basis(environment, problem, cstat, rstat, basis));
+    KELVO_TRY(check_pointers(dnorm));
+    const auto name_basic = [&basis](const Vector<int>& status, bool columns) {
+      for (int k = 0; k < static_cast<int>(status.size()); ++k) {
+        if (status[k] == kStartBasic) basis.head.push_back(columns ? k : -1 - k);
+      }
+    };
+    name_basic(basis.col_status, true);
+    name_basic(basis.row_status, false);
+    const int count = static_cast<int>(basis.head.size());
+    KELVO_TRY(DataCheck(environment).numbers(dnorm, count));
+    basis.head_norm.assign(dnorm, dnorm + count);
+    problem.store_start_basis(std::move(basis));
+    return Status();
+  });
+}
+
+int KLVcopypartialbase(KLVenv env, KLVprob lp, int ccnt, const int* cindices, const int* cstat,
+                       int rcnt, const int* rindices, const int* rstat) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    problem.merge_pending();
+    if (ccnt < 0 || rcnt < 0) return Status::failure(error::kBadArgument);
+    if (ccnt > 0) KELVO_TRY(check_pointers(cindices, cstat));
+    if (rcnt > 0) KELVO_TRY(check_pointers(rindices, rstat));
+    KELVO_TRY(check_column_indices(environment, cindices, ccnt, problem.num_cols()));
+    KELVO_TRY(check_row_indices(environment, rindices, rcnt, problem.num_rows()));
+    const DataCheck check(environment);
+    KELVO_TRY(check.basis_statuses(cstat, ccnt));
+    KELVO_TRY(check.basis_statuses(rstat, rcnt));
+    StoredBasis basis = resting_basis(problem.model());
+    for (int k = 0; k < ccnt; ++k) basis.col_status[cindices[k]] = valid_code(cstat[k]);
+    for (int k = 0; k < rcnt; ++k) basis.row_status[rindices[k]] = valid_code(rstat[k]);
     problem.store_start_basis(std::move(basis));
     return Status();
   });
