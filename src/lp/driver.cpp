@@ -25,6 +25,7 @@ constexpr double kLeastTolerance = 1e-9;
 // A start basis with at most so many wrong variables, and this share of the rows, is kept as it is.
 constexpr int kFewWrong = 10;
 constexpr double kShareWrong = 0.01;
+constexpr double kShareWrongOfFeasible = 0.1;  // of a primal or dual feasible one
 // A fresh start after a singular basis factors with at least this pivot threshold.
 constexpr double kCarefulThreshold = 0.5;
 
@@ -288,7 +289,9 @@ bool is_good_start(const Model& model, Owned<WorkingLp>& working, const StoredBa
   prepare_working_lp(model, working, start, settings, context);
   const WorkingLp::Session session(*working, context);
   const StartQuality quality = judge_start(*working, settings.simplex);
-  const int few = kFewWrong + static_cast<int>(kShareWrong * model.num_rows);
+  const bool feasible = quality.primal_wrong == 0 || quality.dual_wrong == 0;
+  const double share = feasible ? kShareWrongOfFeasible : kShareWrong;
+  const int few = kFewWrong + static_cast<int>(share * model.num_rows);
   return quality.factored && quality.primal_wrong + quality.dual_wrong <= few;
 }
 

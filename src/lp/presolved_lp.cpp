@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "lp/independent_columns.h"
 #include "lp/model_to_lp.h"
 #include "lp/presolve/crush_basis.h"
 #include "lp/presolve_log.h"
@@ -39,6 +40,24 @@ void append_row(double low, double high, Model& model) {
   if (sense != 'R' && model.range.empty()) return;
   model.range.resize(model.row_sense.size() - 1, 0.0);
   model.range.push_back(range);
+}
+
+}  // namespace
+
+namespace {
+
+/// Makes the number of basic variables that of the rows.
+void keep_independent(const Model& model, Vector<int>& status) {
+  Vector<int> basic;
+  for (int v = 0; v < static_cast<int>(status.size()); ++v) {
+    if (status[v] == kBasic) basic.push_back(v);
+  }
+  const Vector<char> chosen = choose_independent(model, basic);
+  // An absent bound gives way to the other one when the basis is used.
+  for (const int v : basic) status[v] = kAtLower;
+  for (int v = 0; v < static_cast<int>(status.size()); ++v) {
+    if (chosen[v]) status[v] = kBasic;
+  }
 }
 
 }  // namespace
@@ -107,6 +126,7 @@ StoredBasis PresolvedLp::crush(const StoredBasis& start, const Model& original) 
     }
   }
   CrushedBasis crushed = crush_basis(presolve_, status, x.data());
+  if (crushed.num_basic != reduced_.num_rows) keep_independent(reduced_, crushed.status);
   StoredBasis basis;
   lp_to_stored_status(crushed.status, reduced_, basis);
   basis.x = std::move(crushed.value);

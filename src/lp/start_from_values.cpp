@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "lp/independent_columns.h"
 #include "lp/lp_problem.h"
 #include "lp/model_to_lp.h"
 #include "prob/row_limits.h"
@@ -30,6 +31,8 @@ class BasisGuess {
   double room(int v) const;
   bool is_candidate(int v) const;
   int resting_side(int v) const;
+  /// Slacks, then columns with most room first, then what is at a bound without a multiplier.
+  Vector<int> candidates() const;
 
   const Model& model_;
   const int n_, m_;
@@ -117,29 +120,36 @@ int BasisGuess::resting_side(int v) const {
   return std::fabs(upper_[v]) < std::fabs(lower_[v]) ? kAtUpper : kAtLower;
 }
 
-StoredBasis BasisGuess::run() {
-  Vector<int> status(n_ + m_);
-  int basic = 0;
+Vector<int> BasisGuess::candidates() const {
+  Vector<int> list;
   for (int v = n_; v < n_ + m_; ++v) {
-    status[v] = is_candidate(v) ? kBasic : resting_side(v);
-    basic += status[v] == kBasic;
+    if (is_candidate(v)) list.push_back(v);
   }
-  Vector<int> between;
-  for (int j = 0; j < n_; ++j) {
-    status[j] = resting_side(j);
-    if (is_candidate(j)) between.push_back(j);
-  }
+  const std::ptrdiff_t slacks = static_cast<std::ptrdiff_t>(list.size());
   Vector<double> rooms(n_, 0.0);
-  for (const int j : between) rooms[j] = room(j);
-  std::stable_sort(between.begin(), between.end(),
-                   [&](int a, int b) { return rooms[a] > rooms[b]; });
-  for (const int j : between) {
-    if (basic < m_) {
-      status[j] = kBasic;
-      ++basic;
-    } else if (!place_.empty()) {
-      status[j] = kFreeSuper;
-    }
+  for (int j = 0; j < n_; ++j) {
+    if (!is_candidate(j)) continue;
+    rooms[j] = room(j);
+    list.push_back(j);
+  }
+  std::stable_sort(list.begin() + slacks, list.end(),
+                   [&](int u, int v) { return rooms[u] > rooms[v]; });
+  if (place_.empty() || multiplier_.empty()) return list;
+  // At a degenerate vertex the duals tell which of those at their bounds may be basic.
+  for (int v = 0; v < n_ + m_; ++v) {
+    const bool free_to_move = lower_[v] < upper_[v] && std::fabs(multiplier_[v]) <= tolerance_;
+    if (free_to_move && !is_candidate(v)) list.push_back(v);
+  }
+  return list;
+}
+
+StoredBasis BasisGuess::run() {
+  const Vector<int> offered = candidates();
+  const Vector<char> basic = choose_independent(model_, offered);
+  Vector<int> status(n_ + m_);
+  for (int v = 0; v < n_ + m_; ++v) status[v] = basic[v] ? kBasic : resting_side(v);
+  for (const int v : offered) {
+    if (!basic[v] && room(v) > tolerance_) status[v] = kFreeSuper;
   }
   StoredBasis basis;
   lp_to_stored_status(status, model_, basis);
