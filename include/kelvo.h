@@ -941,6 +941,14 @@ KLV_API int KLVmpswrite(KLVenv env, KLVprob lp, const char* filename);
 /* Writes the problem as an MPS file with the names x1, c1 and so on. 1421, 1422. */
 KLV_API int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename);
 
+/* Writes the dual of a linear problem as an MPS file: a minimization whose optimum v gives that of
+ * the problem as -(v + *objshift_p), for a maximization as v + *objshift_p (objshift_p may be null;
+ * the NAME line holds the shift too when it is not 0). Its rows are named after the columns of the
+ * problem, its columns after the rows; a ranged row has a second column with ".rg" behind its name,
+ * a column with two bounds one with ".ub"; fixed columns and rows without limits have none. 1017,
+ * 1018, 1031 for problems that are not linear, 1421, 1422. */
+KLV_API int KLVdualwrite(KLVenv env, KLVprob lp, const char* filename, double* objshift_p);
+
 /* Writes the problem as an LP file with its own names, made legal where needed. 1421, 1422. */
 KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
 /* Writes the problem as an LP file with the names x1, c1 and so on. 1421, 1422. */

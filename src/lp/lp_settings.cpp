@@ -56,6 +56,7 @@ PresolveSettings read_presolve_settings(const Settings& settings) {
   presolve.fill_limit = settings.get_int(param::AGGFILL);
   presolve.coefficient_ratio = coefficient_ratio(settings);
   presolve.large_number = settings.get_double(kLargeNumber);
+  presolve.dual_form = settings.get_int(param::PREDUAL);
   presolve.feasibility_tolerance = settings.get_double(param::EPRHS);
   presolve.optimality_tolerance = settings.get_double(param::EPOPT);
   presolve.progress = settings.get_int(param::PRINT_PRESOLVE_OUTCOMES) != 0;

@@ -9,6 +9,7 @@
 
 #include "lp/driver.h"
 #include "lp/driver_log.h"
+#include "lp/dual_solve.h"
 #include "lp/presolve_log.h"
 #include "lp/presolved_lp.h"
 #include "lp/verify.h"
@@ -56,13 +57,25 @@ LpAnswer PresolvedSolve::solve_reduced(const PresolvedLp& presolved) {
   DriverSettings settings = settings_;
   settings.objective_constant = presolved.minimized_offset();
   Owned<WorkingLp> working;
-  StoredBasis start;
+  const Model& reduced = presolved.reduced_model();
   if (settings.use_basis && start_.present) {
+    // A start is one of the primal.
     DriverLog(context_.sink, settings.simplex.display).crushed_basis();
-    start = presolved.crush(start_, model_);
+    return solve_without_presolve(reduced, working, presolved.crush(start_, model_), method_,
+                                  settings, context_);
   }
-  return solve_without_presolve(presolved.reduced_model(), working, start, method_, settings,
-                                context_);
+  LpAnswer dual;
+  if (prefers_dual_form(reduced, settings.presolve) &&
+      solve_dual_form(reduced, method_, settings, context_, dual)) {
+    return dual;
+  }
+  int& limit = settings.simplex.iteration_limit;
+  limit = std::max(0, limit - dual.record.iterations);
+  LpAnswer primal =
+      solve_without_presolve(reduced, working, StoredBasis(), method_, settings, context_);
+  primal.record.iterations += dual.record.iterations;
+  primal.record.phase_one_iterations += dual.record.phase_one_iterations;
+  return primal;
 }
 
 LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const {
@@ -164,10 +177,15 @@ LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working,
   PresolveLog log(context.sink, settings.presolve);
   presolved = try_presolve(model, settings, context);
   if (presolved != nullptr) log.time();
-  if (presolved == nullptr || presolved->outcome() == PresolveOutcome::unchanged) {
+  if (presolved != nullptr && presolved->outcome() == PresolveOutcome::unchanged &&
+      prefers_dual_form(model, settings.presolve) && !(settings.use_basis && start.present)) {
+    presolved->keep_identity(model);
+  }
+  if (presolved == nullptr ||
+      (presolved->outcome() == PresolveOutcome::unchanged && !presolved->has_reduced_model())) {
     return solve_without_presolve(model, working, start, method, settings, context);
   }
-  if (presolved->outcome() == PresolveOutcome::reduced) {
+  if (presolved->has_reduced_model()) {
     working.reset();
     answer = PresolvedSolve(model, working, start, method, settings, context).run(*presolved);
   } else {

@@ -19,12 +19,14 @@ struct Outcome {
   Owned<PresolvedLp> presolved;
 };
 
-Outcome solve(const Model& model, bool presolve, LpMethod method = LpMethod::dual) {
+Outcome solve(const Model& model, bool presolve, LpMethod method = LpMethod::dual,
+              int dual_form = -1) {
   Owned<WorkingLp> working;
   SilentSink sink;
   NeverStop never;
   DriverSettings settings;
   settings.presolve.on = presolve;
+  settings.presolve.dual_form = dual_form;
   Outcome run;
   run.answer = solve_lp(model, working, StoredBasis(), method, settings, {sink, never, nullptr},
                         run.presolved);
@@ -69,6 +71,26 @@ Model random_model(Random& random) {
   return model;
 }
 
+/// The answer as it stands is an optimal basic solution of the model.
+void expect_optimal(const Model& model, const LpAnswer& answer, double objective) {
+  ASSERT_EQ(answer.status, kOptimal);
+  ASSERT_NEAR(answer.record.objective, objective, 1e-8 * (1.0 + std::fabs(objective)));
+  Vector<int> status;
+  stored_to_lp_status(answer.basis, model, status);
+  SolutionRecord copy(answer.record);
+  const Violations violations = complete_and_measure(model, status, copy);
+  ASSERT_LE(violations.primal, 1e-9);
+  ASSERT_LE(violations.dual, 1e-9);
+  ASSERT_LE(measure_complementarity(model, status, 1e-9, copy), 1e-9);
+  Owned<WorkingLp> working;
+  SilentSink sink;
+  NeverStop never;
+  const LpAnswer again = solve_without_presolve(model, working, answer.basis, LpMethod::primal,
+                                                DriverSettings(), {sink, never, nullptr});
+  ASSERT_EQ(again.status, kOptimal);
+  ASSERT_EQ(again.record.iterations, 0) << "the basis is not an optimal one";
+}
+
 TEST(PresolvedSolve, AgreesWithTheDirectWay) {
   int optimal = 0, reduced = 0, extra_iterations = 0;
   for (int seed = 0; seed < 2500; ++seed) {
@@ -92,13 +114,8 @@ TEST(PresolvedSolve, AgreesWithTheDirectWay) {
     const SolutionRecord& record = answer.record;
     ASSERT_NEAR(record.objective, direct.record.objective,
                 1e-8 * (1.0 + std::fabs(direct.record.objective)));
-    Vector<int> status;
-    stored_to_lp_status(answer.basis, model, status);
-    SolutionRecord copy(record);
-    const Violations violations = complete_and_measure(model, status, copy);
-    ASSERT_LE(violations.primal, 1e-9);
-    ASSERT_LE(violations.dual, 1e-9);
-    ASSERT_LE(measure_complementarity(model, status, 1e-9, copy), 1e-9);
+    expect_optimal(model, answer, direct.record.objective);
+    if (HasFailure()) return;
     if (run.presolved != nullptr && run.presolved->outcome() == PresolveOutcome::reduced) {
       ++reduced;
       const LpAnswer small = solve(run.presolved->reduced_model(), false, method).answer;
@@ -110,6 +127,39 @@ TEST(PresolvedSolve, AgreesWithTheDirectWay) {
   EXPECT_GT(optimal, 800);
   EXPECT_GT(reduced, 700);
   EXPECT_EQ(extra_iterations, 0);  // the way back needs none
+}
+
+TEST(PresolvedSolve, TheDualFormLeadsToAnOptimalBasisOfTheModel) {
+  int optimal = 0;
+  for (int seed = 0; seed < 1500; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    Random random(11 * seed + 5);
+    const Model model = random_model(random);
+    const LpAnswer direct = solve(model, false).answer;
+    const LpMethod method = seed % 2 == 0 ? LpMethod::dual : LpMethod::primal;
+    const LpAnswer answer = solve(model, true, method, 1).answer;
+    if (direct.status != kOptimal) {
+      EXPECT_NE(answer.status, kOptimal);
+      EXPECT_NE(answer.status, kNonOptimal);
+      continue;
+    }
+    ++optimal;
+    expect_optimal(model, answer, direct.record.objective);
+    // Without reductions everything is up to the dual form.
+    Owned<WorkingLp> working;
+    Owned<PresolvedLp> presolved;
+    SilentSink sink;
+    NeverStop never;
+    DriverSettings settings;
+    settings.presolve.dual_form = 1;
+    settings.presolve.pass_limit = 0;
+    expect_optimal(model,
+                   solve_lp(model, working, StoredBasis(), method, settings, {sink, never, nullptr},
+                            presolved),
+                   direct.record.objective);
+    if (HasFailure()) return;
+  }
+  EXPECT_GT(optimal, 400);
 }
 
 TEST(PresolvedSolve, ProofsComeForTheFullModel) {

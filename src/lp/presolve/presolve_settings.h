@@ -32,6 +32,7 @@ struct PresolveSettings {
   int fill_limit = 10;             // nonzeros that one substitution may add
   double coefficient_ratio = 1e3;  // largest ratio of an entry to the pivot of a substitution
   double large_number = 1e9;       // no substitution makes an entry larger than this
+  int dual_form = 0;               // 1 solve the dual of what is left, -1 never, 0 by its shape
   double feasibility_tolerance = 1e-6;
   double optimality_tolerance = 1e-6;
   bool progress = true;  // report eliminations on the results channel

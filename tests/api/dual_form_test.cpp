@@ -1,0 +1,97 @@
+// The dual formulation: written to a file, and taken by presolve.
+#include <cmath>
+
+#include "file_fixture.h"
+#include "random_lp.h"
+
+namespace {
+
+class DualFormTest : public FileTest {
+ protected:
+  double optimum(KLVprob solved) {
+    EXPECT_EQ(KLVlpopt(env, solved), 0);
+    EXPECT_EQ(KLVgetstat(env, solved), KLV_STATUS_OPTIMAL);
+    double objective = 0.0;
+    EXPECT_EQ(KLVgetobjval(env, solved, &objective), 0);
+    return objective;
+  }
+};
+
+TEST_F(DualFormTest, TheFileHoldsAProgramWithTheNegatedOptimum) {
+  for (unsigned seed = 0; seed < 20; ++seed) {
+    SCOPED_TRACE(seed);
+    const DenseLp data = random_lp(seed, {.m = 12, .n = 15});
+    data.load(env, lp);
+    const double primal = optimum(lp);
+    double shift = 0.0;
+    ASSERT_EQ(KLVdualwrite(env, lp, path("dual.mps").c_str(), &shift), 0);
+    int status = 0;
+    KLVprob dual = KLVcreateprob(env, &status, "dual");
+    ASSERT_EQ(KLVreadcopyprob(env, dual, path("dual.mps").c_str(), nullptr), 0);
+    expect_close(-data.sense * (optimum(dual) + shift), primal, primal, "optimum");
+    EXPECT_EQ(KLVfreeprob(env, &dual), 0);
+  }
+}
+
+TEST_F(DualFormTest, TheFileNamesThingsAfterTheirCounterparts) {
+  load_small();
+  double shift = 1.0;
+  ASSERT_EQ(KLVchgprobname(env, lp, "small"), 0);
+  ASSERT_EQ(KLVdualwrite(env, lp, path("dual.mps").c_str(), &shift), 0);
+  EXPECT_EQ(warnings, "");
+  // The column "c" is measured from its lower bound -1, at a cost of 3 each.
+  EXPECT_EQ(shift, 3.0);
+  const std::string text = text_of("dual.mps");
+  EXPECT_EQ(text.find("NAME          small.dual (objshift =   3.0000000000e+00)\n"), 0u) << text;
+  for (const char* const row : {" N  obj", " L  a", " L  b", " L  c"}) {
+    EXPECT_NE(text.find(row), std::string::npos) << row << "\n" << text;
+  }
+  for (const char* const column : {"    first", "    second", "    third ", "    third.rg",
+                                   "    a.ub", "    c.ub", "    rhs"}) {
+    EXPECT_NE(text.find(column), std::string::npos) << column << "\n" << text;
+  }
+  ASSERT_EQ(KLVdelnames(env, lp), 0);
+  const int column = 2;
+  const double zero = 0;
+  ASSERT_EQ(KLVchgbds(env, lp, 1, &column, "L", &zero), 0);
+  ASSERT_EQ(KLVdualwrite(env, lp, path("dual.mps").c_str(), nullptr), 0);
+  EXPECT_EQ(warnings,
+            "Default row names x1, x2 ... being created.\n"
+            "Default variable names c1, c2 ... being created.\n");
+  EXPECT_EQ(text_of("dual.mps").find("NAME          small.dual\n"), 0u);
+}
+
+TEST_F(DualFormTest, RefusesWhatHasNoDualAndNoFile) {
+  load_small();
+  EXPECT_EQ(KLVdualwrite(env, lp, nullptr, nullptr), 1421);
+  EXPECT_EQ(KLVdualwrite(env, lp, "", nullptr), 1421);
+  EXPECT_EQ(KLVdualwrite(env, lp, path("no/such/folder.mps").c_str(), nullptr), 1422);
+  ASSERT_EQ(KLVchgprobtype(env, lp, 1), 0);
+  EXPECT_EQ(KLVdualwrite(env, lp, path("dual.mps").c_str(), nullptr), 1017);
+}
+
+TEST_F(DualFormTest, PresolveTakesItWhenAskedAndTheAnswerIsThatOfTheProblem) {
+  for (unsigned seed = 0; seed < 10; ++seed) {
+    SCOPED_TRACE(seed);
+    const DenseLp data = random_lp(seed, {.m = 25, .n = 30});
+    data.load(env, lp);
+    const double primal = optimum(lp);
+    EXPECT_EQ(take(results).find("DUAL formed"), std::string::npos);
+    ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_PREDUAL, 1), 0);
+    ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_ADVIND, 0), 0);
+    expect_close(optimum(lp), primal, primal, "optimum");
+    EXPECT_NE(take(results).find("DUAL formed by presolve\n"), std::string::npos);
+    ASSERT_EQ(KLVsetdefaults(env), 0);
+    expect_close(optimum(lp), primal, primal, "optimum");
+    EXPECT_EQ(KLVgetitcnt(env, lp), 0) << "the basis belongs to the problem";
+    // A start is one of the problem: presolve does not form the dual then.
+    ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_PREDUAL, 1), 0);
+    ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_ADVIND, 2), 0);
+    take(results);
+    optimum(lp);
+    EXPECT_EQ(take(results).find("DUAL formed"), std::string::npos);
+    ASSERT_EQ(KLVsetdefaults(env), 0);
+  }
+}
+
+}  // namespace
