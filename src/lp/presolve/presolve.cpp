@@ -1,5 +1,6 @@
 #include "lp/presolve/presolve.h"
 
+#include "lp/presolve/parallel_lines.h"
 #include "lp/presolve/reductions.h"
 
 namespace kelvo {
@@ -9,10 +10,26 @@ namespace {
 // A pass that removes less than this share of rows and columns is the last.
 constexpr double kWorthwhilePass = 0.005;
 constexpr int kMostPasses = 20;
+
+/// Lets a reduction that looks at much and finds nothing sit out the next passes: one after the
+/// first time, then two more with every further time.
+class Turn {
+ public:
+  bool comes() { return waits_ == 0 || --waits_ < 0; }
+  void report(bool gained) {
+    vain_ = gained ? 0 : vain_ + 1;
+    waits_ = gained ? 0 : 2 * vain_ - 1;
+  }
+
+ private:
+  int vain_ = 0, waits_ = 0;
+};
+
 /// Runs the reductions over one program.
 class Reducer {
  public:
-  explicit Reducer(PresolveLp& lp) : lp_(lp) {}
+  explicit Reducer(PresolveLp& lp)
+      : lp_(lp), parallel_rows_(lp, true, 2), parallel_columns_(lp, false, 1) {}
 
   void run();
 
@@ -27,7 +44,19 @@ class Reducer {
     return lp_.stats.rows_removed + lp_.stats.cols_removed + 2 * lp_.stats.substitutions;
   }
 
+  /// Runs a reduction of the whole program when its turn has come.
+  template <class Reduction>
+  void take_turn(Turn& turn, Reduction reduction) {
+    if (tired() || !turn.comes()) return;
+    const int before = lp_.stack.size();
+    reduction(lp_);
+    turn.report(lp_.stack.size() > before);
+  }
+
   PresolveLp& lp_;
+  ParallelLines parallel_rows_, parallel_columns_;
+  Turn dual_bounds_turn_, implied_rows_turn_;
+  int last_aggregation_ = 0;  // moment
 };
 
 void Reducer::look_at_row(int i) {
@@ -89,19 +118,23 @@ void Reducer::run_passes() {
     const int before = eliminated();
     drain_lists();
     if (tired()) return;
-    if (lp_.settings.dual_reductions && uses(kDualBounds)) reduce_by_dual_bounds(lp_);
+    if (lp_.settings.dual_reductions && uses(kDualBounds)) {
+      take_turn(dual_bounds_turn_, reduce_by_dual_bounds);
+    }
     drain_lists();
     if (tired()) return;
     if (lp_.settings.primal_reductions) {
-      if (uses(kDuplicateRows)) merge_duplicate_rows(lp_);
-      if (!tired() && uses(kImpliedRows)) remove_implied_rows(lp_);
-      if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_);
+      if (uses(kDuplicateRows)) merge_duplicate_rows(lp_, parallel_rows_);
+      if (uses(kImpliedRows)) take_turn(implied_rows_turn_, remove_implied_rows);
+      if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_, parallel_columns_);
       drain_lists();
     }
     const int rounds = lp_.settings.aggregator;
     if (!tired() && uses(kAggregation) && (rounds < 0 || pass < rounds)) {
       ++lp_.stats.aggregator_rounds;
-      run_aggregator(lp_);
+      const int start = lp_.moment();
+      run_aggregator(lp_, last_aggregation_);
+      last_aggregation_ = start;
       drain_lists();
     }
     const int left = lp_.num_rows() + lp_.num_cols() - eliminated();
@@ -164,20 +197,21 @@ void Presolve::make_reduced(const PresolveLp& lp) {
   reduced.num_rows = static_cast<int>(kept_rows_.size());
   reduced.num_cols = static_cast<int>(kept_cols_.size());
   reduced.offset = lp.offset;
-  SparseMatrix& rows = reduced.rows;
-  rows.num_major = reduced.num_rows;
-  rows.num_minor = reduced.num_cols;
-  rows.index.reserve(lp.matrix.num_nonzeros());
-  rows.value.reserve(lp.matrix.num_nonzeros());
-  for (const int i : kept_rows_) {
-    for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
-      rows.index.push_back(col_map_[lp.matrix[e].col]);
-      rows.value.push_back(lp.matrix[e].value);
+  SparseMatrix columns;
+  columns.num_major = reduced.num_cols;
+  columns.num_minor = reduced.num_rows;
+  columns.start.reserve(reduced.num_cols + 1);
+  columns.index.reserve(lp.matrix.num_nonzeros());
+  columns.value.reserve(lp.matrix.num_nonzeros());
+  for (const int j : kept_cols_) {
+    for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
+      columns.index.push_back(row_map_[lp.matrix[e].row]);
+      columns.value.push_back(lp.matrix[e].value);
     }
-    rows.start.push_back(static_cast<int>(rows.index.size()));
+    columns.start.push_back(static_cast<int>(columns.index.size()));
   }
-  reduced.columns = transpose(rows);
-  reduced.rows = transpose(reduced.columns);  // with ascending indices
+  reduced.rows = transpose(columns);
+  reduced.columns = transpose(reduced.rows);  // with ascending indices
   for (const int j : kept_cols_) {
     reduced.cost.push_back(lp.cost[j]);
     reduced.lower.push_back(lp.lower[j]);

@@ -22,7 +22,7 @@ void tighten_columns_of(PresolveLp& lp, int i) {
   for (int e = lp.matrix.row_first(i); e >= 0 && !lp.ended(); e = lp.matrix[e].row_next) {
     if (std::fabs(lp.matrix[e].value) < tol::kSmallPivot) continue;
     const int j = lp.matrix[e].col;
-    const PresolveLp::Implied implied = lp.implied_bounds(e);
+    const Interval implied = lp.implied_bounds(e);
     const double width = lp.upper[j] - lp.lower[j];
     double low = lp.lower[j], high = lp.upper[j];
     if (std::fabs(implied.lower) < tol::kHugeBound &&
