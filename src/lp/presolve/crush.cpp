@@ -47,6 +47,9 @@ void crush_y(const Presolve& presolve, const double* y, double* reduced_y) {
       case UndoKind::duplicate_row:
         all[record.other] += record.a * all[record.row];
         break;
+      case UndoKind::row_cancellation:
+        all[record.other] -= record.a * all[record.row];
+        break;
       default:
         break;
     }

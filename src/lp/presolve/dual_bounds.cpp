@@ -109,12 +109,13 @@ void DualBounds::fix_columns() {
     lp_.poll();
     const Activity sum = sum_column(j);
     const double least = lp_.cost[j] - sum.greatest(), greatest = lp_.cost[j] - sum.least();
-    const double size = std::max({1.0, std::fabs(sum.min), std::fabs(sum.max)});
-    const double zero = tol::kZeroCost * std::max(size, std::fabs(lp_.cost[j])) + sum.error;
+    const auto zero = [&](double end, double error) {
+      return tol::kZeroCost * std::max({1.0, std::fabs(end), std::fabs(lp_.cost[j])}) + error;
+    };
     const double clear = lp_.settings.optimality_tolerance;
-    if (least >= -zero && lp_.lower[j] > -kInf) {
+    if (least >= -zero(sum.max, sum.max_error) && lp_.lower[j] > -kInf) {
       lp_.fix_column(j, lp_.lower[j], kAtLower);
-    } else if (greatest <= zero && lp_.upper[j] < kInf) {
+    } else if (greatest <= zero(sum.min, sum.min_error) && lp_.upper[j] < kInf) {
       lp_.fix_column(j, lp_.upper[j], kAtUpper);
     } else if ((least > clear && lp_.lower[j] == -kInf) ||
                (greatest < -clear && lp_.upper[j] == kInf)) {

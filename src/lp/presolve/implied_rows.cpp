@@ -138,8 +138,9 @@ void ImpliedRedundancy::remove_redundant() {
     moved_[i] = 0;
     const Activity sum = sum_row(i);
     const double low = lp_.row_lower[i], high = lp_.row_upper[i];
-    const bool no_high = high == kInf || sum.greatest() + sum.error <= high + tol::same_slack(high);
-    const bool no_low = low == -kInf || sum.least() - sum.error >= low - tol::same_slack(low);
+    const bool no_high =
+        high == kInf || sum.greatest() + sum.max_error <= high + tol::same_slack(high);
+    const bool no_low = low == -kInf || sum.least() - sum.min_error >= low - tol::same_slack(low);
     if (no_high && no_low) {
       lp_.remove_row(i);
     } else if ((no_high && high < kInf) || (no_low && low > -kInf)) {

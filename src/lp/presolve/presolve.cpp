@@ -11,18 +11,24 @@ namespace {
 constexpr double kWorthwhilePass = 0.005;
 constexpr int kMostPasses = 20;
 
-/// Lets a reduction that looks at much and finds nothing sit out the next passes: one after the
-/// first time, then two more with every further time.
+// A reduction that looked at everything in vain looks again when this share of the lines has gone
+// since, and twice the share after every further time.
+constexpr double kChangedEnough = 0.01;
+
+/// When a reduction of the whole program is worth its time.
 class Turn {
  public:
-  bool comes() { return waits_ == 0 || --waits_ < 0; }
-  void report(bool gained) {
+  bool comes(int eliminated, int left) const {
+    return vain_ == 0 || eliminated - last_ > std::ldexp(kChangedEnough * left, vain_ - 1);
+  }
+  void report(bool gained, int eliminated) {
     vain_ = gained ? 0 : vain_ + 1;
-    waits_ = gained ? 0 : 2 * vain_ - 1;
+    last_ = eliminated;
   }
 
  private:
-  int vain_ = 0, waits_ = 0;
+  int vain_ = 0;
+  int last_ = 0;  // lines eliminated before the last time
 };
 
 /// Runs the reductions over one program.
@@ -43,20 +49,21 @@ class Reducer {
   int eliminated() const {
     return lp_.stats.rows_removed + lp_.stats.cols_removed + 2 * lp_.stats.substitutions;
   }
+  int left() const { return lp_.num_rows() + lp_.num_cols() - eliminated(); }
 
   /// Runs a reduction of the whole program when its turn has come.
   template <class Reduction>
   void take_turn(Turn& turn, Reduction reduction) {
-    if (tired() || !turn.comes()) return;
-    const int before = lp_.stack.size();
+    if (tired() || !turn.comes(eliminated(), left())) return;
+    const int records = lp_.stack.size(), lines = eliminated();
     reduction(lp_);
-    turn.report(lp_.stack.size() > before);
+    turn.report(lp_.stack.size() > records, lines);
   }
 
   PresolveLp& lp_;
   ParallelLines parallel_rows_, parallel_columns_;
   Turn dual_bounds_turn_, implied_rows_turn_;
-  int last_aggregation_ = 0;  // moment
+  int last_aggregation_ = 0, last_cancellation_ = 0;  // moments
 };
 
 void Reducer::look_at_row(int i) {
@@ -125,6 +132,12 @@ void Reducer::run_passes() {
     if (tired()) return;
     if (lp_.settings.primal_reductions) {
       if (uses(kDuplicateRows)) merge_duplicate_rows(lp_, parallel_rows_);
+      if (uses(kRowCancellation) && lp_.settings.aggregator != 0 && !tired()) {
+        const int start = lp_.moment();
+        cancel_nonzeros(lp_, last_cancellation_);
+        last_cancellation_ = start;
+        drain_lists();
+      }
       if (uses(kImpliedRows)) take_turn(implied_rows_turn_, remove_implied_rows);
       if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_, parallel_columns_);
       drain_lists();
@@ -137,13 +150,19 @@ void Reducer::run_passes() {
       last_aggregation_ = start;
       drain_lists();
     }
-    const int left = lp_.num_rows() + lp_.num_cols() - eliminated();
-    if (left == 0 || eliminated() - before <= kWorthwhilePass * left) return;
+    if (left() == 0 || eliminated() - before <= kWorthwhilePass * left()) return;
   }
 }
 
 void Reducer::run() {
   run_passes();
+  if (!lp_.settings.primal_reductions || lp_.settings.dependent_rows == 0 || tired()) return;
+  // Entries touched, per nonzero.
+  constexpr int kAutomatic = 5, kEffort[] = {20, 100, 500};
+  const int effort = lp_.settings.dependent_rows;
+  const std::int64_t allowed = effort < 0 ? kAutomatic : kEffort[std::min(effort, 3) - 1];
+  remove_dependent_rows(lp_, allowed * lp_.matrix.num_nonzeros());
+  drain_lists();
 }
 
 PresolveOutcome outcome_of(const PresolveLp& lp) {

@@ -39,7 +39,7 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
       progress_(progress),
       protected_(protected_columns),
       activity_(lp.num_rows),
-      fresh_error_(lp.num_rows, 0.0),
+      fresh_error_(lp.num_rows),
       row_size_(lp.num_rows, 0.0),
       row_copy_(lp.num_rows) {
   for (int i = 0; i < lp.num_rows; ++i) {
@@ -57,7 +57,7 @@ void PresolveLp::sum_activity(int i) {
   for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
     sum.add(matrix[e].value, lower[matrix[e].col], upper[matrix[e].col]);
   }
-  fresh_error_[i] = sum.error;
+  fresh_error_[i] = {sum.min_error, sum.max_error};
   work += matrix.row_count(i);
 }
 
@@ -70,12 +70,18 @@ void PresolveLp::sum_all_rows() {
       row_size_[i] = std::max(row_size_[i], std::fabs(matrix[e].value));
     }
   }
-  for (int i = 0; i < num_rows(); ++i) fresh_error_[i] = activity_[i].error;
+  for (int i = 0; i < num_rows(); ++i) {
+    fresh_error_[i] = {activity_[i].min_error, activity_[i].max_error};
+  }
   work += matrix.num_nonzeros();
 }
 
 const Activity& PresolveLp::activity(int i) {
-  if (activity_[i].error > std::max(kErrorAllowed, kErrorGrowth * fresh_error_[i])) {
+  const auto grown = [](double error, double fresh) {
+    return error > std::max(kErrorAllowed, kErrorGrowth * fresh);
+  };
+  if (grown(activity_[i].min_error, fresh_error_[i].min) ||
+      grown(activity_[i].max_error, fresh_error_[i].max)) {
     sum_activity(i);
   }
   return activity_[i];
@@ -158,17 +164,30 @@ void PresolveLp::erase_column(int j) {
 void PresolveLp::put_entry(int i, int j, double value) {
   const int e = matrix.find(i, j);
   work += std::min(matrix.row_count(i), matrix.col_count(j)) + 1;
-  if (e >= 0) activity_[i].subtract(matrix[e].value, lower[j], upper[j]);
-  if (value != 0.0) activity_[i].add(value, lower[j], upper[j]);
-  if (e < 0) {
-    if (value != 0.0) matrix.insert(i, j, value);
-  } else if (value == 0.0) {
+  if (e >= 0) {
+    change_entry(e, value);
+  } else if (value != 0.0) {
+    matrix.insert(i, j, value);
+    note_entry(i, j, 0.0, value);
+  }
+}
+
+void PresolveLp::change_entry(int e, double value) {
+  const int i = matrix[e].row, j = matrix[e].col;
+  const double old = matrix[e].value;
+  if (value == 0.0) {
     matrix.erase(e);
   } else {
     matrix.set_value(e, value);
   }
+  note_entry(i, j, old, value);
+}
+
+void PresolveLp::note_entry(int i, int j, double old, double value) {
+  if (old != 0.0) activity_[i].subtract(old, lower[j], upper[j]);
+  if (value != 0.0) activity_[i].add(value, lower[j], upper[j]);
   row_size_[i] = std::max(row_size_[i], std::fabs(value));
-  row_copy_[i].begin = row_copy_[i].end;
+  row_copy_[i] = RowCopy();
   row_list.add(i);
   col_list.add(j);
 }

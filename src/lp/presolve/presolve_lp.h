@@ -122,6 +122,8 @@ class PresolveLp {
   void erase_column(int j);
   /// A value for an entry that may exist or not; 0 erases it.
   void put_entry(int i, int j, double value);
+  /// A value for the entry e; 0 erases it.
+  void change_entry(int e, double value);
   /// True when no entry of the row is larger than `size`.
   bool row_is_within(int i, double size);
 
@@ -140,14 +142,19 @@ class PresolveLp {
  private:
   static constexpr std::int64_t kPollInterval = 20000;
 
+  /// Keeps the books of an entry that had or has the value 0 when it does not exist.
+  void note_entry(int i, int j, double old, double value);
   void sum_activity(int i);
   void sum_all_rows();
 
   StopCheck& stop_;
   PresolveProgress* const progress_;  // may be null
   Vector<char> protected_;
-  Vector<Activity> activity_;   // [rows]
-  Vector<double> fresh_error_;  // [rows] error of a fresh sum
+  Vector<Activity> activity_;  // [rows]
+  struct Errors {
+    double min = 0.0, max = 0.0;
+  };
+  Vector<Errors> fresh_error_;  // [rows] errors of a fresh sum
   Vector<double> row_size_;     // [rows] at least the size of the largest entry
   struct RowCopy {
     int begin = 0, end = 0;  // entries of the stack

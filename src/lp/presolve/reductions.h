@@ -47,6 +47,13 @@ void reduce_by_dual_bounds(PresolveLp& lp);
 // implied_rows.cpp: rows that other rows keep from binding.
 void remove_implied_rows(PresolveLp& lp);
 
+// row_cancellation.cpp: equations take nonzeros out of other rows. Looks at what changed since the
+// moment given.
+void cancel_nonzeros(PresolveLp& lp, int since);
+
+// dependent_rows.cpp: equations that follow from others.
+void remove_dependent_rows(PresolveLp& lp, std::int64_t work_allowed);
+
 // duplicate_rows.cpp, duplicate_columns.cpp: lines that are multiples of others.
 class ParallelLines;
 void merge_duplicate_rows(PresolveLp& lp, ParallelLines& rows);
@@ -64,5 +71,6 @@ void undo_slack_column(const PostsolveStack&, const UndoRecord&, PostsolveState&
 void undo_free_direction(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 void undo_duplicate_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 void undo_duplicate_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_row_cancellation(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 
 }  // namespace kelvo

@@ -47,9 +47,12 @@ StrengthenedBounds strengthen_bounds(const LpProblem& lp_problem, const Presolve
     const int i = lp.row_list.take();
     ++lp.work;
     const Activity& activity = lp.activity(i);
-    const double slack = settings.feasibility_tolerance + activity.error;
-    if (activity.least() > lp.row_upper[i] + slack * std::max(1.0, std::fabs(lp.row_upper[i])) ||
-        activity.greatest() < lp.row_lower[i] - slack * std::max(1.0, std::fabs(lp.row_lower[i]))) {
+    const auto beyond = [&settings](double bound) {
+      return settings.feasibility_tolerance * std::max(1.0, std::fabs(bound));
+    };
+    const double low = lp.row_lower[i], high = lp.row_upper[i];
+    if (activity.least() > high + beyond(high) + activity.min_error ||
+        activity.greatest() < low - beyond(low) - activity.max_error) {
       lp.fail(FindingKind::implied_bounds, i);
       break;
     }
