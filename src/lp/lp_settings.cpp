@@ -53,6 +53,7 @@ PresolveSettings read_presolve_settings(const Settings& settings) {
   presolve.dual_reductions = (reduce & 2) != 0;
   presolve.nonlinear = settings.get_int(param::PRELINEAR) != 0;
   presolve.aggregator = settings.get_int(param::AGGIND);
+  presolve.dependent_rows = settings.get_int(param::DEPIND);
   presolve.fill_limit = settings.get_int(param::AGGFILL);
   presolve.coefficient_ratio = coefficient_ratio(settings);
   presolve.large_number = settings.get_double(kLargeNumber);

@@ -35,6 +35,7 @@ constexpr FindingText kTexts[] = {
     {true, "Constraints '%.255s' and '%.255s' are inconsistent.\n"},
     {false, "Primal unbounded due to dual bounds, variable '%.255s'.\n"},
     {true, "Dual infeasible due to dual bounds, row '%.255s'.\n"},
+    {true, "Row '%.255s' is dependent and infeasible.\n"},
 };
 
 }  // namespace

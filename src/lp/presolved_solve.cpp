@@ -9,7 +9,9 @@
 
 #include "lp/driver.h"
 #include "lp/driver_log.h"
+#include "lp/dual_push.h"
 #include "lp/dual_solve.h"
+#include "lp/model_to_lp.h"
 #include "lp/presolve_log.h"
 #include "lp/presolved_lp.h"
 #include "lp/verify.h"
@@ -25,6 +27,17 @@ double largest_gap(const SolutionRecord& record, double tolerance) {
   for (const double x : record.x) size = std::max(size, std::fabs(x));
   for (const double activity : record.activity) size = std::max(size, std::fabs(activity));
   return std::max(tolerance, kShare * size);
+}
+
+/// Equations that presolve added to other rows may come back basic with a dual that is not 0.
+bool has_priced_basic_equation(const Model& model, const BasicSolution& basic) {
+  for (int i = 0; i < model.num_rows; ++i) {
+    if (model.row_sense[i] == 'E' && basic.y[i] != 0.0 &&
+        basic.status[model.num_cols + i] == kBasic) {
+      return true;
+    }
+  }
+  return false;
 }
 
 class PresolvedSolve {
@@ -43,6 +56,7 @@ class PresolvedSolve {
  private:
   LpAnswer solve_reduced(const PresolvedLp& presolved);
   LpAnswer back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const;
+  void finish_basis(BasicSolution& basic) const;
   LpAnswer finish(LpAnswer&& answer);
 
   const Model& model_;
@@ -78,9 +92,17 @@ LpAnswer PresolvedSolve::solve_reduced(const PresolvedLp& presolved) {
   return primal;
 }
 
+void PresolvedSolve::finish_basis(BasicSolution& basic) const {
+  if (!has_priced_basic_equation(model_, basic)) return;
+  const LpProblem lp = make_lp_problem(model_);
+  // What fails here shows in the measures that follow.
+  (void)push_duals(lp, basic.y, basic.status, context_.stop);
+}
+
 LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const {
   BasicSolution basic;
   presolved.postsolve(small, basic);
+  finish_basis(basic);
   LpAnswer answer;
   answer.status = small.status;
   SolutionRecord& record = answer.record;

@@ -47,6 +47,9 @@ void crush_y(const Presolve& presolve, const double* y, double* reduced_y) {
       case UndoKind::duplicate_row:
         all[record.other] += record.a * all[record.row];
         break;
+      case UndoKind::row_cancellation:
+        all[record.other] -= record.a * all[record.row];
+        break;
       default:
         break;
     }
@@ -113,6 +116,7 @@ bool crush_form(const Presolve& presolve, LinearForm& form) {
         if (weight[record.col] != 0.0 && record.low2 != record.upp2) return false;
         substitute_in_form(stack, record.col, record.a, record.low2, record.begin, record.end,
                            form);
+        weight[record.col] = 0.0;  // the copy of the row may have it
         break;
       case UndoKind::free_direction:
         if (weight[record.col] != 0.0) return false;

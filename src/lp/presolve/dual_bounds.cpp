@@ -36,24 +36,12 @@ class DualBounds {
   void run();
 
  private:
-  /// Ends of sum_i a_ij y_i.
-  struct Sum {
-    double min = 0.0, max = 0.0, magnitude = 0.0;
-    int min_infinite = 0, max_infinite = 0;
-    double least() const { return min_infinite > 0 ? -kInf : min; }
-    double greatest() const { return max_infinite > 0 ? kInf : max; }
-  };
-
   void start();
   bool tighten_by(int j);
-  Sum sum_column(int j) const;
+  /// Of sum_i a_ij y_i.
+  Activity sum_column(int j) const;
   void fix_columns();
   void bind_rows();
-  /// An end of the sum without the term whose own end is `term`.
-  static double without(double sum, int infinite, double term) {
-    if (std::isfinite(term)) return infinite == 0 ? sum - term : kInf;
-    return infinite == 1 ? sum : kInf;
-  }
   bool offer(int i, double bound, bool is_upper);
 
   PresolveLp& lp_;
@@ -70,25 +58,10 @@ void DualBounds::start() {
   }
 }
 
-DualBounds::Sum DualBounds::sum_column(int j) const {
-  Sum sum;
+Activity DualBounds::sum_column(int j) const {
+  Activity sum;
   for (int e = lp_.matrix.col_first(j); e >= 0; e = lp_.matrix[e].col_next) {
-    const double a = lp_.matrix[e].value;
-    const int i = lp_.matrix[e].row;
-    const double at_min = a > 0.0 ? a * low_[i] : a * high_[i];
-    const double at_max = a > 0.0 ? a * high_[i] : a * low_[i];
-    if (std::isfinite(at_min)) {
-      sum.min += at_min;
-      sum.magnitude += std::fabs(at_min);
-    } else {
-      ++sum.min_infinite;
-    }
-    if (std::isfinite(at_max)) {
-      sum.max += at_max;
-      sum.magnitude += std::fabs(at_max);
-    } else {
-      ++sum.max_infinite;
-    }
+    sum.add(lp_.matrix[e].value, low_[lp_.matrix[e].row], high_[lp_.matrix[e].row]);
   }
   lp_.work += lp_.matrix.col_count(j);
   return sum;
@@ -104,36 +77,28 @@ bool DualBounds::offer(int i, double bound, bool is_upper) {
 }
 
 bool DualBounds::tighten_by(int j) {
-  const bool at_most = lp_.upper[j] == kInf, at_least = lp_.lower[j] == -kInf;
-  const Sum sum = sum_column(j);
-  bool tightened = false;
-  if ((!at_most || sum.min_infinite > 1) && (!at_least || sum.max_infinite > 1)) return false;
+  const Interval priced{lp_.lower[j] == -kInf ? lp_.cost[j] : -kInf,
+                        lp_.upper[j] == kInf ? lp_.cost[j] : kInf};
+  const Activity sum = sum_column(j);
+  if (!sum.speaks(priced)) return false;
   for (int e = lp_.matrix.col_first(j); e >= 0; e = lp_.matrix[e].col_next) {
     const double a = lp_.matrix[e].value;
     const int i = lp_.matrix[e].row;
     if (std::fabs(a) < tol::kSmallPivot) continue;
-    const double old_low = low_[i], old_high = high_[i];
-    if (at_most && sum.min_infinite <= 1) {
-      const double rest = without(sum.min, sum.min_infinite, a > 0.0 ? a * old_low : a * old_high);
-      if (rest < kInf) tightened |= offer(i, (lp_.cost[j] - rest) / a, a > 0.0);
-    }
-    if (at_least && sum.max_infinite <= 1) {
-      const double rest = without(sum.max, sum.max_infinite, a > 0.0 ? a * old_high : a * old_low);
-      if (rest < kInf) tightened |= offer(i, (lp_.cost[j] - rest) / a, a < 0.0);
-    }
+    const Interval implied = sum.implied(a, low_[i], high_[i], priced);
+    const bool raised = offer(i, implied.lower, false), lowered = offer(i, implied.upper, true);
+    if (!raised && !lowered) continue;
     if (low_[i] >
         high_[i] + lp_.settings.optimality_tolerance * std::max(1.0, std::fabs(high_[i]))) {
       lp_.fail(FindingKind::dual_bounds_row, i);
       return true;
     }
-    if (tightened) {
-      // The sums are those of the bounds before: one line at a time is sound, more is not needed.
-      rests_[j] = 1;
-      for (int f = lp_.matrix.col_first(j); f >= 0; f = lp_.matrix[f].col_next) {
-        if (f != e) used_[lp_.matrix[f].row] = 1;
-      }
-      return true;
+    // The sums are those of the bounds before: one line at a time is sound, more is not needed.
+    rests_[j] = 1;
+    for (int f = lp_.matrix.col_first(j); f >= 0; f = lp_.matrix[f].col_next) {
+      if (f != e) used_[lp_.matrix[f].row] = 1;
     }
+    return true;
   }
   return false;
 }
@@ -142,13 +107,15 @@ void DualBounds::fix_columns() {
   for (int j = 0; j < lp_.num_cols() && !lp_.ended(); ++j) {
     if (!lp_.col_alive[j] || rests_[j] || !lp_.may_remove(j) || lp_.is_fixed(j)) continue;
     lp_.poll();
-    const Sum sum = sum_column(j);
+    const Activity sum = sum_column(j);
     const double least = lp_.cost[j] - sum.greatest(), greatest = lp_.cost[j] - sum.least();
-    const double zero = tol::kZeroCost * std::max(1.0, sum.magnitude + std::fabs(lp_.cost[j]));
+    const auto zero = [&](double end, double error) {
+      return tol::kZeroCost * std::max({1.0, std::fabs(end), std::fabs(lp_.cost[j])}) + error;
+    };
     const double clear = lp_.settings.optimality_tolerance;
-    if (least >= -zero && lp_.lower[j] > -kInf) {
+    if (least >= -zero(sum.max, sum.max_error) && lp_.lower[j] > -kInf) {
       lp_.fix_column(j, lp_.lower[j], kAtLower);
-    } else if (greatest <= zero && lp_.upper[j] < kInf) {
+    } else if (greatest <= zero(sum.min, sum.min_error) && lp_.upper[j] < kInf) {
       lp_.fix_column(j, lp_.upper[j], kAtUpper);
     } else if ((least > clear && lp_.lower[j] == -kInf) ||
                (greatest < -clear && lp_.upper[j] == kInf)) {

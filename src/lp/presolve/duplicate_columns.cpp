@@ -64,11 +64,10 @@ bool merge_columns(PresolveLp& lp, int j, int k, double alpha) {
 
 }  // namespace
 
-void merge_duplicate_columns(PresolveLp& lp) {
+void merge_duplicate_columns(PresolveLp& lp, ParallelLines& columns) {
   using Gone = ParallelLines::Gone;
   constexpr double kSameCost = 1e-13;
-  ParallelLines lines(lp, false, 1);
-  lines.for_each_pair([&lp](int j, int k, double alpha) {
+  columns.for_each_pair([&lp](int j, int k, double alpha) {
     if (lp.is_fixed(j) || lp.is_fixed(k)) return Gone::neither;
     const double priced = alpha * lp.cost[j];
     const double delta = lp.cost[k] - priced;

@@ -46,9 +46,8 @@ bool merge_rows(PresolveLp& lp, int s, int r, double alpha) {
 
 }  // namespace
 
-void merge_duplicate_rows(PresolveLp& lp) {
-  ParallelLines lines(lp, true, 2);
-  lines.for_each_pair([&lp](int kept, int other, double ratio) {
+void merge_duplicate_rows(PresolveLp& lp, ParallelLines& rows) {
+  rows.for_each_pair([&lp](int kept, int other, double ratio) {
     return merge_rows(lp, kept, other, ratio) ? ParallelLines::Gone::other
                                               : ParallelLines::Gone::neither;
   });

@@ -48,28 +48,28 @@ bool reduce_by_activity(PresolveLp& lp, int i) {
   const Activity& activity = lp.activity(i);
   const double low = lp.row_lower[i], high = lp.row_upper[i];
   const double least = activity.least(), greatest = activity.greatest();
-  const double error = activity.error;
+  const double low_error = activity.min_error, high_error = activity.max_error;
   const auto beyond = [&](double limit) {
-    return lp.settings.feasibility_tolerance * std::max(1.0, std::fabs(limit)) + error;
+    return lp.settings.feasibility_tolerance * std::max(1.0, std::fabs(limit));
   };
-  if ((high < kInf && least > high + beyond(high)) ||
-      (low > -kInf && greatest < low - beyond(low))) {
+  if ((high < kInf && least > high + beyond(high) + low_error) ||
+      (low > -kInf && greatest < low - beyond(low) - high_error)) {
     lp.fail(FindingKind::implied_bounds, i);
     return false;
   }
   // A limit reached is a forcing row; one never passed is redundant. What is both, redundant.
-  const bool drop_high = high < kInf && greatest + error <= high + tol::same_slack(high);
-  const bool drop_low = low > -kInf && least - error >= low - tol::same_slack(low);
+  const bool drop_high = high < kInf && greatest + high_error <= high + tol::same_slack(high);
+  const bool drop_low = low > -kInf && least - low_error >= low - tol::same_slack(low);
   const bool no_high = high == kInf || drop_high, no_low = low == -kInf || drop_low;
   if (no_high && no_low) {
     lp.remove_row(i);
     return true;
   }
   const double certain = tol::kSame;  // an uncertain sum forces nothing
-  if (error <= certain && high < kInf && least >= high - tol::same_slack(high)) {
+  if (low_error <= certain && high < kInf && least >= high - tol::same_slack(high)) {
     if (force_columns(lp, i, true)) return true;
   }
-  if (error <= certain && low > -kInf && greatest <= low + tol::same_slack(low)) {
+  if (high_error <= certain && low > -kInf && greatest <= low + tol::same_slack(low)) {
     if (force_columns(lp, i, false)) return true;
   }
   if (!drop_high && !drop_low) return false;

@@ -23,8 +23,7 @@ constexpr double kWorthwhile = 1e-2;
 
 class ImpliedRedundancy {
  public:
-  explicit ImpliedRedundancy(PresolveLp& lp)
-      : lp_(lp), low_(lp.lower), high_(lp.upper), rests_(lp.num_rows(), 0) {}
+  explicit ImpliedRedundancy(PresolveLp& lp);
 
   void run() {
     tighten(true);
@@ -35,88 +34,84 @@ class ImpliedRedundancy {
   }
 
  private:
-  struct Sum {
-    double min = 0.0, max = 0.0, magnitude = 0.0;
-    int min_infinite = 0, max_infinite = 0;
-  };
-
-  Sum sum_row(int i) const;
+  Activity sum_row(int i) const;
   void tighten(bool equations_only);
   bool tighten_by(int i);
-  bool offer(int j, double low, double high);
+  bool offer(int j, const Interval& implied);
   void remove_redundant();
 
   PresolveLp& lp_;
   Vector<double> low_, high_;  // [columns] tightened bounds
   Vector<char> rests_;         // [rows] 1: a tightened bound rests on this row
+  Vector<char> due_;           // [rows] 1: not asked since a bound of its columns was tightened
+  Vector<char> moved_;         // [rows] 1: as above, and not tested for redundancy since
+  // The rows alive, each in one piece: they are summed again and again.
+  Vector<int> start_;                       // [rows + 1]
+  Vector<std::pair<int, double>> entries_;  // [nonzeros] column and value
 };
 
-ImpliedRedundancy::Sum ImpliedRedundancy::sum_row(int i) const {
-  Sum sum;
-  for (int e = lp_.matrix.row_first(i); e >= 0; e = lp_.matrix[e].row_next) {
-    const double a = lp_.matrix[e].value;
-    const int j = lp_.matrix[e].col;
-    const double at_min = a > 0.0 ? a * low_[j] : a * high_[j];
-    const double at_max = a > 0.0 ? a * high_[j] : a * low_[j];
-    if (std::isfinite(at_min)) {
-      sum.min += at_min;
-      sum.magnitude += std::fabs(at_min);
-    } else {
-      ++sum.min_infinite;
-    }
-    if (std::isfinite(at_max)) {
-      sum.max += at_max;
-      sum.magnitude += std::fabs(at_max);
-    } else {
-      ++sum.max_infinite;
+ImpliedRedundancy::ImpliedRedundancy(PresolveLp& lp)
+    : lp_(lp),
+      low_(lp.lower),
+      high_(lp.upper),
+      rests_(lp.num_rows(), 0),
+      due_(lp.num_rows(), 1),
+      moved_(lp.num_rows(), 0),
+      start_(lp.num_rows() + 1, 0),
+      entries_(lp.matrix.num_nonzeros()) {
+  for (int i = 0; i < lp.num_rows(); ++i) start_[i + 1] = start_[i] + lp.matrix.row_count(i);
+  Vector<int> place(start_);
+  for (int j = 0; j < lp.num_cols(); ++j) {
+    for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
+      entries_[place[lp.matrix[e].row]++] = {j, lp.matrix[e].value};
     }
   }
-  lp_.work += lp_.matrix.row_count(i);
+  lp.work += lp.matrix.num_nonzeros();
+}
+
+Activity ImpliedRedundancy::sum_row(int i) const {
+  Activity sum;
+  for (int k = start_[i]; k < start_[i + 1]; ++k) {
+    sum.add(entries_[k].second, low_[entries_[k].first], high_[entries_[k].first]);
+  }
+  lp_.work += start_[i + 1] - start_[i];
   return sum;
 }
 
-bool ImpliedRedundancy::offer(int j, double low, double high) {
+bool ImpliedRedundancy::offer(int j, const Interval& implied) {
   bool better = false;
   const double width = high_[j] - low_[j];
   const auto gains = [width](double gain, double bound) {
     const double scale = std::isfinite(width) ? width : std::max(1.0, std::fabs(bound));
-    return gain > kWorthwhile * scale;
+    return std::fabs(bound) < tol::kHugeBound && gain > kWorthwhile * scale;
   };
-  if (std::fabs(low) < tol::kHugeBound && gains(low - low_[j], low)) {
-    low_[j] = low - tol::same_slack(low);
+  if (gains(implied.lower - low_[j], implied.lower)) {
+    low_[j] = implied.lower - tol::same_slack(implied.lower);
     better = true;
   }
-  if (std::fabs(high) < tol::kHugeBound && gains(high_[j] - high, high)) {
-    high_[j] = high + tol::same_slack(high);
+  if (gains(high_[j] - implied.upper, implied.upper)) {
+    high_[j] = implied.upper + tol::same_slack(implied.upper);
     better = true;
   }
   return better;
 }
 
 bool ImpliedRedundancy::tighten_by(int i) {
-  const Sum sum = sum_row(i);
-  const double row_low = lp_.row_lower[i], row_high = lp_.row_upper[i];
-  const bool from_high = row_high < kInf && sum.min_infinite <= 1;
-  const bool from_low = row_low > -kInf && sum.max_infinite <= 1;
-  if (!from_high && !from_low) return false;
-  const double error = tol::kRounding * sum.magnitude * lp_.matrix.row_count(i);
+  const Activity sum = sum_row(i);
+  const Interval limits{lp_.row_lower[i], lp_.row_upper[i]};
+  if (!sum.speaks(limits)) return false;
   bool better = false;
-  for (int e = lp_.matrix.row_first(i); e >= 0; e = lp_.matrix[e].row_next) {
-    const double a = lp_.matrix[e].value;
-    const int j = lp_.matrix[e].col;
+  for (int k = start_[i]; k < start_[i + 1]; ++k) {
+    const auto& [j, a] = entries_[k];
     if (std::fabs(a) < tol::kSmallPivot) continue;
-    const double at_min = a > 0.0 ? a * low_[j] : a * high_[j];
-    const double at_max = a > 0.0 ? a * high_[j] : a * low_[j];
-    // a x_j lies between these.
-    double least = -kInf, greatest = kInf;
-    if (from_high && sum.min_infinite == (std::isfinite(at_min) ? 0 : 1)) {
-      greatest = row_high - (std::isfinite(at_min) ? sum.min - at_min : sum.min) + error;
+    // The sums stay those of the bounds before, which is weaker and sound; but each column must
+    // be taken out with the bounds it was put in with, so a row is walked once only.
+    if (!offer(j, sum.implied(a, low_[j], high_[j], limits))) continue;
+    better = true;
+    for (int e = lp_.matrix.col_first(j); e >= 0; e = lp_.matrix[e].col_next) {
+      if (lp_.matrix[e].row != i) due_[lp_.matrix[e].row] = moved_[lp_.matrix[e].row] = 1;
     }
-    if (from_low && sum.max_infinite == (std::isfinite(at_max) ? 0 : 1)) {
-      least = row_low - (std::isfinite(at_max) ? sum.max - at_max : sum.max) - error;
-    }
-    // The sums stay those of the bounds before, which is weaker and sound.
-    better |= a > 0.0 ? offer(j, least / a, greatest / a) : offer(j, greatest / a, least / a);
+    lp_.work += lp_.matrix.col_count(j);
   }
   return better;
 }
@@ -126,7 +121,8 @@ void ImpliedRedundancy::tighten(bool equations_only) {
   for (int round = 0; round < kRounds && better && !lp_.ended(); ++round) {
     better = false;
     for (int i = 0; i < lp_.num_rows() && !lp_.ended(); ++i) {
-      if (!lp_.row_alive[i] || (equations_only && !lp_.is_equation(i))) continue;
+      if (!due_[i] || !lp_.row_alive[i] || (equations_only && !lp_.is_equation(i))) continue;
+      due_[i] = 0;
       if (tighten_by(i)) {
         rests_[i] = 1;
         better = true;
@@ -138,14 +134,13 @@ void ImpliedRedundancy::tighten(bool equations_only) {
 
 void ImpliedRedundancy::remove_redundant() {
   for (int i = 0; i < lp_.num_rows() && !lp_.ended(); ++i) {
-    if (!lp_.row_alive[i] || rests_[i] || lp_.matrix.row_count(i) == 0) continue;
-    const Sum sum = sum_row(i);
+    if (!moved_[i] || !lp_.row_alive[i] || rests_[i] || start_[i] == start_[i + 1]) continue;
+    moved_[i] = 0;
+    const Activity sum = sum_row(i);
     const double low = lp_.row_lower[i], high = lp_.row_upper[i];
-    const double error = tol::kRounding * sum.magnitude * lp_.matrix.row_count(i);
     const bool no_high =
-        high == kInf || (sum.max_infinite == 0 && sum.max + error <= high + tol::same_slack(high));
-    const bool no_low =
-        low == -kInf || (sum.min_infinite == 0 && sum.min - error >= low - tol::same_slack(low));
+        high == kInf || sum.greatest() + sum.max_error <= high + tol::same_slack(high);
+    const bool no_low = low == -kInf || sum.least() - sum.min_error >= low - tol::same_slack(low);
     if (no_high && no_low) {
       lp_.remove_row(i);
     } else if ((no_high && high < kInf) || (no_low && low > -kInf)) {

@@ -10,7 +10,7 @@ namespace {
 constexpr UndoFunction kUndo[kNumUndoKinds] = {
     undo_fixed_column,   undo_removed_row,        undo_row_side,         undo_singleton_row,
     undo_forcing_row,    undo_substituted_column, undo_doubleton,        undo_slack_column,
-    undo_free_direction, undo_duplicate_row,      undo_duplicate_column,
+    undo_free_direction, undo_duplicate_row,      undo_duplicate_column, undo_row_cancellation,
 };
 
 }  // namespace

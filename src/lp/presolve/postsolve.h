@@ -45,8 +45,9 @@ enum class UndoKind : int {
   free_direction,
   duplicate_row,
   duplicate_column,
+  row_cancellation,
 };
-inline constexpr int kNumUndoKinds = 11;
+inline constexpr int kNumUndoKinds = 12;
 
 /// What a reduction leaves behind. The meaning of the fields beside row and col is the
 /// reduction's own; `begin`..`end` are its stretch of the stack's entries.

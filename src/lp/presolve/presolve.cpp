@@ -1,5 +1,6 @@
 #include "lp/presolve/presolve.h"
 
+#include "lp/presolve/parallel_lines.h"
 #include "lp/presolve/reductions.h"
 
 namespace kelvo {
@@ -9,10 +10,32 @@ namespace {
 // A pass that removes less than this share of rows and columns is the last.
 constexpr double kWorthwhilePass = 0.005;
 constexpr int kMostPasses = 20;
+
+// A reduction that looked at everything in vain looks again when this share of the lines has gone
+// since, and twice the share after every further time.
+constexpr double kChangedEnough = 0.01;
+
+/// When a reduction of the whole program is worth its time.
+class Turn {
+ public:
+  bool comes(int eliminated, int left) const {
+    return vain_ == 0 || eliminated - last_ > std::ldexp(kChangedEnough * left, vain_ - 1);
+  }
+  void report(bool gained, int eliminated) {
+    vain_ = gained ? 0 : vain_ + 1;
+    last_ = eliminated;
+  }
+
+ private:
+  int vain_ = 0;
+  int last_ = 0;  // lines eliminated before the last time
+};
+
 /// Runs the reductions over one program.
 class Reducer {
  public:
-  explicit Reducer(PresolveLp& lp) : lp_(lp) {}
+  explicit Reducer(PresolveLp& lp)
+      : lp_(lp), parallel_rows_(lp, true, 2), parallel_columns_(lp, false, 1) {}
 
   void run();
 
@@ -26,8 +49,21 @@ class Reducer {
   int eliminated() const {
     return lp_.stats.rows_removed + lp_.stats.cols_removed + 2 * lp_.stats.substitutions;
   }
+  int left() const { return lp_.num_rows() + lp_.num_cols() - eliminated(); }
+
+  /// Runs a reduction of the whole program when its turn has come.
+  template <class Reduction>
+  void take_turn(Turn& turn, Reduction reduction) {
+    if (tired() || !turn.comes(eliminated(), left())) return;
+    const int records = lp_.stack.size(), lines = eliminated();
+    reduction(lp_);
+    turn.report(lp_.stack.size() > records, lines);
+  }
 
   PresolveLp& lp_;
+  ParallelLines parallel_rows_, parallel_columns_;
+  Turn dual_bounds_turn_, implied_rows_turn_;
+  int last_aggregation_ = 0, last_cancellation_ = 0;  // moments
 };
 
 void Reducer::look_at_row(int i) {
@@ -89,28 +125,44 @@ void Reducer::run_passes() {
     const int before = eliminated();
     drain_lists();
     if (tired()) return;
-    if (lp_.settings.dual_reductions && uses(kDualBounds)) reduce_by_dual_bounds(lp_);
+    if (lp_.settings.dual_reductions && uses(kDualBounds)) {
+      take_turn(dual_bounds_turn_, reduce_by_dual_bounds);
+    }
     drain_lists();
     if (tired()) return;
     if (lp_.settings.primal_reductions) {
-      if (uses(kDuplicateRows)) merge_duplicate_rows(lp_);
-      if (!tired() && uses(kImpliedRows)) remove_implied_rows(lp_);
-      if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_);
+      if (uses(kDuplicateRows)) merge_duplicate_rows(lp_, parallel_rows_);
+      if (uses(kRowCancellation) && lp_.settings.aggregator != 0 && !tired()) {
+        const int start = lp_.moment();
+        cancel_nonzeros(lp_, last_cancellation_);
+        last_cancellation_ = start;
+        drain_lists();
+      }
+      if (uses(kImpliedRows)) take_turn(implied_rows_turn_, remove_implied_rows);
+      if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_, parallel_columns_);
       drain_lists();
     }
     const int rounds = lp_.settings.aggregator;
     if (!tired() && uses(kAggregation) && (rounds < 0 || pass < rounds)) {
       ++lp_.stats.aggregator_rounds;
-      run_aggregator(lp_);
+      const int start = lp_.moment();
+      run_aggregator(lp_, last_aggregation_);
+      last_aggregation_ = start;
       drain_lists();
     }
-    const int left = lp_.num_rows() + lp_.num_cols() - eliminated();
-    if (left == 0 || eliminated() - before <= kWorthwhilePass * left) return;
+    if (left() == 0 || eliminated() - before <= kWorthwhilePass * left()) return;
   }
 }
 
 void Reducer::run() {
   run_passes();
+  if (!lp_.settings.primal_reductions || lp_.settings.dependent_rows == 0 || tired()) return;
+  // Entries touched, per nonzero.
+  constexpr int kAutomatic = 5, kEffort[] = {20, 100, 500};
+  const int effort = lp_.settings.dependent_rows;
+  const std::int64_t allowed = effort < 0 ? kAutomatic : kEffort[std::min(effort, 3) - 1];
+  remove_dependent_rows(lp_, allowed * lp_.matrix.num_nonzeros());
+  drain_lists();
 }
 
 PresolveOutcome outcome_of(const PresolveLp& lp) {
@@ -164,20 +216,21 @@ void Presolve::make_reduced(const PresolveLp& lp) {
   reduced.num_rows = static_cast<int>(kept_rows_.size());
   reduced.num_cols = static_cast<int>(kept_cols_.size());
   reduced.offset = lp.offset;
-  SparseMatrix& rows = reduced.rows;
-  rows.num_major = reduced.num_rows;
-  rows.num_minor = reduced.num_cols;
-  rows.index.reserve(lp.matrix.num_nonzeros());
-  rows.value.reserve(lp.matrix.num_nonzeros());
-  for (const int i : kept_rows_) {
-    for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
-      rows.index.push_back(col_map_[lp.matrix[e].col]);
-      rows.value.push_back(lp.matrix[e].value);
+  SparseMatrix columns;
+  columns.num_major = reduced.num_cols;
+  columns.num_minor = reduced.num_rows;
+  columns.start.reserve(reduced.num_cols + 1);
+  columns.index.reserve(lp.matrix.num_nonzeros());
+  columns.value.reserve(lp.matrix.num_nonzeros());
+  for (const int j : kept_cols_) {
+    for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
+      columns.index.push_back(row_map_[lp.matrix[e].row]);
+      columns.value.push_back(lp.matrix[e].value);
     }
-    rows.start.push_back(static_cast<int>(rows.index.size()));
+    columns.start.push_back(static_cast<int>(columns.index.size()));
   }
-  reduced.columns = transpose(rows);
-  reduced.rows = transpose(reduced.columns);  // with ascending indices
+  reduced.rows = transpose(columns);
+  reduced.columns = transpose(reduced.rows);  // with ascending indices
   for (const int j : kept_cols_) {
     reduced.cost.push_back(lp.cost[j]);
     reduced.lower.push_back(lp.lower[j]);

@@ -38,73 +38,58 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
       stop_(stop),
       progress_(progress),
       protected_(protected_columns),
-      activity_(lp.num_rows) {
+      activity_(lp.num_rows),
+      fresh_error_(lp.num_rows),
+      row_size_(lp.num_rows, 0.0),
+      row_copy_(lp.num_rows) {
   for (int i = 0; i < lp.num_rows; ++i) {
     row_lower[i] = -lp.upper[lp.num_cols + i] + 0.0;
     row_upper[i] = -lp.lower[lp.num_cols + i] + 0.0;
     row_list.add(i);
   }
   for (int j = 0; j < lp.num_cols; ++j) col_list.add(j);
-}
-
-void PresolveLp::add_term(Activity& activity, double a, double low, double high, double sign) {
-  const double at_min = a > 0.0 ? low : high;
-  const double at_max = a > 0.0 ? high : low;
-  if (std::isfinite(at_min)) {
-    activity.min += sign * a * at_min;
-    activity.error += tol::kRounding * (std::fabs(activity.min) + std::fabs(a * at_min));
-  } else {
-    activity.min_infinite += sign > 0.0 ? 1 : -1;
-  }
-  if (std::isfinite(at_max)) {
-    activity.max += sign * a * at_max;
-    activity.error += tol::kRounding * (std::fabs(activity.max) + std::fabs(a * at_max));
-  } else {
-    activity.max_infinite += sign > 0.0 ? 1 : -1;
-  }
+  sum_all_rows();
 }
 
 void PresolveLp::sum_activity(int i) {
-  Activity& activity = activity_[i];
-  activity = Activity();
+  Activity& sum = activity_[i];
+  sum = Activity();
   for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    add_term(activity, matrix[e].value, lower[matrix[e].col], upper[matrix[e].col], 1.0);
+    sum.add(matrix[e].value, lower[matrix[e].col], upper[matrix[e].col]);
   }
-  activity.fresh_error = activity.error;
+  fresh_error_[i] = {sum.min_error, sum.max_error};
   work += matrix.row_count(i);
 }
 
-const Activity& PresolveLp::activity(int i) {
-  Activity& activity = activity_[i];
-  if (activity.fresh_error < 0.0 ||
-      activity.error > std::max(kErrorAllowed, kErrorGrowth * activity.fresh_error)) {
-    sum_activity(i);
+void PresolveLp::sum_all_rows() {
+  // Column by column, in the order of the entries' storage.
+  for (int j = 0; j < num_cols(); ++j) {
+    for (int e = matrix.col_first(j); e >= 0; e = matrix[e].col_next) {
+      const int i = matrix[e].row;
+      activity_[i].add(matrix[e].value, lower[j], upper[j]);
+      row_size_[i] = std::max(row_size_[i], std::fabs(matrix[e].value));
+    }
   }
-  return activity;
+  for (int i = 0; i < num_rows(); ++i) {
+    fresh_error_[i] = {activity_[i].min_error, activity_[i].max_error};
+  }
+  work += matrix.num_nonzeros();
 }
 
-PresolveLp::Implied PresolveLp::implied_bounds(int e) {
+const Activity& PresolveLp::activity(int i) {
+  const auto grown = [](double error, double fresh) {
+    return error > std::max(kErrorAllowed, kErrorGrowth * fresh);
+  };
+  if (grown(activity_[i].min_error, fresh_error_[i].min) ||
+      grown(activity_[i].max_error, fresh_error_[i].max)) {
+    sum_activity(i);
+  }
+  return activity_[i];
+}
+
+Interval PresolveLp::implied_bounds(int e) {
   const int i = matrix[e].row, j = matrix[e].col;
-  const double a = matrix[e].value;
-  const Activity& row = activity(i);
-  // Ends of the activity of the other columns.
-  const double low = a > 0.0 ? lower[j] : upper[j];
-  const double high = a > 0.0 ? upper[j] : lower[j];
-  double rest_min = -kInf, rest_max = kInf;
-  if (std::isfinite(low)) {
-    if (row.min_infinite == 0) rest_min = row.min - a * low - row.error;
-  } else if (row.min_infinite == 1) {
-    rest_min = row.min - row.error;
-  }
-  if (std::isfinite(high)) {
-    if (row.max_infinite == 0) rest_max = row.max - a * high + row.error;
-  } else if (row.max_infinite == 1) {
-    rest_max = row.max + row.error;
-  }
-  // row_lower - rest_max <= a x_j <= row_upper - rest_min
-  const double least = (row_lower[i] - rest_max) / a;
-  const double most = (row_upper[i] - rest_min) / a;
-  return a > 0.0 ? Implied{least, most} : Implied{most, least};
+  return activity(i).implied(matrix[e].value, lower[j], upper[j], {row_lower[i], row_upper[i]});
 }
 
 bool PresolveLp::is_implied_free(int j) {
@@ -112,7 +97,7 @@ bool PresolveLp::is_implied_free(int j) {
   work += matrix.col_count(j);
   for (int e = matrix.col_first(j); e >= 0 && !(below && above); e = matrix[e].col_next) {
     if (std::fabs(matrix[e].value) < tol::kSmallPivot) continue;
-    const Implied implied = implied_bounds(e);
+    const Interval implied = implied_bounds(e);
     below = below || implied.lower >= lower[j] - tol::same_slack(lower[j]);
     above = above || implied.upper <= upper[j] + tol::same_slack(upper[j]);
   }
@@ -122,8 +107,8 @@ bool PresolveLp::is_implied_free(int j) {
 void PresolveLp::change_bounds(int j, double new_lower, double new_upper) {
   for (int e = matrix.col_first(j); e >= 0; e = matrix[e].col_next) {
     const int i = matrix[e].row;
-    add_term(activity_[i], matrix[e].value, lower[j], upper[j], -1.0);
-    add_term(activity_[i], matrix[e].value, new_lower, new_upper, 1.0);
+    activity_[i].subtract(matrix[e].value, lower[j], upper[j]);
+    activity_[i].add(matrix[e].value, new_lower, new_upper);
     row_list.add(i);
   }
   work += matrix.col_count(j);
@@ -133,9 +118,14 @@ void PresolveLp::change_bounds(int j, double new_lower, double new_upper) {
 }
 
 void PresolveLp::change_limits(int i, double new_lower, double new_upper) {
+  // What the columns are asked first is whether there is a limit in their way.
+  const bool other_kind = (row_lower[i] == -kInf) != (new_lower == -kInf) ||
+                          (row_upper[i] == kInf) != (new_upper == kInf) ||
+                          is_equation(i) != (new_lower == new_upper);
   row_lower[i] = new_lower;
   row_upper[i] = new_upper;
   row_list.add(i);
+  if (!other_kind) return;
   for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) col_list.add(matrix[e].col);
   work += matrix.row_count(i);
 }
@@ -162,7 +152,7 @@ void PresolveLp::erase_column(int j) {
   for (int e = matrix.col_first(j); e >= 0;) {
     const int next = matrix[e].col_next;
     const int i = matrix[e].row;
-    add_term(activity_[i], matrix[e].value, lower[j], upper[j], -1.0);
+    activity_[i].subtract(matrix[e].value, lower[j], upper[j]);
     row_list.add(i);
     matrix.erase(e);
     e = next;
@@ -174,16 +164,42 @@ void PresolveLp::erase_column(int j) {
 void PresolveLp::put_entry(int i, int j, double value) {
   const int e = matrix.find(i, j);
   work += std::min(matrix.row_count(i), matrix.col_count(j)) + 1;
-  if (e < 0) {
-    if (value != 0.0) matrix.insert(i, j, value);
-  } else if (value == 0.0) {
+  if (e >= 0) {
+    change_entry(e, value);
+  } else if (value != 0.0) {
+    matrix.insert(i, j, value);
+    note_entry(i, j, 0.0, value);
+  }
+}
+
+void PresolveLp::change_entry(int e, double value) {
+  const int i = matrix[e].row, j = matrix[e].col;
+  const double old = matrix[e].value;
+  if (value == 0.0) {
     matrix.erase(e);
   } else {
     matrix.set_value(e, value);
   }
-  stale_activity(i);
+  note_entry(i, j, old, value);
+}
+
+void PresolveLp::note_entry(int i, int j, double old, double value) {
+  if (old != 0.0) activity_[i].subtract(old, lower[j], upper[j]);
+  if (value != 0.0) activity_[i].add(value, lower[j], upper[j]);
+  row_size_[i] = std::max(row_size_[i], std::fabs(value));
+  row_copy_[i] = RowCopy();
   row_list.add(i);
   col_list.add(j);
+}
+
+bool PresolveLp::row_is_within(int i, double size) {
+  if (row_size_[i] <= size) return true;
+  row_size_[i] = 0.0;
+  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
+    row_size_[i] = std::max(row_size_[i], std::fabs(matrix[e].value));
+  }
+  work += matrix.row_count(i);
+  return row_size_[i] <= size;
 }
 
 bool PresolveLp::intersect_bounds(int j, double new_lower, double new_upper) {
@@ -223,6 +239,18 @@ void PresolveLp::record_row(int i, int except_col) {
   for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
     if (matrix[e].col != except_col) stack.add(matrix[e].col, matrix[e].value);
   }
+}
+
+void PresolveLp::record_row_once(int i) {
+  RowCopy& copy = row_copy_[i];
+  if (copy.begin == copy.end) {
+    copy.begin = stack.top().begin;
+    record_row(i);
+    copy.end = stack.top().end;
+    work += matrix.row_count(i);
+  }
+  stack.top().begin = stack.top().middle = copy.begin;
+  stack.top().end = copy.end;
 }
 
 void PresolveLp::fail(FindingKind kind, int line, int other) {

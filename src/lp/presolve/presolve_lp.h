@@ -7,36 +7,27 @@
 // is recorded on the postsolve stack by the reduction that removes it; fix_column() and
 // remove_row(), which nearly all reductions end with, record themselves.
 //
-// Activity bounds: for every row the finite part of min and max of a_i x over the column bounds
-// and the number of infinite terms. They are updated with each change; the rounding errors that
+// The bounds on the activity of every row are updated with each change; the rounding errors that
 // collect are estimated alongside, and a row whose estimate grew well beyond that of a fresh sum
 // is summed again when next asked for.
 #pragma once
 
 #include "base/stop_check.h"
 #include "lp/lp_problem.h"
+#include "lp/presolve/activity.h"
 #include "lp/presolve/linked_matrix.h"
 #include "lp/presolve/postsolve.h"
 #include "lp/presolve/presolve_settings.h"
 
 namespace kelvo {
 
-/// Bounds on the activity of a row; an end with infinite terms is infinite.
-struct Activity {
-  double min = 0.0, max = 0.0;             // sums of the finite terms
-  int min_infinite = 0, max_infinite = 0;  // number of infinite terms
-  double error = 0.0;                      // estimate of the rounding error of the sums
-  double fresh_error = -1.0;               // of a fresh sum; negative: to be summed again
-
-  double least() const { return min_infinite > 0 ? -kInf : min; }
-  double greatest() const { return max_infinite > 0 ? kInf : max; }
-};
-
-/// Lines whose data changed, each listed once.
+/// Lines whose data changed and that wait for a look, each listed once. Beside that it tells for
+/// every line whether it changed since some moment, for reductions that look at the whole program.
 class WorkList {
  public:
-  explicit WorkList(int size) : listed_(size, 0) {}
+  explicit WorkList(int size) : listed_(size, 0), changed_(size, 0) {}
   void add(int line) {
+    changed_[line] = now_;
     if (listed_[line]) return;
     listed_[line] = 1;
     lines_.push_back(line);
@@ -52,8 +43,13 @@ class WorkList {
     return line;
   }
 
+  int next_moment() { return ++now_; }
+  bool changed_since(int line, int moment) const { return changed_[line] >= moment; }
+
  private:
   Vector<char> listed_;  // [lines]
+  Vector<int> changed_;  // [lines] moment of the last change
+  int now_ = 0;
   Vector<int> lines_;
   std::size_t next_ = 0;
 };
@@ -84,6 +80,13 @@ class PresolveLp {
   bool is_fixed(int j) const { return lower[j] == upper[j]; }
   bool may_remove(int j) const { return protected_.empty() || !protected_[j]; }
 
+  /// Ends the present moment of both lists. What changes from here on has changed since the value
+  /// returned.
+  int moment() {
+    row_list.next_moment();
+    return col_list.next_moment();
+  }
+
   /// True when a reduction found that there is nothing to solve, or somebody wants to stop.
   bool ended() const { return finding.kind != FindingKind::none || stopped_ != 0; }
   /// True also when the work is done that presolve may do.
@@ -99,10 +102,7 @@ class PresolveLp {
 
   const Activity& activity(int i);
   /// Bounds on column e.col that row e.row and the other columns of the row imply.
-  struct Implied {
-    double lower, upper;
-  };
-  Implied implied_bounds(int e);
+  Interval implied_bounds(int e);
   /// True when rows imply both bounds of the column.
   bool is_implied_free(int j);
 
@@ -113,16 +113,19 @@ class PresolveLp {
 
   // The following record nothing.
   void change_bounds(int j, double new_lower, double new_upper);
-  /// New limits; the row and its columns have to be looked at again.
+  /// New limits; the row has to be looked at again, and its columns when a limit comes or goes.
   void change_limits(int i, double new_lower, double new_upper);
   void change_cost(int j, double new_cost);
   /// Takes a row and its entries out; its columns have to be looked at again.
   void erase_row(int i);
   /// Takes a column and its entries out, moving nothing to the right-hand sides.
   void erase_column(int j);
-  /// A value for an entry that may exist or not; 0 erases it. The activity of the row goes stale.
+  /// A value for an entry that may exist or not; 0 erases it.
   void put_entry(int i, int j, double value);
-  void stale_activity(int i) { activity_[i].fresh_error = -1.0; }
+  /// A value for the entry e; 0 erases it.
+  void change_entry(int e, double value);
+  /// True when no entry of the row is larger than `size`.
+  bool row_is_within(int i, double size);
 
   /// Tightens the interval by [new_lower, new_upper]; false (with a finding) when nothing is left.
   /// Crossings within the tolerance close the interval.
@@ -130,18 +133,33 @@ class PresolveLp {
 
   void record_column(int j, int except_row = -1);
   void record_row(int i, int except_col = -1);
+  /// Makes the whole row the only entries of the record on top, sharing the copy of an earlier
+  /// record as long as the row has only lost columns since. Those come back after the record on
+  /// top and have the value 0 until then, as has the column that the record is about.
+  void record_row_once(int i);
   void fail(FindingKind kind, int line, int other = -1);
 
  private:
   static constexpr std::int64_t kPollInterval = 20000;
 
-  void add_term(Activity& activity, double a, double low, double high, double sign);
+  /// Keeps the books of an entry that had or has the value 0 when it does not exist.
+  void note_entry(int i, int j, double old, double value);
   void sum_activity(int i);
+  void sum_all_rows();
 
   StopCheck& stop_;
   PresolveProgress* const progress_;  // may be null
   Vector<char> protected_;
   Vector<Activity> activity_;  // [rows]
+  struct Errors {
+    double min = 0.0, max = 0.0;
+  };
+  Vector<Errors> fresh_error_;  // [rows] errors of a fresh sum
+  Vector<double> row_size_;     // [rows] at least the size of the largest entry
+  struct RowCopy {
+    int begin = 0, end = 0;  // entries of the stack
+  };
+  Vector<RowCopy> row_copy_;  // [rows] empty: none that is up to date
   std::int64_t next_poll_ = kPollInterval;
   int stopped_ = 0;
 };

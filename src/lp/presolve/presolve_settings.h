@@ -18,7 +18,8 @@ enum ReductionFamily : unsigned {
   kDuplicateColumns = 1u << 8,
   kAggregation = 1u << 9,
   kImpliedRows = 1u << 10,  // rows redundant by bounds that other rows imply
-  kAllFamilies = (1u << 11) - 1
+  kRowCancellation = 1u << 11,
+  kAllFamilies = (1u << 12) - 1
 };
 
 struct PresolveSettings {
@@ -29,6 +30,7 @@ struct PresolveSettings {
   bool dual_reductions = true;     // those that argue from the objective
   bool nonlinear = true;           // reductions whose way back is not linear
   int aggregator = -1;             // rounds of substitution; -1 as long as they gain, 0 none
+  int dependent_rows = -1;         // effort: 0 none, 1 to 3 more and more, -1 automatic
   int fill_limit = 10;             // nonzeros that one substitution may add
   double coefficient_ratio = 1e3;  // largest ratio of an entry to the pivot of a substitution
   double large_number = 1e9;       // no substitution makes an entry larger than this
@@ -74,7 +76,8 @@ enum class FindingKind {
   implied_bounds,  // the bounds imply an activity outside the limits
   duplicate_rows,
   dual_bounds_column,
-  dual_bounds_row
+  dual_bounds_row,
+  dependent_row
 };
 
 struct Finding {

@@ -32,7 +32,8 @@ void count_substitution(PresolveLp& lp);
 
 // substitution.cpp: an implied free column is given by a row.
 bool substitute_free_singleton(PresolveLp& lp, int j);
-void run_aggregator(PresolveLp& lp);
+/// Looks at what changed since the moment given.
+void run_aggregator(PresolveLp& lp, int since);
 
 // slack_column.cpp: a column with one entry is a slack of its row.
 bool absorb_slack_column(PresolveLp& lp, int j);
@@ -46,9 +47,17 @@ void reduce_by_dual_bounds(PresolveLp& lp);
 // implied_rows.cpp: rows that other rows keep from binding.
 void remove_implied_rows(PresolveLp& lp);
 
+// row_cancellation.cpp: equations take nonzeros out of other rows. Looks at what changed since the
+// moment given.
+void cancel_nonzeros(PresolveLp& lp, int since);
+
+// dependent_rows.cpp: equations that follow from others.
+void remove_dependent_rows(PresolveLp& lp, std::int64_t work_allowed);
+
 // duplicate_rows.cpp, duplicate_columns.cpp: lines that are multiples of others.
-void merge_duplicate_rows(PresolveLp& lp);
-void merge_duplicate_columns(PresolveLp& lp);
+class ParallelLines;
+void merge_duplicate_rows(PresolveLp& lp, ParallelLines& rows);
+void merge_duplicate_columns(PresolveLp& lp, ParallelLines& columns);
 
 // The ways back, in the order of UndoKind.
 void undo_fixed_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
@@ -62,5 +71,6 @@ void undo_slack_column(const PostsolveStack&, const UndoRecord&, PostsolveState&
 void undo_free_direction(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 void undo_duplicate_row(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 void undo_duplicate_column(const PostsolveStack&, const UndoRecord&, PostsolveState&);
+void undo_row_cancellation(const PostsolveStack&, const UndoRecord&, PostsolveState&);
 
 }  // namespace kelvo

@@ -16,13 +16,6 @@ namespace kelvo {
 
 namespace tol = presolve_tolerance;
 
-namespace {
-
-// Absorbing copies the row to the postsolve stack; a row of many slacks would be copied often.
-constexpr int kLongestRow = 1000;
-
-}  // namespace
-
 bool absorb_slack_column(PresolveLp& lp, int j) {
   if (!lp.may_remove(j) || !lp.settings.nonlinear) return false;
   const int e = lp.matrix.col_first(j);
@@ -32,13 +25,8 @@ bool absorb_slack_column(PresolveLp& lp, int j) {
   const double low = lp.row_lower[i], high = lp.row_upper[i];
   if (cost != 0.0 && low != high) return false;
   if (std::fabs(a) < tol::kSmallPivot || lp.matrix.row_count(i) < 2) return false;
-  if (lp.matrix.row_count(i) > kLongestRow) return false;
-  if (cost != 0.0) {
-    for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
-      if (std::fabs(lp.matrix[f].value) > lp.settings.coefficient_ratio * std::fabs(a)) {
-        return false;
-      }
-    }
+  if (cost != 0.0 && !lp.row_is_within(i, lp.settings.coefficient_ratio * std::fabs(a))) {
+    return false;
   }
   const double at_lower = a * lp.lower[j], at_upper = a * lp.upper[j];
   const double greatest = std::max(at_lower, at_upper), least = std::min(at_lower, at_upper);
@@ -60,7 +48,7 @@ bool absorb_slack_column(PresolveLp& lp, int j) {
   record.low2 = low;
   record.upp2 = high;
   if (new_low == new_high) record.flag |= kEndsCoincide;
-  lp.record_row(i, j);
+  lp.record_row_once(i);
   if (cost != 0.0) {
     for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
       const int k = lp.matrix[f].col;

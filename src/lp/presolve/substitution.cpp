@@ -24,14 +24,11 @@ constexpr int kMostPairs = 600;
 bool pivot_is_large(PresolveLp& lp, int e) {
   const double allowed = lp.settings.coefficient_ratio * std::fabs(lp.matrix[e].value);
   const LinkedMatrix& matrix = lp.matrix;
-  lp.work += matrix.row_count(matrix[e].row) + matrix.col_count(matrix[e].col);
-  for (int f = matrix.row_first(matrix[e].row); f >= 0; f = matrix[f].row_next) {
-    if (std::fabs(matrix[f].value) > allowed) return false;
-  }
+  lp.work += matrix.col_count(matrix[e].col);
   for (int f = matrix.col_first(matrix[e].col); f >= 0; f = matrix[f].col_next) {
     if (std::fabs(matrix[f].value) > allowed) return false;
   }
-  return true;
+  return lp.row_is_within(matrix[e].row, allowed);
 }
 
 void record_substitution(PresolveLp& lp, int e, double rhs, int side) {
@@ -126,9 +123,22 @@ int choose_pivot(PresolveLp& lp, int j) {
   return best;
 }
 
-bool try_column(PresolveLp& lp, int j, int fill_limit) {
+bool changed_since(const PresolveLp& lp, int j, int moment) {
+  if (lp.col_list.changed_since(j, moment)) return true;
+  for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
+    if (lp.row_list.changed_since(lp.matrix[e].row, moment)) return true;
+  }
+  return false;
+}
+
+bool try_column(PresolveLp& lp, int j, int fill_limit, int since) {
   const int count = lp.matrix.col_count(j);
-  if (count < 2 || count > kLongestColumn || !lp.may_remove(j) || lp.is_fixed(j)) return false;
+  if (count < 1 || count > kLongestColumn || !lp.may_remove(j) || lp.is_fixed(j)) return false;
+  if (!changed_since(lp, j, since)) return false;
+  if (count == 1) {  // the row may imply more than when the column itself changed
+    const bool wanted = lp.settings.primal_reductions && lp.settings.families & kFreeSingletons;
+    return wanted && substitute_free_singleton(lp, j);
+  }
   if (!lp.is_implied_free(j)) return false;
   const int e = choose_pivot(lp, j);
   if (e < 0) return false;
@@ -165,11 +175,11 @@ bool substitute_free_singleton(PresolveLp& lp, int j) {
   return true;
 }
 
-void run_aggregator(PresolveLp& lp) {
+void run_aggregator(PresolveLp& lp, int since) {
   // What saves nonzeros first.
   for (const int limit : {0, lp.settings.fill_limit}) {
     for (int j = 0; j < lp.num_cols() && !lp.tired(); ++j) {
-      if (lp.col_alive[j]) try_column(lp, j, limit);
+      if (lp.col_alive[j]) try_column(lp, j, limit, since);
       lp.poll();
     }
     if (lp.settings.fill_limit <= 0) break;

@@ -22,7 +22,7 @@ void tighten_columns_of(PresolveLp& lp, int i) {
   for (int e = lp.matrix.row_first(i); e >= 0 && !lp.ended(); e = lp.matrix[e].row_next) {
     if (std::fabs(lp.matrix[e].value) < tol::kSmallPivot) continue;
     const int j = lp.matrix[e].col;
-    const PresolveLp::Implied implied = lp.implied_bounds(e);
+    const Interval implied = lp.implied_bounds(e);
     const double width = lp.upper[j] - lp.lower[j];
     double low = lp.lower[j], high = lp.upper[j];
     if (std::fabs(implied.lower) < tol::kHugeBound &&
@@ -47,9 +47,12 @@ StrengthenedBounds strengthen_bounds(const LpProblem& lp_problem, const Presolve
     const int i = lp.row_list.take();
     ++lp.work;
     const Activity& activity = lp.activity(i);
-    const double slack = settings.feasibility_tolerance + activity.error;
-    if (activity.least() > lp.row_upper[i] + slack * std::max(1.0, std::fabs(lp.row_upper[i])) ||
-        activity.greatest() < lp.row_lower[i] - slack * std::max(1.0, std::fabs(lp.row_lower[i]))) {
+    const auto beyond = [&settings](double bound) {
+      return settings.feasibility_tolerance * std::max(1.0, std::fabs(bound));
+    };
+    const double low = lp.row_lower[i], high = lp.row_upper[i];
+    if (activity.least() > high + beyond(high) + activity.min_error ||
+        activity.greatest() < low - beyond(low) - activity.max_error) {
       lp.fail(FindingKind::implied_bounds, i);
       break;
     }

@@ -1,0 +1,240 @@
+#include "lp/dual_push.h"
+
+#include "lp/factor/basis_factor.h"
+
+namespace kelvo {
+
+namespace {
+
+// A multiplier of this size is 0 but for rounding.
+constexpr double kZeroMultiplier = 1e-10;
+// Entries of a tableau row that are smaller do not block: they are rounding, and useless as pivots.
+constexpr double kPivot = 1e-7;
+// Where several variables block within this much of the step, the largest pivot among them enters.
+constexpr double kSlack = 1e-9;
+
+class DualPush {
+ public:
+  DualPush(const LpProblem& lp, Vector<double>& y, Vector<int>& status, StopCheck& stop)
+      : lp_(lp),
+        y_(y),
+        status_(status),
+        home_(status),
+        stop_(stop),
+        factor_(lp.columns, FactorSettings(), nullptr),
+        direction_(lp.num_rows),
+        column_(lp.num_rows),
+        row_(lp.num_vars()) {}
+
+  bool run();
+
+ private:
+  bool start();
+  bool refactorize();
+  bool take_back(const BasisRepair& repair);
+  bool is_priced(int v) const;
+  void compute_multipliers();
+  bool push(int position);
+  void compute_row(int position);
+  int entering_variable(double wanted, double& step) const;
+  double slope(int j, double wanted) const;
+  void move(double step);
+  void compute_column(int j);
+  bool exchange(int position, int entering);
+
+  const LpProblem& lp_;
+  Vector<double>& y_;
+  Vector<int>& status_;
+  const Vector<int> home_;  // [variables] status at the start: where a variable stands
+  StopCheck& stop_;
+  BasisFactor factor_;
+  Vector<int> header_;             // [rows]
+  Vector<double> z_;               // [variables]
+  WorkVector direction_, column_;  // [rows]
+  WorkVector row_;                 // [variables] tableau row, nonbasic ones only
+};
+
+bool DualPush::refactorize() {
+  Vector<BasisRepair> repairs;
+  return factor_.factorize(header_, false, repairs, &stop_) == FactorOutcome::ok;
+}
+
+/// The first factorization. Columns that turn out dependent come back in place of priced ones.
+bool DualPush::start() {
+  Vector<BasisRepair> repairs;
+  const FactorOutcome outcome = factor_.factorize(header_, true, repairs, &stop_);
+  if (outcome == FactorOutcome::ok) return true;
+  if (outcome != FactorOutcome::repaired) return false;
+  for (const BasisRepair& repair : repairs) {
+    status_[repair.leaving] = kAtLower;
+    status_[lp_.num_cols + repair.row] = kBasic;
+  }
+  for (const BasisRepair& repair : repairs) {
+    if (!take_back(repair)) return false;
+  }
+  return true;
+}
+
+bool DualPush::take_back(const BasisRepair& repair) {
+  compute_column(repair.leaving);
+  int best = -1;
+  double largest = kPivot;
+  for (int p = 0; p < lp_.num_rows; ++p) {
+    const int v = header_[p];
+    if (std::fabs(column_.value[p]) <= largest || home_[v] != kBasic || !is_priced(v)) continue;
+    largest = std::fabs(column_.value[p]);
+    best = p;
+  }
+  return best >= 0 && exchange(best, repair.leaving);
+}
+
+/// True for what has to be pushed: a basic variable that stands at a bound, with a multiplier.
+bool DualPush::is_priced(int v) const {
+  return std::fabs(z_[v]) > kZeroMultiplier && (home_[v] != kBasic || lp_.lower[v] == lp_.upper[v]);
+}
+
+void DualPush::compute_multipliers() {
+  z_.assign(lp_.cost.begin(), lp_.cost.begin() + lp_.num_cols);
+  for (int j = 0; j < lp_.num_cols; ++j) {
+    for (int k = lp_.columns.start[j]; k < lp_.columns.start[j + 1]; ++k) {
+      z_[j] -= lp_.columns.value[k] * y_[lp_.columns.index[k]];
+    }
+  }
+  for (int i = 0; i < lp_.num_rows; ++i) z_.push_back(-y_[i]);
+}
+
+void DualPush::compute_row(int position) {
+  direction_.clear();
+  direction_.insert(position, 1.0);
+  factor_.btran(direction_, 0.1);
+  direction_.pack();
+  row_.clear();
+  const auto add = [this](int j, double value) {
+    if (status_[j] == kBasic || value == 0.0) return;
+    if (row_.value[j] == 0.0) row_.index[row_.count++] = j;
+    row_.value[j] += value;
+    if (row_.value[j] == 0.0) row_.value[j] = std::numeric_limits<double>::min();
+  };
+  for (int k = 0; k < direction_.count; ++k) {
+    const int i = direction_.index[k];
+    const double r = direction_.value[i];
+    for (int e = lp_.rows.start[i]; e < lp_.rows.start[i + 1]; ++e) {
+      add(lp_.rows.index[e], r * lp_.rows.value[e]);
+    }
+    add(lp_.num_cols + i, r);
+  }
+}
+
+/// How fast the multiplier of j approaches 0 from its allowed side; 0 when it does not.
+double DualPush::slope(int j, double wanted) const {
+  const double change = wanted > 0.0 ? row_.value[j] : -row_.value[j];  // z_j falls by it
+  if (std::fabs(change) < kPivot || lp_.lower[j] == lp_.upper[j]) return 0.0;
+  switch (status_[j]) {
+    case kAtLower:
+      return std::max(0.0, change);
+    case kAtUpper:
+      return std::max(0.0, -change);
+    default:
+      return std::fabs(change);
+  }
+}
+
+/// The variable that blocks, and the step it allows; -1 when the wanted step goes through.
+int DualPush::entering_variable(double wanted, double& step) const {
+  double allowed = std::fabs(wanted);
+  bool blocked = false;
+  for (int k = 0; k < row_.count; ++k) {
+    const int j = row_.index[k];
+    const double fall = slope(j, wanted);
+    if (fall == 0.0 || std::fabs(z_[j]) + kSlack >= allowed * fall) continue;
+    allowed = (std::fabs(z_[j]) + kSlack) / fall;
+    blocked = true;
+  }
+  if (!blocked) return -1;
+  int best = -1;
+  double largest = 0.0;
+  for (int k = 0; k < row_.count; ++k) {
+    const int j = row_.index[k];
+    const double fall = slope(j, wanted);
+    if (fall <= largest || std::fabs(z_[j]) > allowed * fall) continue;
+    largest = fall;
+    best = j;
+  }
+  step = std::copysign(std::fabs(z_[best]) / largest, wanted);
+  return best;
+}
+
+void DualPush::move(double step) {
+  for (int k = 0; k < direction_.count; ++k) {
+    y_[direction_.index[k]] += step * direction_.value[direction_.index[k]];
+  }
+  for (int k = 0; k < row_.count; ++k) z_[row_.index[k]] -= step * row_.value[row_.index[k]];
+}
+
+void DualPush::compute_column(int j) {
+  column_.clear();
+  if (j < lp_.num_cols) {
+    for (int k = lp_.columns.start[j]; k < lp_.columns.start[j + 1]; ++k) {
+      column_.insert(lp_.columns.index[k], lp_.columns.value[k]);
+    }
+  } else {
+    column_.insert(j - lp_.num_cols, 1.0);
+  }
+  factor_.ftran(column_, 0.1, true);
+}
+
+/// Exchanges by the column computed last.
+bool DualPush::exchange(int position, int entering) {
+  const double pivot = column_.value[position];
+  if (std::fabs(pivot) < kPivot) return false;
+  const bool updated = factor_.update(position, pivot);
+  const int leaving = header_[position];
+  status_[leaving] = home_[leaving] == kBasic ? static_cast<int>(kAtLower) : home_[leaving];
+  status_[entering] = kBasic;
+  header_[position] = entering;
+  return (updated && !factor_.should_refactor()) || refactorize();
+}
+
+bool DualPush::push(int position) {
+  const int v = header_[position];
+  compute_row(position);
+  const double wanted = z_[v];
+  double step = wanted;
+  const int entering = entering_variable(wanted, step);
+  move(step);
+  z_[v] -= step;
+  if (entering < 0) {
+    z_[v] = 0.0;
+    return true;
+  }
+  z_[entering] = 0.0;
+  compute_column(entering);
+  return exchange(position, entering);
+}
+
+bool DualPush::run() {
+  for (int v = 0; v < lp_.num_vars(); ++v) {
+    if (status_[v] == kBasic) header_.push_back(v);
+  }
+  if (static_cast<int>(header_.size()) != lp_.num_rows) return false;
+  compute_multipliers();
+  if (!start()) return false;
+  for (int p = 0; p < lp_.num_rows; ++p) {
+    if (!is_priced(header_[p])) continue;
+    if (stop_.check() != 0 || !push(p)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool push_duals(const LpProblem& lp, Vector<double>& y, Vector<int>& status, StopCheck& stop) {
+  Vector<double> pushed_y(y);
+  Vector<int> pushed_status(status);
+  if (!DualPush(lp, pushed_y, pushed_status, stop).run()) return false;
+  y.swap(pushed_y);
+  status.swap(pushed_status);
+  return true;
+}
+
+}  // namespace kelvo
