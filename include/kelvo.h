@@ -953,6 +953,9 @@ KLV_API int KLVdualwrite(KLVenv env, KLVprob lp, const char* filename, double* o
 KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
 /* Writes the problem as an LP file with the names x1, c1 and so on. 1421, 1422. */
 KLV_API int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename);
+/* Writes the conflict of the problem, a smallest infeasible part of it, as an LP file. 1421; 1719
+ * when the problem has no conflict, which in this version is always so: no function finds one. */
+KLV_API int KLVclpwrite(KLVenv env, KLVprob lp, const char* filename);
 
 /* Reads a basis file, ".bas" added to a name that does not open, and makes its basis the one from
  * which the next optimization starts. All or nothing. Lines about names that the problem does not

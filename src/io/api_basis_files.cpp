@@ -36,7 +36,7 @@ int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename) {
     problem.merge_pending();
     StoredBasis basis;
     KELVO_TRY(read_basis_file(filename, problem.model(), environment.messages(), basis));
-    problem.basis = std::move(basis);
+    problem.store_start_basis(std::move(basis));
     return {};
   });
 }

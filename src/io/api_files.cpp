@@ -6,6 +6,8 @@ using namespace kelvo;
 
 namespace {
 
+constexpr int kNoConflict = 1719;
+
 int write_as(KLVenv env, KLVprob lp, const char* filename, FileFormat format) {
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     return write_model_file(filename, format, environment.settings(), environment.messages(),
@@ -48,6 +50,14 @@ int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename) {
 
 int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename) {
   return write_as(env, lp, filename, FileFormat::lp);
+}
+
+// No function of the library makes a conflict yet.
+int KLVclpwrite(KLVenv env, KLVprob lp, const char* filename) {
+  return api_read(env, lp, [&](Environment&, Problem&) -> Status {
+    const bool named = filename != nullptr && filename[0] != '\0';
+    return Status::failure(named ? kNoConflict : error::kNoFileName);
+  });
 }
 
 int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename) {

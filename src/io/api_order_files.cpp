@@ -72,8 +72,8 @@ extern "C" {
 int KLVordread(KLVenv env, const char* filename, int numcols, char* const* colnames, int* cnt_p,
                int* indices, int* priority, int* direction) {
   return api_env(env, [&](Environment& environment) -> Status {
+    if (cnt_p != nullptr) *cnt_p = 0;
     KELVO_TRY(check_pointers(filename, cnt_p, indices, priority, direction));
-    *cnt_p = 0;
     if (colnames == nullptr) return Status::failure(error::kNoNames);
     if (numcols < 0) return Status::failure(error::kBadArgument);
     for (int j = 0; j < numcols; ++j) {

@@ -9,8 +9,13 @@
 //    LL column          the column is nonbasic at its lower bound
 //    SC column value    the column is nonbasic with this value
 //    SR row value       the row's slack is nonbasic; value is the row's activity
-//    BR row value       the row's slack is basic
+//    BR row value       the row's slack is basic; value is the row's activity
 //   ENDATA
+//
+// A restart file describes a point that need not be a vertex: lines XU and XL end with the column's
+// value, a line BR or SR stands there for every row and a line SC for every nonbasic column, and
+// the columns with a value between their bounds are superbasic (status 3). The activity of a 'G'
+// row is written with the opposite sign.
 //
 // Columns that no line mentions are nonbasic at the lower bound (without one at the upper bound,
 // without both free at zero), slacks basic. A later line about the same column or row counts. Codes
@@ -27,6 +32,12 @@
 
 namespace kelvo {
 
+/// The point of a restart file.
+struct RestartPoint {
+  Vector<double> x;         // [columns]
+  Vector<double> activity;  // [rows]
+};
+
 /// Reads a basis for a model; one without names is read with the default names. A line about a name
 /// that the model does not have is skipped with a warning. On failure `basis` is as it was; the
 /// error has been reported, except 1423 (the stream failed). Errors: 1441, 1551, 1552, 1553, 1434,
@@ -34,12 +45,18 @@ namespace kelvo {
 /// Throws std::bad_alloc.
 Status read_basis(LineReader& lines, const Model& model, MessageSink& sink, StoredBasis& basis);
 
+/// Reads a restart file: the same, and superbasic columns are taken. A column without a value has
+/// that of the bound where it is, or 0, a row 0. The results channel tells whether the file was
+/// loaded.
+Status read_restart(LineReader& lines, const Model& model, MessageSink& sink, StoredBasis& basis,
+                    RestartPoint& point);
+
 /// 1555, reported, unless there are as many basic variables as rows.
 Status check_basis_size(const Model& model, const StoredBasis& basis, MessageSink& sink);
 
 /// Writes a basis that check_basis_size() accepts. `solution_iterations` is negative without a
-/// solution. Throws std::bad_alloc.
+/// solution. With a point a restart file is written. Throws std::bad_alloc.
 void write_basis(const Model& model, const StoredBasis& basis, int solution_iterations,
-                 MessageSink& sink, FileStream& stream);
+                 MessageSink& sink, FileStream& stream, const RestartPoint* point = nullptr);
 
 }  // namespace kelvo

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "base/name_index.h"
 #include "io/basis_file.h"
@@ -16,6 +17,9 @@ constexpr int kEndMissing = 1552;
 constexpr int kWrongEntries = 1553;
 constexpr int kSuperbasic = 1554;
 
+/// In place of a value that has not been read; no number of a file is like it.
+constexpr double kNotGiven = std::numeric_limits<double>::quiet_NaN();
+
 enum Code : int { kAtLower = 0, kBasic = 1, kAtUpper = 2, kFree = 3 };
 
 /// A value counts as a bound when it agrees with it to so many times its magnitude (at least 1):
@@ -26,7 +30,8 @@ bool same_value(double a, double b) {
   return std::fabs(a - b) <= kAtBound * std::max(1.0, std::fabs(b));
 }
 
-/// What a line says. `column`, `row`: which names follow the code.
+/// What a line says. `column`, `row`: which names follow the code; `value`: a value must follow
+/// them.
 struct Record {
   char code[3];
   bool column;
@@ -48,8 +53,10 @@ constexpr Record kRecords[] = {
 
 class BasisParser {
  public:
-  BasisParser(LineReader& lines, const Model& model, MessageSink& sink)
+  /// `point`: null for a plain file, else what the values of a restart file are stored in.
+  BasisParser(LineReader& lines, const Model& model, MessageSink& sink, RestartPoint* point)
       : model_(model),
+        point_(point),
         names_(model, false),
         messages_(sink, false),
         fields_(lines, messages_),
@@ -63,6 +70,8 @@ class BasisParser {
 
  private:
   void start();
+  void start_point();
+  void finish_point();
   Status read_line();
   /// False, with a warning, when no column (row) has the name in this field.
   bool find_column(int field, int& column);
@@ -73,6 +82,7 @@ class BasisParser {
   Status check() const;
 
   const Model& model_;
+  RestartPoint* const point_;
   const ModelNames names_;
   MpsMessages messages_;
   MpsFields fields_;
@@ -94,23 +104,30 @@ void BasisParser::start() {
   }
 }
 
+void BasisParser::start_point() {
+  point_->activity.assign(model_.num_rows, 0.0);
+  point_->x.assign(model_.num_cols, kNotGiven);
+}
+
+/// Columns without a value are at their bounds.
+void BasisParser::finish_point() {
+  for (int j = 0; j < model_.num_cols; ++j) {
+    if (!std::isnan(point_->x[j])) continue;
+    const int status = basis_.col_status[j];
+    point_->x[j] = status == kAtLower ? model_.lower[j] : status == kAtUpper ? model_.upper[j] : 0;
+  }
+}
+
 Status BasisParser::parse(StoredBasis& result) {
   start();
-  KELVO_TRY(fields_.next());
-  if (fields_.kind() != MpsLine::header || !fields_.header_is("NAME")) {
-    return messages_.error(mps_error::kNoName, fields_.line_number());
-  }
-  for (;;) {
-    KELVO_TRY(fields_.next());
-    if (fields_.kind() != MpsLine::data) break;
-    KELVO_TRY(read_line());
-  }
+  if (point_ != nullptr) start_point();
+  bool ended = false;
+  KELVO_TRY(fields_.read_named_lines([this] { return read_line(); }, ended));
   unknown_names_.close();
   messages_.close_file();
-  if (fields_.kind() != MpsLine::header || !fields_.header_is("ENDATA")) {
-    return messages_.error(kEndMissing);
-  }
+  if (!ended) return messages_.error(kEndMissing);
   KELVO_TRY(check());
+  if (point_ != nullptr) finish_point();
   result = std::move(basis_);
   return {};
 }
@@ -129,10 +146,20 @@ Status BasisParser::read_line() {
   }
   bool has_value = false;
   double value = 0.0;
-  if (record->value) KELVO_TRY(read_value(1 + names, has_value, value));
+  if (record->value || (point_ != nullptr && fields_.count() > 1 + names)) {
+    KELVO_TRY(read_value(1 + names, has_value, value));
+  }
   int column = -1, row = -1;
   if (record->column && !find_column(1, column)) return {};
   if (record->row && !find_row(names, row)) return {};
+  if (point_ != nullptr && has_value) {
+    if (column >= 0) {
+      point_->x[column] = value;
+    } else {
+      if (model_.row_sense[row] == 'G') value = 0.0 - value;
+      point_->activity[row] = value;
+    }
+  }
   if (column >= 0) {
     if (record->column_status >= 0) {
       basis_.col_status[column] = record->column_status;
@@ -176,7 +203,8 @@ Status BasisParser::read_value(int field, bool& given, double& value) {
   return {};
 }
 
-/// A nonbasic column with a value: at a bound, or free at zero. 1554 for any other value.
+/// A nonbasic column with a value: at a bound, or free at zero. With any other value it is
+/// superbasic, in a plain file 1554.
 Status BasisParser::set_column(int column, double value) {
   const double lower = model_.lower[column], upper = model_.upper[column];
   const bool below = lower <= -kInfiniteBound, above = upper >= kInfiniteBound;
@@ -186,7 +214,7 @@ Status BasisParser::set_column(int column, double value) {
     if (status != kAtUpper || lower != upper) status = kAtLower;
   } else if (!above && same_value(value, upper)) {
     status = kAtUpper;
-  } else if (below && above && value == 0.0) {
+  } else if (point_ != nullptr || (below && above && value == 0.0)) {
     status = kFree;
   } else {
     return messages_.error(kSuperbasic);
@@ -216,7 +244,17 @@ Status BasisParser::check() const {
 }  // namespace
 
 Status read_basis(LineReader& lines, const Model& model, MessageSink& sink, StoredBasis& basis) {
-  return BasisParser(lines, model, sink).parse(basis);
+  return BasisParser(lines, model, sink, nullptr).parse(basis);
+}
+
+Status read_restart(LineReader& lines, const Model& model, MessageSink& sink, StoredBasis& basis,
+                    RestartPoint& point) {
+  RestartPoint fresh;
+  const Status status = BasisParser(lines, model, sink, &fresh).parse(basis);
+  if (status.ok()) point = std::move(fresh);
+  sink.send(Channel::results, status.ok() ? "Load of restart from file succeeded.\n"
+                                          : "Load of restart from file failed.\n");
+  return status;
 }
 
 }  // namespace kelvo

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 
 #include "env/error_table.h"
@@ -19,6 +20,30 @@ int surplus_of_basics(const Model& model, const StoredBasis& basis) {
   return static_cast<int>(basics) - model.num_rows;
 }
 
+/// A value of a restart file, whatever the locale says about decimal points, and the line's end.
+void print_value(FileStream& stream, double value) {
+  constexpr int kDigits = 15;  // after the point
+  constexpr int kField = 23;
+  char text[40];
+  *std::to_chars(text, text + sizeof text - 1, value, std::chars_format::scientific, kDigits).ptr =
+      '\0';
+  stream.print("%*s\n", kField, text);
+}
+
+void write_point(const Model& model, const StoredBasis& basis, const RestartPoint& point,
+                 const ModelNames& names, int width, FileStream& stream) {
+  for (int i = 0; i < model.num_rows; ++i) {
+    stream.print(" %s %-*.255s  ", basis.row_status[i] == kBasic ? "BR" : "SR", width,
+                 names.rows[i]);
+    print_value(stream, model.row_sense[i] == 'G' ? 0.0 - point.activity[i] : point.activity[i]);
+  }
+  for (int j = 0; j < model.num_cols; ++j) {
+    if (basis.col_status[j] == kBasic) continue;
+    stream.print(" SC %-*.255s  ", width, names.columns[j]);
+    print_value(stream, point.x[j]);
+  }
+}
+
 }  // namespace
 
 Status check_basis_size(const Model& model, const StoredBasis& basis, MessageSink& sink) {
@@ -28,7 +53,7 @@ Status check_basis_size(const Model& model, const StoredBasis& basis, MessageSin
 }
 
 void write_basis(const Model& model, const StoredBasis& basis, int solution_iterations,
-                 MessageSink& sink, FileStream& stream) {
+                 MessageSink& sink, FileStream& stream, const RestartPoint* point) {
   const ModelNames names(model, false);
   if (!names.columns.all_are_fields() || !names.rows.all_are_fields()) {
     sink.send(Channel::warning, "Warning:  Names with blanks cannot be read back.\n");
@@ -49,13 +74,20 @@ void write_basis(const Model& model, const StoredBasis& basis, int solution_iter
   for (int i = 0; i < model.num_rows && advance(); ++i) {
     if (basis.row_status[i] == kBasic) continue;
     const bool at_upper = model.row_sense[i] == 'G' || basis.row_status[i] == kAtUpper;
-    stream.print(" X%c %-*.255s  %.255s\n", at_upper ? 'U' : 'L', width, names.columns[next++],
-                 names.rows[i]);
+    stream.print(" X%c %-*.255s  ", at_upper ? 'U' : 'L', width, names.columns[next]);
+    if (point != nullptr) {
+      stream.print("%-*.255s  ", width, names.rows[i]);
+      print_value(stream, point->x[next]);
+    } else {
+      stream.print("%.255s\n", names.rows[i]);
+    }
+    ++next;
   }
   for (; advance(); ++next) stream.print(" BS %.255s\n", names.columns[next]);
   for (int j = 0; j < model.num_cols; ++j) {
     if (basis.col_status[j] == kAtUpper) stream.print(" UL %.255s\n", names.columns[j]);
   }
+  if (point != nullptr) write_point(model, basis, *point, names, width, stream);
   stream.write("ENDATA\n");
 }
 

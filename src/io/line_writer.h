@@ -14,6 +14,8 @@ class LineWriter {
   explicit LineWriter(FileStream& stream) : stream_(stream) { text_.reserve(2 * kBlock); }
   /// Where continuation lines start.
   void set_indent(int indent) { indent_ = indent; }
+  /// Whether the lines that end from now on are comments, with a backslash before them.
+  void set_comment(bool comment) { comment_ = comment; }
   /// Length of the current line.
   int length() const { return static_cast<int>(text_.size() - line_begin_); }
   /// Appends as it is.
@@ -42,6 +44,7 @@ class LineWriter {
   }
   /// Ends the current line, even when it is empty.
   void end_line() {
+    if (comment_) text_.insert(line_begin_, 1, '\\');
     text_ += '\n';
     if (text_.size() >= kBlock) send();
     line_begin_ = text_.size();
@@ -60,6 +63,7 @@ class LineWriter {
   String text_;  // whole lines that wait, and the current one
   std::size_t line_begin_ = 0;
   int indent_ = 0;
+  bool comment_ = false;
 };
 
 /// A short text that is put together from pieces: at most two names, two numbers and a few signs.

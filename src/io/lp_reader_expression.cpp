@@ -260,8 +260,6 @@ Status LpExpressionParser::finish_constraint() {
   if (is_indicator_) {
     KELVO_TRY(collector_.add_indicator(indicator_, constraint));
   } else if (has_bracket_) {
-    // A quadratic equation has no convex side to stay on.
-    if (sense_ == 'E') return diagnostics_.error(1437);
     KELVO_TRY(collector_.add_quadratic_constraint(constraint));
   } else {
     KELVO_TRY(collector_.add_constraint(section_, constraint));

@@ -148,10 +148,7 @@ void LpFileWriter::announce_losses() {
     if (count > 0) sink_.print(Channel::warning, text, count);
   };
   tell("Warning:  %d numbers cannot be read back from an LP file.\n", token_.numbers().unreadable);
-  int equations = 0, sets = 0;
-  for (const QuadraticConstraint& row : model_.quadratic_constraints) {
-    if (row.sense == 'E') ++equations;
-  }
+  int sets = 0;
   for (int k = 0; k < model_.sos.size(); ++k) {
     const double* const weight = model_.sos.members.value.data();
     Vector<double> sorted(weight + model_.sos.members.start[k],
@@ -159,7 +156,6 @@ void LpFileWriter::announce_losses() {
     std::sort(sorted.begin(), sorted.end());
     if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) ++sets;
   }
-  tell("Warning:  %d quadratic equations cannot be read back from an LP file.\n", equations);
   tell("Warning:  %d sets with equal weights cannot be read back from an LP file.\n", sets);
 }
 
@@ -300,6 +296,9 @@ void LpFileWriter::rows() {
   const int nonzeros = by_row_.num_nonzeros();
   std::size_t next_range = 0;
   for (int i = 0; i < model_.num_rows; ++i) {
+    const bool is_comment = settings_.is_conflict && i == model_.num_rows - 1;
+    if (is_comment) line_.put_lines("\\Sum of equality rows in the conflict:\n");
+    line_.set_comment(is_comment);
     label(names_.rows[i], width);
     line_.set_indent(width);
     bool first = true;
@@ -312,6 +311,7 @@ void LpFileWriter::rows() {
     }
     sense_and_rhs(model_.row_sense[i], model_.rhs[i]);
   }
+  line_.set_comment(false);
 }
 
 void LpFileWriter::quadratic_constraints() {
@@ -328,6 +328,8 @@ void LpFileWriter::quadratic_constraints() {
     for (std::size_t t = 0; t < row.quad_row.size(); ++t) {
       product_term(row.quad_value[t], row.quad_row[t], row.quad_col[t], first);
     }
+    // Readers want a term in the bracket.
+    if (first && model_.num_cols > 0) product_term(0.0, 0, 0, first);
     line_.token(" ]");
     sense_and_rhs(row.sense, row.rhs);
   }

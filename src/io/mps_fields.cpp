@@ -1,5 +1,6 @@
 #include "io/mps_fields.h"
 
+#include <algorithm>
 #include <array>
 
 #include "base/error_code.h"
@@ -78,6 +79,13 @@ Status MpsFields::next() {
       return {};
     }
   }
+}
+
+Status MpsFields::take_name() {
+  KELVO_TRY(next());
+  if (kind_ == MpsLine::header && header_is("NAME")) return {};
+  // An empty file lacks its first line.
+  return messages_.error(mps_error::kNoName, std::max(line_number(), 1));
 }
 
 std::string_view MpsFields::cut_long(std::string_view whole, std::size_t limit) {

@@ -36,6 +36,13 @@ class MpsFields {
   /// reported) the file cannot be read to its end.
   Status next();
 
+  /// Takes the header NAME, which begins every file. Error: 1441 another line comes first.
+  Status take_name();
+  /// Reads a file that is a NAME line and data lines up to another header: `read_line`, a function
+  /// without arguments, reads each of them. `ended` tells whether that header is ENDATA.
+  template <class ReadLine>
+  Status read_named_lines(ReadLine read_line, bool& ended);
+
   MpsLine kind() const { return kind_; }
   std::string_view text() const { return lines_.text(); }
   int line_number() const { return lines_.line_number(); }
@@ -71,6 +78,18 @@ class MpsFields {
   int count_ = 0;
   std::string_view field_[kMostFields];
 };
+
+template <class ReadLine>
+Status MpsFields::read_named_lines(ReadLine read_line, bool& ended) {
+  KELVO_TRY(take_name());
+  for (;;) {
+    KELVO_TRY(next());
+    if (kind_ != MpsLine::data) break;
+    KELVO_TRY(read_line());
+  }
+  ended = kind_ == MpsLine::header && header_is("ENDATA");
+  return {};
+}
 
 /// True when two texts agree without regard to the case of letters; `capitals` has no small ones.
 bool equal_ignoring_case(std::string_view text, std::string_view capitals);

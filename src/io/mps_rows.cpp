@@ -18,10 +18,7 @@ int sense_of(std::string_view text) {
 }  // namespace
 
 Status MpsParser::read_name() {
-  KELVO_TRY(fields_.next());
-  if (fields_.kind() != MpsLine::header || !fields_.header_is("NAME")) {
-    return messages_.error(mps_error::kNoName, line_number());
-  }
+  KELVO_TRY(fields_.take_name());
   // The name is the field behind the five characters "NAME ".
   constexpr std::size_t kSkipped = 5;
   const std::string_view first = fields_.raw(0);

@@ -57,19 +57,10 @@ class OrderParser {
 };
 
 Status OrderParser::parse(PriorityOrder& result) {
-  KELVO_TRY(fields_.next());
-  if (fields_.kind() != MpsLine::header || !fields_.header_is("NAME")) {
-    return messages_.error(mps_error::kNoName, fields_.line_number());
-  }
-  for (;;) {
-    KELVO_TRY(fields_.next());
-    if (fields_.kind() != MpsLine::data) break;
-    KELVO_TRY(read_line());
-  }
+  bool ended = false;
+  KELVO_TRY(fields_.read_named_lines([this] { return read_line(); }, ended));
   warnings_.close();
-  if (fields_.kind() != MpsLine::header || !fields_.header_is("ENDATA")) {
-    sink_.send(Channel::warning, "Warning: 'ENDATA' missing.\n");
-  }
+  if (!ended) sink_.send(Channel::warning, "Warning: 'ENDATA' missing.\n");
   result = std::move(order_);
   return {};
 }

@@ -66,7 +66,7 @@ TEST_F(BasisFiles, AFailedReadLeavesTheBasisAlone) {
     const char* error;
   };
   for (const Case& c : std::initializer_list<Case>{
-           {"", 1441, "Line 0: No NAME section"},
+           {"", 1441, "Line 1: No NAME section"},
            {"* text\nROWS\n", 1441, "Line 2: No NAME section"},
            {"NAME\n XU x cap\n", 1552, "'ENDATA' missing"},
            {"NAME\n XU x cap\nROWS\n", 1552, "'ENDATA' missing"},

@@ -93,7 +93,7 @@ TEST_F(ModelFiles, AFailedReadLeavesTheProblemAlone) {
            {folder_.string(), "MPS", 1423,
             "Could not open file '" + folder_.string() + "' for reading"},
            {put("empty", ""), nullptr, 1424, "Invalid filetype"},
-           {put("empty.mps", ""), nullptr, 1441, "Line 0: No NAME section"},
+           {put("empty.mps", ""), nullptr, 1441, "Line 1: No NAME section"},
            {put("other", "What is this?\n"), nullptr, 1424, "Invalid filetype"},
            {put("binary", "\x01\x02"), nullptr, 1424, "Invalid filetype"},
            {put("net.min", "p min 1 1\n"), nullptr, 1424, "Invalid filetype"},
@@ -139,6 +139,8 @@ TEST_F(ModelFiles, WritingChoosesTheFormat) {
   EXPECT_EQ(KLVwriteprob(env, lp, nullptr, nullptr), 1421);
   EXPECT_EQ(KLVwriteprob(env, lp, "", "LP"), 1421);
   EXPECT_EQ(KLVmpswrite(env, lp, nullptr), 1421);
+  EXPECT_EQ(KLVclpwrite(env, lp, ""), 1421);
+  EXPECT_EQ(KLVclpwrite(env, lp, path("conflict.lp").c_str()), 1719);
 
   int index = -1;
   ASSERT_EQ(KLVmpsrewrite(env, lp, path("generic.mps").c_str()), 0);

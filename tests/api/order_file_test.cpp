@@ -75,7 +75,7 @@ TEST_F(OrderFiles, AFailedReadLeavesTheOrderAlone) {
     const char* error;
   };
   for (const Case& c : std::initializer_list<Case>{
-           {"", 1441, "Line 0: No NAME section"},
+           {"", 1441, "Line 1: No NAME section"},
            {"\n UP a 1\n", 1441, "Line 2: No NAME section"},
            {"NAME\n ux a 1\n", 3012, "Line 2: Unrecognized direction 'UX'"},
            {"NAME\n x1 5\n", 3012, "Line 2: Unrecognized direction 'X1'"},

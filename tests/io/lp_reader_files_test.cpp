@@ -43,13 +43,6 @@ const std::set<std::pair<std::string, int>> kRefused = {
     {"estein1_t4Nr22", 1617},  // names that read as exponents
     {"estein4_data1", 1617},   //
     {"estein5_data1", 1617},   //
-    {"pyo-small1", 1437},      // quadratic equations
-    {"pyo-small2", 1437},      //
-    {"pyo-small3", 1437},      //
-    {"pyo-small4", 1437},      //
-    {"pyo-small5", 1437},      //
-    {"pyo-small6", 1437},      //
-    {"pyo-small7", 1437},      //
     {"pyo-ef_SIZES3", 1447},   // a row name given twice
     {"pyo-ef_SIZES10", 1447},  //
     {"pyo-ef_farmer", 1447},   //

@@ -66,7 +66,6 @@ TEST(LpReaderMessages, ExpressionErrors) {
           {"min [ x^2 ] /\nst\nx>=1\nend\n",
            "1619: Line 2: Missing or incorrect divisor for Q terms"},
           {"min [ x^2 ] / x\nend\n", "1619: Line 1: Missing or incorrect divisor for Q terms"},
-          {"min x\nst\n[x^2] = 4\nend\n", "1437: Line 3: Illegal quadratic constraint sense"},
           {"min x\nuser cuts\n[x^2] <= 4\nend\n",
            "1605: Line 3: Illegal quadratic term in a constraint"},
           {"min x\nst\nx=1 -> [x^2] <= 4\nend\n",

@@ -244,7 +244,7 @@ TEST(LpReader, QuadraticConstraints) {
   const LpReading r = read_lp(
       "min x\nst\n"
       " q: x + 2 y + [ 3 x^2 + 4 x*y - y^2 ] - x <= 8\n"
-      " [ x^2 ] >= 1\n"
+      " [ x^2 ] = 1\n"
       " lin: x >= 1\n"
       "end\n");
   ASSERT_TRUE(r.status.ok()) << r.errors;
@@ -259,6 +259,7 @@ TEST(LpReader, QuadraticConstraints) {
   EXPECT_EQ(q.quad_value, (Vector<double>{3.0, 4.0, -1.0}));
   EXPECT_EQ(q.sense, 'L');
   EXPECT_EQ(q.rhs, 8.0);
+  EXPECT_EQ(r.model.quadratic_constraints[1].sense, 'E');
   EXPECT_EQ(r.model.quadratic_names.view(1), "q2");
 }
 

@@ -194,7 +194,7 @@ TEST(MpsReader, SectionErrors) {
   const std::string model = rows + "COLUMNS\n x c1 1\nRHS\n";
   for (const auto& [text, code, message] :
        std::initializer_list<std::tuple<std::string, int, const char*>>{
-           {"", 1441, "Line 0: No NAME section"},
+           {"", 1441, "Line 1: No NAME section"},
            {"ROWS\n", 1441, "Line 1: No NAME section"},
            {" NAME\n", 1441, "Line 1: No NAME section"},
            {std::string("\0\1\2\n\x7f\x45\x4c\x46\nELF\n", 13), 1441, "Line 3: No NAME section"},

@@ -13,6 +13,7 @@
 #include "io/mps_reader.h"
 #include "io/mps_writer.h"
 #include "io/number_format.h"
+#include "io/written.h"
 
 namespace kelvo {
 namespace {
@@ -130,17 +131,7 @@ std::string file_text(const std::string& path) {
   return text.str();
 }
 
-template <class Write>
-std::string written(Write write) {
-  const std::string path = ::testing::TempDir() + "kelvo_writer_test_" + std::to_string(getpid());
-  FileStream stream;
-  EXPECT_TRUE(open_output(path.c_str(), false, stream).ok());
-  EXPECT_TRUE(write(stream).ok());
-  EXPECT_TRUE(close_file(stream).ok());
-  const std::string text = file_text(path);
-  std::remove(path.c_str());
-  return text;
-}
+using test::written;
 
 std::string as_lp(const Model& model, MessageSink& sink, LpWriterSettings settings = {}) {
   return written([&](FileStream& stream) { return write_lp(model, settings, sink, stream); });
@@ -172,6 +163,27 @@ TEST(LpWriter, EverySectionToTheByte) {
             "Semi-Continuous\n half \n"
             "End\n");
   EXPECT_EQ(sink.text_, "");
+}
+
+TEST(LpWriter, TheLastRowOfAConflictIsAComment) {
+  Model model = rich_model();
+  model.column_type.clear();
+  for (int i = 0; i < 3; ++i) model.col_names.rename(i, std::string(30, "xyz"[i]));
+  Recorder sink;
+  LpWriterSettings settings;
+  settings.is_conflict = true;
+  const std::string text = as_lp(model, sink, settings);
+  EXPECT_NE(text.find("\n low: 7 " + std::string(30, 'z') +
+                      " + 1e-9 half >= -2\n"
+                      "\\Sum of equality rows in the conflict:\n"
+                      "\\ rng: " +
+                      std::string(30, 'y') + " + 3 lot - Rgrng  = 1\nBounds\n"),
+            std::string::npos)
+      << text;
+  Model back;
+  LineReader lines{std::string_view(text)};
+  ASSERT_TRUE(LpReader(lines, {}, sink).read(back).ok());
+  EXPECT_EQ(back.num_rows, model.num_rows - 1);
 }
 
 TEST(LpWriter, NamesAreMadeLegalOrDefault) {
