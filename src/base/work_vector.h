@@ -19,7 +19,9 @@ struct WorkVector {
   static constexpr int kDense = -1;
 
   Vector<double> value;  // [size]
-  Vector<int> index;     // [size]; the first `count` are valid unless count == kDense
+  // [size + 1]; the first `count` are valid unless count == kDense. One place more than entries:
+  // loops without branches write behind the last one.
+  Vector<int> index;
   int count = 0;
 
   WorkVector() = default;
@@ -27,7 +29,7 @@ struct WorkVector {
 
   void setup(int size) {
     value.assign(size, 0.0);
-    index.assign(size, 0);
+    index.assign(static_cast<std::size_t>(size) + 1, 0);
     count = 0;
   }
   int size() const { return static_cast<int>(value.size()); }

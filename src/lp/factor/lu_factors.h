@@ -62,6 +62,7 @@ struct LuFactors {
 
   // Pivots; -1 where a row or position has none (only after a failed factorization).
   int num_pivots = 0;
+  int num_logical = 0;              // the leading pivots that are logicals: unit columns of B
   int num_triangular = 0;           // the leading pivots that were singletons of B
   Vector<int> row_of_pivot;         // [m]
   Vector<int> position_of_pivot;    // [m]

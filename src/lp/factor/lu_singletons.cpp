@@ -36,6 +36,7 @@ void LuKernel::pivot_logicals() {
     // A logical that occurs twice stays unpivoted the second time and is repaired away.
     if (lu_->pivot_of_row[row] < 0) record_pivot(row, p, 1.0);
   }
+  lu_->num_logical = lu_->num_pivots;
   work_ += num_positions_;
 }
 

@@ -70,6 +70,28 @@ inline void for_nonzeros_up(const double* a, int begin, int end, Body body) {
   }
 }
 
+/// Moves the values of the leading pivots to their places in a result, where nothing is left to be
+/// eliminated: without a branch within a block, as which entries are nonzero is as good as random.
+inline int move_out(double* a, int end, const int* place, double* result, int* list, int count) {
+  int k = 0;
+  const auto move = [&](int i) {
+    const double x = a[i];
+    const bool stays = !negligible(x);
+    const int at = place[i];
+    a[i] = 0.0;
+    // The pivots that an update has moved are zero here and have their results already.
+    result[at] = stays ? x : result[at];
+    list[count] = at;
+    count += stays;
+  };
+  for (; end - k >= kBlock; k += kBlock) {
+    if (block_is_zero(a + k)) continue;
+    for (int i = k; i < k + kBlock; ++i) move(i);
+  }
+  for (; k < end; ++k) move(k);
+  return count;
+}
+
 /// The arrays of a file, held in registers by the loops.
 struct Entries {
   const int* index;
@@ -87,7 +109,7 @@ void LuSolver::setup() {
   const int m = lu_.m;
   for (WorkVector& inner : inner_) {
     // The list is made last: of its length, the vector is complete even after memory ran short.
-    if (static_cast<int>(inner.index.size()) != m) inner.setup(m);
+    if (static_cast<int>(inner.index.size()) != m + 1) inner.setup(m);
   }
   marked_.assign(m, 0);
   reach_.resize(m);
@@ -231,7 +253,8 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
       if (k >= 0 && a[k] != 0.0) eliminate(k);
     }
     if (lu_.dense.order > 0) lu_.dense.solve_upper(a + lu_.block_begin());
-    for_nonzeros_down(a, 0, m, eliminate);
+    for_nonzeros_down(a, lu_.num_logical, m, eliminate);
+    count = move_out(a, lu_.num_logical, position, y, list, count);
     touched += m + lu_.dense.size() / kDenseSpeed;
     out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }
@@ -360,7 +383,7 @@ void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& ou
       lu_.dense.solve_lower_transposed(a + lu_.block_begin());
       touched += lu_.dense.size() / kDenseSpeed;
     }
-    for_nonzeros_down(a, 0, m, [&](int k) {
+    for_nonzeros_down(a, lu_.num_logical, m, [&](int k) {
       const double yk = a[k];
       a[k] = 0.0;
       if (negligible(yk)) return;
@@ -369,6 +392,7 @@ void LuSolver::solve_l_transposed(WorkVector& y, double expected, WorkVector& ou
       entries.subtract(row[k], yk, a);
       touched += row[k].size();
     });
+    count = move_out(a, lu_.num_logical, row_of_pivot, x, list, count);
     touched += m;
     out.count = count > kListDensity * m ? WorkVector::kDense : count;
   }

@@ -29,6 +29,10 @@ bool entry_is_sound(const PresolveLp& lp, double old, double added);
 double sound_sum(double old, double added);
 void shift_limits(PresolveLp& lp, int i, double shift);
 void count_substitution(PresolveLp& lp);
+/// True when passing the cost of entry e's column on to the other columns of its row makes no
+/// dual infeasibility at the logical basis worse: a priced slack (a penalty, say) is worth keeping
+/// when a first phase would be the price of its removal.
+bool cost_may_pass(const PresolveLp& lp, int e);
 
 // substitution.cpp: an implied free column is given by a row.
 bool substitute_free_singleton(PresolveLp& lp, int j);

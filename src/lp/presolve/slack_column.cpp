@@ -28,6 +28,7 @@ bool absorb_slack_column(PresolveLp& lp, int j) {
   if (cost != 0.0 && !lp.row_is_within(i, lp.settings.coefficient_ratio * std::fabs(a))) {
     return false;
   }
+  if (!cost_may_pass(lp, e)) return false;
   const double at_lower = a * lp.lower[j], at_upper = a * lp.upper[j];
   const double greatest = std::max(at_lower, at_upper), least = std::min(at_lower, at_upper);
   if ((std::isfinite(greatest) && std::fabs(greatest) > tol::kHugeBound) ||

@@ -46,6 +46,13 @@ void record_substitution(PresolveLp& lp, int e, double rhs, int side) {
   lp.record_column(j, i);
 }
 
+/// How far a cost pulls a column to where it has no bound.
+double pull(const PresolveLp& lp, int j, double cost) {
+  if (cost < 0.0 && lp.upper[j] == kInf) return -cost;
+  if (cost > 0.0 && lp.lower[j] == -kInf) return cost;
+  return 0.0;
+}
+
 /// The objective without x_j.
 void substitute_in_objective(PresolveLp& lp, int e, double rhs) {
   const int i = lp.matrix[e].row, j = lp.matrix[e].col;
@@ -148,6 +155,20 @@ bool try_column(PresolveLp& lp, int j, int fill_limit, int since) {
 }
 
 }  // namespace
+
+bool cost_may_pass(const PresolveLp& lp, int e) {
+  const int i = lp.matrix[e].row, j = lp.matrix[e].col;
+  const double y = lp.cost[j] / lp.matrix[e].value;
+  if (y == 0.0) return true;
+  double before = pull(lp, j, lp.cost[j]), after = 0.0;
+  for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
+    const int k = lp.matrix[f].col;
+    if (k == j) continue;
+    before += pull(lp, k, lp.cost[k]);
+    after += pull(lp, k, sound_sum(lp.cost[k], -y * lp.matrix[f].value));
+  }
+  return after <= before;
+}
 
 bool substitute_free_singleton(PresolveLp& lp, int j) {
   if (!lp.may_remove(j) || !lp.is_implied_free(j)) return false;

@@ -21,6 +21,12 @@ constexpr double kGroupPivotShare = 0.1;
 constexpr double kGoodPivot = 1.0;
 // Breakpoints are first narrowed down to those below a bound that grows by this factor.
 constexpr double kReachGrowth = 10.0;
+// Candidates are collected at once as far as kUsualReach times a running average of how far the
+// last tests went (flips may take them far beyond the first bound). Where that is not enough the
+// reach grows by kReachGrowth; after kReachAttempts of those everything is collected.
+constexpr double kUsualReach = 2.0;
+constexpr double kReachMemory = 0.25;  // weight of the newest test in the average
+constexpr int kReachAttempts = 2;
 // Groups found by scanning before the rest of the candidates is sorted: each scan costs as much as
 // there are candidates, and most ratio tests need one or two.
 constexpr int kScannedGroups = 4;
@@ -48,21 +54,32 @@ void DualRatioTest::lift_bans() {
   banned_list_.clear();
 }
 
-void DualRatioTest::collect(double direction, double filter) {
+// Collects the candidates whose breakpoints may lie within the first reach, or all of them, and
+// finds the Harris bound on the way: the bound falls quickly, so that few others are stored.
+void DualRatioTest::collect(double direction, double filter, bool all) {
   const WorkVector& row = state_.pivot_row;
   const double* alpha = row.value.data();
   const double* dual = state_.reduced_cost.data();
   const signed char* move = state_.move.data();
+  const double delta = state_.dual_tolerance;
   const bool bans = has_bans();
   Candidate* out = candidates_.data();
   int count = 0;
   double largest = 0.0;
+  double bound = kInf, at_bound = 0.0, reach = kInf;
   const auto add = [&](int j, double rate, double d) {
-    // Half of the entries have the wrong sign, at random: no branch, the next one overwrites.
+    largest = std::max(largest, rate);
+    // Most entries are out of reach. Of the others half have the wrong sign, at random: no branch,
+    // the next one overwrites.
+    if (d > reach * rate) return;
     const bool counts = rate > filter;
     out[count] = {j, rate, d, 0.0};
     count += counts;
-    largest = std::max(largest, rate);
+    if (counts && d + delta < bound * rate) {
+      bound = std::max(0.0, (d + delta) / rate);
+      at_bound = rate;
+      if (!all) reach = first_reach(bound);
+    }
   };
   for (int k = 0; k < row.count; ++k) {
     const int j = row.index[k];
@@ -77,20 +94,23 @@ void DualRatioTest::collect(double direction, double filter) {
   }
   if (largest <= filter) largest = 0.0;
   count_ = count;
+  all_collected_ = all;
   largest_alpha_ = largest;
+  bound_ = bound;
+  alpha_at_bound_ = at_bound;
 }
 
-double DualRatioTest::harris_bound(int begin, int end, double& alpha_at_bound) const {
+double DualRatioTest::first_reach(double bound) const {
+  return std::max(kReachGrowth * bound, usual_reach_) + state_.dual_tolerance;
+}
+
+double DualRatioTest::harris_bound(int begin, int end) const {
   const double delta = state_.dual_tolerance;
   double bound = kInf;
-  alpha_at_bound = 0.0;
   for (int k = begin; k < end; ++k) {
     const Candidate& c = candidates_[k];
     const double relaxed = c.dual + delta;
-    if (relaxed < bound * c.alpha) {
-      bound = std::max(0.0, relaxed / c.alpha);
-      alpha_at_bound = c.alpha;
-    }
+    if (relaxed < bound * c.alpha) bound = std::max(0.0, relaxed / c.alpha);
   }
   return bound;
 }
@@ -105,9 +125,10 @@ bool DualRatioTest::better(const Candidate& a, const Candidate& b) const {
 }
 
 // Moves to the front the candidates whose breakpoints can be reached with a positive slope, and
-// possibly some more; returns their number.
-int DualRatioTest::limit_to_reachable(double slope, double first_bound) {
-  double reach = kReachGrowth * first_bound + state_.dual_tolerance;
+// possibly some more; returns their number, or -1 when that takes candidates not yet collected.
+int DualRatioTest::limit_to_reachable(double slope) {
+  const double end = all_collected_ ? kInf : first_reach(bound_);
+  double reach = std::min(end, kReachGrowth * bound_ + state_.dual_tolerance);
   int front = 0;
   while (true) {
     double next = kInf;
@@ -121,13 +142,17 @@ int DualRatioTest::limit_to_reachable(double slope, double first_bound) {
         next = std::min(next, c.dual / c.alpha);
       }
     }
-    if (front == count_) reach = kInf;
-    if (slope < 0.0 || front == count_) {
-      reach_ = reach;
-      return front;
+    if (slope < 0.0) break;
+    if (reach == end && end < kInf) return -1;
+    if (front == count_) {
+      reach = end;
+      if (end == kInf) break;
+    } else {
+      reach = std::min(end, kReachGrowth * std::max(reach, next));
     }
-    reach = kReachGrowth * std::max(reach, next);
   }
+  reach_ = reach;
+  return front;
 }
 
 void DualRatioTest::form_groups(double slope, int reachable) {
@@ -138,9 +163,8 @@ void DualRatioTest::form_groups(double slope, int reachable) {
       form_sorted_groups(slope, begin, reachable);
       return;
     }
-    double ignored;
     // Candidates out of reach have breakpoints beyond reach_ and must not be passed unseen.
-    const double bound = std::min(reach_, harris_bound(begin, reachable, ignored));
+    const double bound = std::min(reach_, harris_bound(begin, reachable));
     int end = begin;
     int best = begin;
     for (int k = begin; k < reachable; ++k) {
@@ -187,6 +211,9 @@ bool DualRatioTest::choose_from_groups() {
   double largest = 0.0;
   for (const Group& group : groups_) largest = std::max(largest, candidates_[group.best].alpha);
   if (largest < kPivot) return false;
+  const Candidate& last = candidates_[groups_.back().best];
+  const double reached = kUsualReach * std::max(0.0, last.dual / last.alpha);
+  usual_reach_ += kReachMemory * (reached - usual_reach_);
   const double enough = std::min(kGroupPivotShare * largest, kGoodPivot);
   int chosen = static_cast<int>(groups_.size()) - 1;
   while (candidates_[groups_[chosen].best].alpha < enough) --chosen;
@@ -201,16 +228,21 @@ DualRatioTest::Outcome DualRatioTest::run(double infeasibility) {
   flips_.clear();
   const double direction = infeasibility < 0.0 ? -1.0 : 1.0;
   const double slope = std::fabs(infeasibility);
-  collect(direction, kRatioEntry);
+  double filter = kRatioEntry;
+  collect(direction, filter, false);
   if (count_ == 0 || largest_alpha_ < kNoPivot) return Outcome::unbounded;
-  double alpha_at_bound;
-  double bound = harris_bound(0, count_, alpha_at_bound);
-  if (alpha_at_bound <= kWeakBound * largest_alpha_) {
+  if (alpha_at_bound_ <= kWeakBound * largest_alpha_) {
     // The largest entry passes the raised filter, so a candidate remains.
-    collect(direction, kFilterRaise * kRatioEntry * largest_alpha_);
-    bound = harris_bound(0, count_, alpha_at_bound);
+    filter = kFilterRaise * kRatioEntry * largest_alpha_;
+    collect(direction, filter, false);
   }
-  form_groups(slope, limit_to_reachable(slope, bound));
+  int reachable = limit_to_reachable(slope);
+  for (int attempt = 1; reachable < 0; ++attempt) {
+    usual_reach_ = kReachGrowth * first_reach(bound_);
+    collect(direction, filter, attempt > kReachAttempts);
+    reachable = limit_to_reachable(slope);
+  }
+  form_groups(slope, reachable);
   return choose_from_groups() ? Outcome::entering : Outcome::small_pivot;
 }
 

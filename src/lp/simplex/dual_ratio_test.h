@@ -49,9 +49,10 @@ class DualRatioTest {
     int best;  // the one with the largest alpha
   };
 
-  void collect(double direction, double filter);
-  double harris_bound(int begin, int end, double& alpha_at_bound) const;
-  int limit_to_reachable(double slope, double first_bound);
+  void collect(double direction, double filter, bool all);
+  double first_reach(double bound) const;
+  double harris_bound(int begin, int end) const;
+  int limit_to_reachable(double slope);
   void form_groups(double slope, int reachable);
   void form_sorted_groups(double slope, int begin, int reachable);
   bool choose_from_groups();
@@ -61,7 +62,11 @@ class DualRatioTest {
   SimplexState& state_;
   Vector<Candidate> candidates_;  // [num_vars + 1]; the first count_ are valid
   int count_ = 0;
-  double largest_alpha_ = 0.0;
+  bool all_collected_ = false;  // otherwise those within first_reach(bound_), and some more
+  double largest_alpha_ = 0.0;  // of all candidates, collected or not
+  double usual_reach_ = 0.0;    // how far the last tests went
+  double bound_ = kInf;         // Harris bound of all candidates
+  double alpha_at_bound_ = 0.0;
   double reach_ = kInf;  // no breakpoint of a candidate that was left out lies below this
   Vector<Group> groups_;
   Vector<double> bound_from_;  // [num_vars] scratch: Harris bound of the candidates from here on

@@ -126,23 +126,9 @@ void PartitionedRows::multiply_rows_dense(const WorkVector& weights, WorkVector&
 }
 
 void PartitionedRows::multiply_columns(const WorkVector& weights, WorkVector& row) const {
-  const SparseMatrix& columns = problem_.columns;
-  const int* start = columns.start.data();
-  const int* index = columns.index.data();
-  const double* value = columns.value.data();
-  const double* weight = weights.value.data();
-  double* out = row.value.data();
-  double touched = 0.0;
-  for (int j = 0; j < problem_.num_cols; ++j) {
-    if (!active_[j]) continue;
-    double sum = 0.0;
-    const int end = start[j + 1];
-    for (int k = start[j]; k < end; ++k) sum += weight[index[k]] * value[k];
-    out[j] = sum;
-    touched += end - start[j];
-  }
-  row.count = WorkVector::kDense;
-  work_ += touched;
+  if (groups_ == nullptr) groups_ = make_owned<ColumnGroups>(problem_.columns);
+  groups_->multiply(weights, active_.data(), row);
+  work_ += problem_.columns.num_nonzeros();
 }
 
 }  // namespace kelvo

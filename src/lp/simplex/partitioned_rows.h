@@ -7,8 +7,10 @@
 #pragma once
 
 #include "base/containers.h"
+#include "base/memory.h"
 #include "base/work_vector.h"
 #include "lp/lp_problem.h"
+#include "lp/simplex/column_groups.h"
 
 namespace kelvo {
 
@@ -36,13 +38,14 @@ class PartitionedRows {
   void exchange_entries(int a, int b);
 
   const LpProblem& problem_;
-  Vector<int> start_;             // [m + 1]
-  Vector<int> active_end_;        // [m] end of the active part of each row
-  Vector<int> column_;            // [nonzeros] column of each entry
-  Vector<double> value_;          // [nonzeros]
-  Vector<int> source_;            // [nonzeros] the entry's place in problem.columns
-  Vector<int> place_;             // [nonzeros] inverse of source_
-  Vector<unsigned char> active_;  // [n]
+  Vector<int> start_;                   // [m + 1]
+  Vector<int> active_end_;              // [m] end of the active part of each row
+  Vector<int> column_;                  // [nonzeros] column of each entry
+  Vector<double> value_;                // [nonzeros]
+  Vector<int> source_;                  // [nonzeros] the entry's place in problem.columns
+  Vector<int> place_;                   // [nonzeros] inverse of source_
+  Vector<unsigned char> active_;        // [n]
+  mutable Owned<ColumnGroups> groups_;  // made when a dense product asks for it first
   mutable double work_ = 0.0;
 };
 
