@@ -52,7 +52,6 @@ String dual_name(const Model& model, double shift) {
 
 Status write_dual(Environment& environment, Problem& problem, const char* filename,
                   double* objshift) {
-  KELVO_TRY(check_linear(problem));
   if (filename == nullptr || filename[0] == '\0') return Status::failure(error::kNoFileName);
   const Model& model = problem.model();
   const DualForm form(make_lp_problem(model));
@@ -72,7 +71,7 @@ Status write_dual(Environment& environment, Problem& problem, const char* filena
 using namespace kelvo;
 
 int KLVdualwrite(KLVenv env, KLVprob lp, const char* filename, double* objshift_p) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) {
+  return on_linear(env, lp, [&](Environment& environment, Problem& problem) {
     return write_dual(environment, problem, filename, objshift_p);
   });
 }

@@ -20,6 +20,16 @@ inline Status check_linear(const Problem& problem) {
   return Status();
 }
 
+/// The frame of functions on linear problems: what is none is refused, then
+/// run(Environment&, Problem&) -> Status.
+template <class Run>
+int on_linear(KLVenv env, KLVprob lp, Run run) {
+  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_linear(problem));
+    return run(environment, problem);
+  });
+}
+
 /// The working LP with the factor of the stored basis; 1256 when that is singular.
 inline Status hold_stored_basis(Environment& environment, Problem& problem, WorkingLp*& working) {
   const DriverSettings settings =

@@ -33,8 +33,7 @@ Status check_list(Environment& environment, const int* indices, int cnt, bool& e
 /// `variable` is -1 for an entry that denotes none.
 template <class Test>
 int ratio_test(KLVenv env, KLVprob lp, const int* indices, int cnt, bool wanted, Test test) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
-    KELVO_TRY(check_linear(problem));
+  return on_linear(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     WorkingLp* working = nullptr;
     KELVO_TRY(hold_factor(environment, problem, working));
     bool empty = false;
@@ -129,8 +128,7 @@ Status leaving_information(Environment& environment, Problem& problem, const int
 /// is stored, without optimizing.
 template <class Violation>
 int check_basis(KLVenv env, KLVprob lp, int* infeasout, Violation violation) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
-    KELVO_TRY(check_linear(problem));
+  return on_linear(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_pointers(infeasout));
     if (!problem.basis.present) return Status::failure(error::kNoBasis);
     WorkingLp* working = nullptr;
@@ -325,8 +323,7 @@ int KLVcheckdfeas(KLVenv env, KLVprob lp, int* infeasout) {
 }
 
 int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
-    KELVO_TRY(check_linear(problem));
+  return on_linear(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_pointers(lpstatus));
     KELVO_TRY(check_stored_solution(problem));
     const SimplexSettings settings =
@@ -338,8 +335,7 @@ int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus) {
 
 int KLVgetweight(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const int* rmatbeg,
                  const int* rmatind, const double* rmatval, double* weight, int dpriind) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
-    KELVO_TRY(check_linear(problem));
+  return on_linear(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     if (rcnt < 0 || nzcnt < 0) return Status::failure(error::kBadArgument);
     if (rcnt > 0) KELVO_TRY(check_pointers(rmatbeg, rmatind, rmatval, weight));
     KELVO_TRY(check_starts(environment, rmatbeg, rcnt, nzcnt));

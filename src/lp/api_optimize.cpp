@@ -109,44 +109,35 @@ Status run_by_choice(Environment& environment, Problem& problem) {
   }
 }
 
-/// The frame of an optimizer of linear problems: run(environment, problem) -> Status.
-template <class Run>
-int optimize_linear(KLVenv env, KLVprob lp, Run run) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
-    KELVO_TRY(check_linear(problem));
-    return run(environment, problem);
-  });
-}
-
 }  // namespace
 }  // namespace kelvo
 
 using namespace kelvo;
 
 int KLVlpopt(KLVenv env, KLVprob lp) {
-  return optimize_linear(env, lp, run_by_choice);
+  return on_linear(env, lp, run_by_choice);
 }
 
 int KLVprimopt(KLVenv env, KLVprob lp) {
-  return optimize_linear(env, lp, [](Environment& environment, Problem& problem) {
+  return on_linear(env, lp, [](Environment& environment, Problem& problem) {
     return run_simplex(environment, problem, LpMethod::primal);
   });
 }
 
 int KLVdualopt(KLVenv env, KLVprob lp) {
-  return optimize_linear(env, lp, [](Environment& environment, Problem& problem) {
+  return on_linear(env, lp, [](Environment& environment, Problem& problem) {
     return run_simplex(environment, problem, LpMethod::dual);
   });
 }
 
 int KLVhybnetopt(KLVenv env, KLVprob lp, int) {
-  return optimize_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+  return on_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
 }
 
 int KLVhybbaropt(KLVenv env, KLVprob lp, int) {
-  return optimize_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+  return on_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
 }
 
 int KLVsiftopt(KLVenv env, KLVprob lp) {
-  return optimize_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+  return on_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
 }

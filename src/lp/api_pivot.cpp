@@ -208,15 +208,6 @@ Status pivot_once(Environment& environment, Problem& problem, int jenter, int jl
   });
 }
 
-/// The frame: what is not a linear problem is refused, then run(environment, problem).
-template <class Run>
-int on_linear(KLVenv env, KLVprob lp, Run run) {
-  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
-    KELVO_TRY(check_linear(problem));
-    return run(environment, problem);
-  });
-}
-
 }  // namespace
 }  // namespace kelvo
 

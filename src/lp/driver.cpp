@@ -281,18 +281,24 @@ void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const Sto
 
 namespace {
 
-/// True for a start basis on the model as it stands that should not be given up for presolve.
-bool is_good_start(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
-                   const DriverSettings& settings, const CallContext& context) {
-  if (!settings.use_basis || !start.present || settings.always_crush) return false;
-  if (start.has_norms()) return true;
+/// What is to become of a start basis when presolve is on.
+enum class StartPlan { none, as_it_stands, crush, crush_with_point };
+
+StartPlan plan_start(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
+                     const DriverSettings& settings, const CallContext& context) {
+  if (!settings.use_basis || !start.present) return StartPlan::none;
+  if (start.has_norms() && !settings.always_crush) return StartPlan::as_it_stands;
   prepare_working_lp(model, working, start, settings, context);
   const WorkingLp::Session session(*working, context);
   const StartQuality quality = judge_start(*working, settings.simplex);
+  if (!quality.factored) return StartPlan::crush;
   const bool feasible = quality.primal_wrong == 0 || quality.dual_wrong == 0;
   const double share = feasible ? kShareWrongOfFeasible : kShareWrong;
   const int few = kFewWrong + static_cast<int>(share * model.num_rows);
-  return quality.factored && quality.primal_wrong + quality.dual_wrong <= few;
+  if (!settings.always_crush && quality.primal_wrong + quality.dual_wrong <= few) {
+    return StartPlan::as_it_stands;
+  }
+  return quality.primal_wrong == 0 ? StartPlan::crush_with_point : StartPlan::crush;
 }
 
 }  // namespace
@@ -302,10 +308,19 @@ LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBas
                   Owned<PresolvedLp>& presolved) {
   const bool presolving = settings.presolve.on && model.num_rows > 0 && model.num_cols > 0 &&
                           !has_empty_interval(model, settings.simplex.feasibility_tolerance);
-  if (presolving && !is_good_start(model, working, start, settings, context)) {
-    return solve_with_presolve(model, working, start, method, settings, context, presolved);
+  const StartPlan plan =
+      presolving ? plan_start(model, working, start, settings, context) : StartPlan::as_it_stands;
+  switch (plan) {
+    case StartPlan::as_it_stands:
+      return solve_without_presolve(model, working, start, method, settings, context);
+    case StartPlan::crush_with_point: {
+      StoredBasis at_point(start);
+      working->unscaled_x(at_point.x);
+      return solve_with_presolve(model, working, at_point, method, settings, context, presolved);
+    }
+    default:
+      return solve_with_presolve(model, working, start, method, settings, context, presolved);
   }
-  return solve_without_presolve(model, working, start, method, settings, context);
 }
 
 LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,

@@ -1,11 +1,13 @@
 #include "lp/presolved_lp.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "lp/independent_columns.h"
 #include "lp/model_to_lp.h"
 #include "lp/presolve/crush_basis.h"
 #include "lp/presolve_log.h"
+#include "prob/row_limits.h"
 
 namespace kelvo {
 
@@ -46,16 +48,67 @@ void append_row(double low, double high, Model& model) {
 
 namespace {
 
-/// Makes the number of basic variables that of the rows.
-void keep_independent(const Model& model, Vector<int>& status) {
+/// Statuses of a reduced basis that is being made right.
+class CrushedStart {
+ public:
+  CrushedStart(const Model& model, CrushedBasis& crushed) : model_(model), crushed_(crushed) {}
+
+  /// Nonbasic variables that are not where their status says go to the bound they are at; columns
+  /// at none are superbasic, logicals basic.
+  void move_to_point();
+  /// Makes the basic variables independent and as many as there are rows; the others rest.
+  void keep_independent(bool at_point);
+
+  bool is_square() const {
+    return std::count(crushed_.status.begin(), crushed_.status.end(), kBasic) == model_.num_rows;
+  }
+
+ private:
+  /// The status of a nonbasic variable with these limits at this place.
+  static int status_at(double place, double lower, double upper) {
+    constexpr double kSamePlace = 1e-9;  // relative: places are sums and quotients of bounds
+    if (std::fabs(place - lower) <= kSamePlace * (1.0 + std::fabs(lower))) return kAtLower;
+    if (std::fabs(place - upper) <= kSamePlace * (1.0 + std::fabs(upper))) return kAtUpper;
+    return kFreeSuper;
+  }
+  int column_status(int j) const {
+    return status_at(crushed_.value[j], model_.lower[j], model_.upper[j]);
+  }
+
+  const Model& model_;
+  CrushedBasis& crushed_;
+};
+
+void CrushedStart::move_to_point() {
+  Vector<int>& status = crushed_.status;
+  for (int j = 0; j < model_.num_cols; ++j) {
+    if (status[j] != kBasic && model_.lower[j] < model_.upper[j]) status[j] = column_status(j);
+  }
+  Vector<double> activity;
+  compute_row_activities(model_, crushed_.value.data(), activity);
+  for (int i = 0; i < model_.num_rows; ++i) {
+    int& logical = status[model_.num_cols + i];
+    const RowLimits limits = row_limits(model_, i);
+    if (logical == kBasic || limits.lower == limits.upper) continue;
+    const int there = status_at(-activity[i], -limits.upper, -limits.lower);
+    logical = there == kFreeSuper ? kBasic : there;
+  }
+}
+
+void CrushedStart::keep_independent(bool at_point) {
+  Vector<int>& status = crushed_.status;
+  const int n = model_.num_cols, variables = static_cast<int>(status.size());
   Vector<int> basic;
-  for (int v = 0; v < static_cast<int>(status.size()); ++v) {
+  for (int v = n; v < variables; ++v) {
     if (status[v] == kBasic) basic.push_back(v);
   }
-  const Vector<char> chosen = choose_independent(model, basic);
+  for (int j = 0; j < n; ++j) {
+    if (status[j] == kBasic) basic.push_back(j);
+  }
+  const Vector<char> chosen = choose_independent(model_, basic);
   // An absent bound gives way to the other one when the basis is used.
-  for (const int v : basic) status[v] = kAtLower;
-  for (int v = 0; v < static_cast<int>(status.size()); ++v) {
+  for (const int v : basic) status[v] = at_point && v < n ? column_status(v) : kAtLower;
+  for (int v = 0; v < variables; ++v) {
     if (chosen[v]) status[v] = kBasic;
   }
 }
@@ -126,7 +179,10 @@ StoredBasis PresolvedLp::crush(const StoredBasis& start, const Model& original) 
     }
   }
   CrushedBasis crushed = crush_basis(presolve_, status, x.data());
-  if (crushed.num_basic != reduced_.num_rows) keep_independent(reduced_, crushed.status);
+  CrushedStart reduced_start(reduced_, crushed);
+  const bool at_point = !start.x.empty();
+  if (at_point) reduced_start.move_to_point();
+  if (at_point || !reduced_start.is_square()) reduced_start.keep_independent(at_point);
   StoredBasis basis;
   lp_to_stored_status(crushed.status, reduced_, basis);
   basis.x = std::move(crushed.value);

@@ -35,7 +35,9 @@ class PresolvedLp final : public Attachment {
   /// minimization) and statuses. The answer must hold x, pi and a basis.
   void postsolve(const LpAnswer& answer, BasicSolution& original) const;
 
-  /// A basis of the original model as a start for the reduced one.
+  /// A basis of the original model as a start for the reduced one. When it comes with a point
+  /// (`start.x`), the reduced start stands at that point: columns that presolve's changes of the
+  /// basis leave between their bounds are superbasic.
   StoredBasis crush(const StoredBasis& start, const Model& original) const;
 
   /// The reduced model as a problem, for callers who ask; null until somebody sets it.

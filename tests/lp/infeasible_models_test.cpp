@@ -3,26 +3,18 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <string>
 
-#include "base/file_stream.h"
 #include "base/random.h"
-#include "io/mps_reader.h"
-#include "lp/driver.h"
 #include "prob/row_limits.h"
+#include "public_models.h"
 
 namespace kelvo {
 namespace {
 
-LpAnswer solve(const Model& model, LpMethod method) {
-  Owned<WorkingLp> working;
-  StoredBasis basis;
-  SilentSink sink;
-  NeverStop never;
-  return solve_without_presolve(model, working, basis, method, DriverSettings(),
-                                {sink, never, nullptr});
-}
+using test::data_folder;
+using test::read_model;
+using test::solve_as_it_stands;
 
 /// How far the proof keeps the rows from being satisfied: min y'a - max (A'y)'x over the limits,
 /// by the share of its terms. Written without the library's own check.
@@ -55,7 +47,7 @@ double relative_gap(const Model& model, const Vector<double>& y) {
 }
 
 void expect_proof(const Model& model, LpMethod method) {
-  const LpAnswer answer = solve(model, method);
+  const LpAnswer answer = solve_as_it_stands(model, method);
   ASSERT_EQ(answer.status, kInfeasible);
   ASSERT_EQ(static_cast<int>(answer.record.farkas.size()), model.num_rows);
   EXPECT_GT(relative_gap(model, answer.record.farkas), 1e-12);
@@ -114,19 +106,14 @@ TEST(InfeasibleModels, ContradictionsAreProven) {
 }
 
 TEST(InfeasibleModels, PublicModelsAreProven) {
-  const char* const folder = std::getenv("KELVO_BENCH_DATA");
+  const char* const folder = data_folder();
   if (folder == nullptr) GTEST_SKIP() << "KELVO_BENCH_DATA names no folder of instances";
   // Those whose dual bases become nearly singular on the way are the touchstones.
   for (const char* name : {"galenetbnds", "woodinfe", "ex72a", "ex73a", "box1", "klein1", "klein2",
                            "chemcom", "qual", "pang", "reactor"}) {
     SCOPED_TRACE(name);
     const std::string path = std::string(folder) + "/lp-infeas/" + name + ".mps.gz";
-    FileStream stream;
-    ASSERT_TRUE(open_input(path.c_str(), nullptr, stream).ok());
-    LineReader lines(stream);
-    SilentSink sink;
-    Model model;
-    ASSERT_TRUE(read_mps(lines, {}, sink, model).ok());
+    const Model model = read_model(path);
     expect_proof(model, LpMethod::dual);
     expect_proof(model, LpMethod::primal);
   }

@@ -4,18 +4,19 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "base/file_stream.h"
 #include "base/random.h"
-#include "io/mps_reader.h"
-#include "lp/driver.h"
+#include "public_models.h"
 
 namespace kelvo {
 namespace {
+
+using test::data_folder;
+using test::read_model;
+using test::solve_as_it_stands;
 
 constexpr int kSeeds = 20;
 constexpr int kLargestModel = 20000;     // nonzeros
@@ -84,17 +85,8 @@ Model disguised(const Model& model, std::uint64_t seed) {
   return other;
 }
 
-LpAnswer solve(const Model& model, LpMethod method) {
-  Owned<WorkingLp> working;
-  StoredBasis basis;
-  SilentSink sink;
-  NeverStop never;
-  return solve_without_presolve(model, working, basis, method, DriverSettings(),
-                                {sink, never, nullptr});
-}
-
 void expect_same(const Model& model, const LpAnswer& reference, LpMethod method) {
-  const LpAnswer answer = solve(model, method);
+  const LpAnswer answer = solve_as_it_stands(model, method);
   ASSERT_EQ(answer.status, reference.status);
   if (reference.status != kOptimal) return;
   const double expected = reference.record.objective;
@@ -103,7 +95,7 @@ void expect_same(const Model& model, const LpAnswer& reference, LpMethod method)
 }
 
 TEST(LongRobustness, OrderAndUnitsDoNotChangeTheAnswer) {
-  const char* const folder = std::getenv("KELVO_BENCH_DATA");
+  const char* const folder = data_folder();
   if (folder == nullptr) GTEST_SKIP() << "KELVO_BENCH_DATA names no folder of instances";
   std::vector<std::string> paths;
   for (const auto& entry : std::filesystem::directory_iterator(std::string(folder) + "/lp")) {
@@ -112,14 +104,9 @@ TEST(LongRobustness, OrderAndUnitsDoNotChangeTheAnswer) {
   std::sort(paths.begin(), paths.end());
   for (const std::string& path : paths) {
     SCOPED_TRACE(path);
-    FileStream stream;
-    ASSERT_TRUE(open_input(path.c_str(), nullptr, stream).ok());
-    LineReader lines(stream);
-    SilentSink sink;
-    Model model;
-    ASSERT_TRUE(read_mps(lines, {}, sink, model).ok());
+    const Model model = read_model(path);
     if (model.matrix.num_nonzeros() > kLargestModel) continue;
-    const LpAnswer reference = solve(model, LpMethod::dual);
+    const LpAnswer reference = solve_as_it_stands(model, LpMethod::dual);
     ASSERT_TRUE(reference.status == kOptimal || reference.status == kUnbounded);
     for (int seed = 1; seed <= kSeeds; ++seed) {
       SCOPED_TRACE(seed);
