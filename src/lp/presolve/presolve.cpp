@@ -97,7 +97,9 @@ void Reducer::look_at_column(int j) {
     return;
   }
   if (lp_.settings.dual_reductions && uses(kCostFixing) && fix_by_cost(lp_, j)) return;
-  if (lp_.ended() || count != 1 || !lp_.settings.primal_reductions) return;
+  if (lp_.ended()) return;
+  if (lp_.settings.dual_reductions && uses(kDualBounds)) bind_only_row(lp_, j);
+  if (count != 1 || !lp_.settings.primal_reductions) return;
   if (uses(kFreeSingletons) && substitute_free_singleton(lp_, j)) return;
   if (uses(kSlackColumns) && !lp_.ended()) absorb_slack_column(lp_, j);
 }
@@ -158,7 +160,7 @@ void Reducer::run() {
   run_passes();
   if (!lp_.settings.primal_reductions || lp_.settings.dependent_rows == 0 || tired()) return;
   // Entries touched, per nonzero.
-  constexpr int kAutomatic = 5, kEffort[] = {20, 100, 500};
+  constexpr int kAutomatic = 50, kEffort[] = {100, 500, 5000};
   const int effort = lp_.settings.dependent_rows;
   const std::int64_t allowed = effort < 0 ? kAutomatic : kEffort[std::min(effort, 3) - 1];
   remove_dependent_rows(lp_, allowed * lp_.matrix.num_nonzeros());
