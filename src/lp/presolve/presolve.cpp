@@ -63,7 +63,7 @@ class Reducer {
   PresolveLp& lp_;
   ParallelLines parallel_rows_, parallel_columns_;
   Turn dual_bounds_turn_, implied_rows_turn_;
-  int last_aggregation_ = 0, last_cancellation_ = 0;  // moments
+  int last_aggregation_ = 0, last_cancellation_[2] = {};  // moments; the latter by boldness
 };
 
 void Reducer::look_at_row(int i) {
@@ -134,11 +134,14 @@ void Reducer::run_passes() {
     if (tired()) return;
     if (lp_.settings.primal_reductions) {
       if (uses(kDuplicateRows)) merge_duplicate_rows(lp_, parallel_rows_);
-      if (uses(kRowCancellation) && lp_.settings.aggregator != 0 && !tired()) {
-        const int start = lp_.moment();
-        cancel_nonzeros(lp_, last_cancellation_);
-        last_cancellation_ = start;
-        drain_lists();
+      if (uses(kRowCancellation) && lp_.settings.aggregator != 0) {
+        for (const bool bold : {false, true}) {
+          if (tired()) return;
+          const int start = lp_.moment();
+          cancel_nonzeros(lp_, bold, last_cancellation_[bold]);
+          last_cancellation_[bold] = start;
+          drain_lists();
+        }
       }
       if (uses(kImpliedRows)) take_turn(implied_rows_turn_, remove_implied_rows);
       if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_, parallel_columns_);

@@ -52,8 +52,8 @@ void reduce_by_dual_bounds(PresolveLp& lp);
 void remove_implied_rows(PresolveLp& lp);
 
 // row_cancellation.cpp: equations take nonzeros out of other rows. Looks at what changed since the
-// moment given.
-void cancel_nonzeros(PresolveLp& lp, int since);
+// moment given; `bold`: also where the gain is small.
+void cancel_nonzeros(PresolveLp& lp, bool bold, int since);
 
 // dependent_rows.cpp: equations that follow from others.
 void remove_dependent_rows(PresolveLp& lp, std::int64_t work_allowed);
