@@ -268,6 +268,7 @@ void Presolve::postsolve(const BasicSolution& reduced, const Vector<double>& z,
     state.row_status[i] = turned(reduced.status[reduced_cols + k]);
   }
   stack_.undo_all(state);
+  original.basis_is_settled = state.basis_is_settled;
   original.x = std::move(state.x);
   original.y = std::move(state.y);
   original.status = std::move(state.col_status);

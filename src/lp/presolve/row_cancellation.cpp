@@ -12,7 +12,9 @@
 // Rows r come from the two shortest columns of the equation, one of which they must meet. The
 // search is limited to a multiple of the number of nonzeros.
 //
-// Way back: y_i gains t y_r; all else stays.
+// Way back: y_i gains t y_r; all else stays. The column of the logical of the equation was
+// e_i - t e_r in the terms of the old rows, though. Should it be basic, at 0 of course, while that
+// of r is not, then this column is none of the old program's, and the basis has to be settled.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions.h"
 
@@ -211,6 +213,9 @@ void cancel_nonzeros(PresolveLp& lp, bool bold, int since) {
 
 void undo_row_cancellation(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
   state.y[record.other] += record.a * state.y[record.row];
+  if (state.row_status[record.other] == kBasic && state.row_status[record.row] != kBasic) {
+    state.basis_is_settled = false;
+  }
 }
 
 }  // namespace kelvo
