@@ -17,6 +17,7 @@
 // of r is not, then this column is none of the old program's, and the basis has to be settled.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions.h"
+#include "lp/presolve/row_copy.h"
 
 namespace kelvo {
 
@@ -41,6 +42,8 @@ class RowCancellation {
       : lp_(lp),
         demand_(demand),
         since_(since),
+        rows_(lp),
+        stale_(lp.num_rows(), 0),
         work_limit_(lp.work + kWorkPerNonzero * lp.matrix.num_nonzeros()),
         scattered_(lp.num_cols(), 0.0),
         hits_(lp.num_rows(), 0),
@@ -50,6 +53,18 @@ class RowCancellation {
 
  private:
   void try_equation(int i);
+  /// Calls see(column, value, place) for all entries of a row.
+  template <class See>
+  void walk(int i, See see) const {
+    if (!stale_[i]) {
+      for (const RowCopy::Entry& entry : rows_[i]) see(entry.col, entry.value, entry.place);
+      return;
+    }
+    const LinkedMatrix& matrix = lp_.matrix;
+    for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
+      see(matrix[e].col, matrix[e].value, e);
+    }
+  }
   int find_seeds(int i, int (&seeds)[kSeeds]);
   bool cancel(int i, int r);
   /// The proportion -a_rj / a_ij that most columns share, and their number.
@@ -60,6 +75,8 @@ class RowCancellation {
   PresolveLp& lp_;
   const Demand& demand_;
   const int since_;
+  const RowCopy rows_;
+  Vector<char> stale_;  // [rows] 1: changed since the copy was made
   const std::int64_t work_limit_;
   Vector<double> scattered_;  // [columns] entries of the equation, else 0
   Vector<int> hits_;          // [rows] how many of the shortest columns meet the row
@@ -84,14 +101,14 @@ void RowCancellation::run() {
 int RowCancellation::find_seeds(int i, int (&seeds)[kSeeds]) {
   const LinkedMatrix& matrix = lp_.matrix;
   int found = 0;
-  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    const int length = matrix.col_count(matrix[e].col);
+  walk(i, [&](int j, double, int) {
+    const int length = matrix.col_count(j);
     int at = found < kSeeds ? found++ : kSeeds;
     for (; at > 0 && matrix.col_count(seeds[at - 1]) > length; --at) {
       if (at < kSeeds) seeds[at] = seeds[at - 1];
     }
-    if (at < kSeeds) seeds[at] = matrix[e].col;
-  }
+    if (at < kSeeds) seeds[at] = j;
+  });
   lp_.work += matrix.row_count(i);
   return found;
 }
@@ -123,15 +140,11 @@ void RowCancellation::try_equation(int i) {
   });
   candidates_.erase(end, candidates_.end());
   if (candidates_.empty()) return;
-  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    scattered_[matrix[e].col] = matrix[e].value;
-  }
+  walk(i, [this](int j, double value, int) { scattered_[j] = value; });
   for (const int r : candidates_) {
     if (lp_.work < work_limit_) cancel(i, r);
   }
-  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    scattered_[matrix[e].col] = 0.0;
-  }
+  walk(i, [this](int j, double, int) { scattered_[j] = 0.0; });
 }
 
 double RowCancellation::best_multiple(int& shared) {
@@ -167,10 +180,9 @@ bool RowCancellation::entries_are_sound(int i, double multiple) const {
 
 bool RowCancellation::cancel(int i, int r) {
   common_.clear();
-  for (int e = lp_.matrix.row_first(r); e >= 0; e = lp_.matrix[e].row_next) {
-    const double value = scattered_[lp_.matrix[e].col];
-    if (value != 0.0) common_.push_back({-lp_.matrix[e].value / value, e});
-  }
+  walk(r, [this](int j, double value, int place) {
+    if (scattered_[j] != 0.0) common_.push_back({-value / scattered_[j], place});
+  });
   lp_.work += lp_.matrix.row_count(r);
   const int length = lp_.matrix.row_count(i);
   const int missing = length - static_cast<int>(common_.size());
@@ -185,6 +197,7 @@ bool RowCancellation::cancel(int i, int r) {
 }
 
 void RowCancellation::add_equation(int i, int r, double multiple) {
+  stale_[r] = 1;
   lp_.stack.begin(UndoKind::row_cancellation);
   UndoRecord& record = lp_.stack.top();
   record.row = r;
