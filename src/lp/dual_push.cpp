@@ -32,6 +32,7 @@ class DualPush {
   bool start();
   bool refactorize();
   bool take_back(const BasisRepair& repair);
+  bool is_fixed(int v) const { return lp_.lower[v] == lp_.upper[v]; }
   bool is_priced(int v) const;
   void compute_multipliers();
   bool push(int position);
@@ -59,7 +60,7 @@ bool DualPush::refactorize() {
   return factor_.factorize(header_, false, repairs, &stop_) == FactorOutcome::ok;
 }
 
-/// The first factorization. Columns that turn out dependent come back in place of priced ones.
+/// The first factorization. Columns that turn out dependent come back in place of fixed ones.
 bool DualPush::start() {
   Vector<BasisRepair> repairs;
   const FactorOutcome outcome = factor_.factorize(header_, true, repairs, &stop_);
@@ -81,7 +82,7 @@ bool DualPush::take_back(const BasisRepair& repair) {
   double largest = kPivot;
   for (int p = 0; p < lp_.num_rows; ++p) {
     const int v = header_[p];
-    if (std::fabs(column_.value[p]) <= largest || home_[v] != kBasic || !is_priced(v)) continue;
+    if (std::fabs(column_.value[p]) <= largest || home_[v] != kBasic || !is_fixed(v)) continue;
     largest = std::fabs(column_.value[p]);
     best = p;
   }
@@ -90,7 +91,7 @@ bool DualPush::take_back(const BasisRepair& repair) {
 
 /// True for what has to be pushed: a basic variable that stands at a bound, with a multiplier.
 bool DualPush::is_priced(int v) const {
-  return std::fabs(z_[v]) > kZeroMultiplier && (home_[v] != kBasic || lp_.lower[v] == lp_.upper[v]);
+  return std::fabs(z_[v]) > kZeroMultiplier && (home_[v] != kBasic || is_fixed(v));
 }
 
 void DualPush::compute_multipliers() {
@@ -128,7 +129,7 @@ void DualPush::compute_row(int position) {
 /// How fast the multiplier of j approaches 0 from its allowed side; 0 when it does not.
 double DualPush::slope(int j, double wanted) const {
   const double change = wanted > 0.0 ? row_.value[j] : -row_.value[j];  // z_j falls by it
-  if (std::fabs(change) < kPivot || lp_.lower[j] == lp_.upper[j]) return 0.0;
+  if (std::fabs(change) < kPivot || is_fixed(j)) return 0.0;
   switch (status_[j]) {
     case kAtLower:
       return std::max(0.0, change);

@@ -23,9 +23,9 @@ namespace kelvo {
 
 /// Pushes the multipliers of basic variables to 0, changing y [num_rows] and status [num_vars]. The
 /// basic variables that have such multipliers must be fixed (lower == upper), as the logicals of
-/// equations are. When the basis is singular, columns of other rows' logicals that complete it take
-/// the place of such variables, as far as that is possible. False when it is not, or when the stop
-/// check said so: nothing is changed then.
+/// equations are. When the basis is singular, the logicals of other rows that complete it take the
+/// place of basic fixed variables, as far as that is possible. False when it is not, or when the
+/// stop check said so: nothing is changed then.
 bool push_duals(const LpProblem& lp, Vector<double>& y, Vector<int>& status, StopCheck& stop);
 
 }  // namespace kelvo

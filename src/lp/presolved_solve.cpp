@@ -29,17 +29,6 @@ double largest_gap(const SolutionRecord& record, double tolerance) {
   return std::max(tolerance, kShare * size);
 }
 
-/// Equations that presolve added to other rows may come back basic with a dual that is not 0.
-bool has_priced_basic_equation(const Model& model, const BasicSolution& basic) {
-  for (int i = 0; i < model.num_rows; ++i) {
-    if (model.row_sense[i] == 'E' && basic.y[i] != 0.0 &&
-        basic.status[model.num_cols + i] == kBasic) {
-      return true;
-    }
-  }
-  return false;
-}
-
 class PresolvedSolve {
  public:
   PresolvedSolve(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
@@ -56,7 +45,7 @@ class PresolvedSolve {
  private:
   LpAnswer solve_reduced(const PresolvedLp& presolved);
   LpAnswer back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const;
-  void finish_basis(BasicSolution& basic) const;
+  bool settle_basis(BasicSolution& basic) const;
   LpAnswer finish(LpAnswer&& answer);
 
   const Model& model_;
@@ -92,17 +81,17 @@ LpAnswer PresolvedSolve::solve_reduced(const PresolvedLp& presolved) {
   return primal;
 }
 
-void PresolvedSolve::finish_basis(BasicSolution& basic) const {
-  if (!has_priced_basic_equation(model_, basic)) return;
+/// False when the values are no longer those of the basis.
+bool PresolvedSolve::settle_basis(BasicSolution& basic) const {
+  if (basic.basis_is_settled) return true;
   const LpProblem lp = make_lp_problem(model_);
-  // What fails here shows in the measures that follow.
-  (void)push_duals(lp, basic.y, basic.status, context_.stop);
+  return push_duals(lp, basic.y, basic.status, context_.stop);
 }
 
 LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const {
   BasicSolution basic;
   presolved.postsolve(small, basic);
-  finish_basis(basic);
+  const bool settled = settle_basis(basic);
   LpAnswer answer;
   answer.status = small.status;
   SolutionRecord& record = answer.record;
@@ -115,7 +104,7 @@ LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAns
   // A reduced cost of the right sign proves nothing where the variable is not at its bound.
   const double apart =
       measure_complementarity(model_, basic.status, settings_.simplex.optimality_tolerance, record);
-  record.dual_feasible = violations.dual <= settings_.simplex.optimality_tolerance &&
+  record.dual_feasible = settled && violations.dual <= settings_.simplex.optimality_tolerance &&
                          apart <= largest_gap(record, settings_.simplex.feasibility_tolerance);
   record.condition = small.record.condition;
   record.iterations = small.record.iterations;

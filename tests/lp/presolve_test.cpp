@@ -221,9 +221,7 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
   ++tally.solved;
   BasicSolution full;
   presolve_run.postsolve(small.basic, small.z, full);
-  // Equations added to other rows may come back basic with a dual; x and y are optimal even so.
-  if (worst_violation(lp, full) > 1e-9 &&
-      tally.records[static_cast<int>(UndoKind::row_cancellation)] > 0) {
+  if (!full.basis_is_settled) {
     ++tally.pushed;
     EXPECT_TRUE(push_duals(lp, full.y, full.status, never));
   }
@@ -250,8 +248,8 @@ void check_many(const PresolveSettings& settings, int count, UndoKind kind) {
   }
   EXPECT_GT(tally.records[static_cast<int>(kind)], count / 50);
   EXPECT_GT(tally.solved, count / 4);
-  EXPECT_LE(tally.pushed, tally.solved / 50);
-  EXPECT_LE(tally.moved, tally.solved / 50);
+  EXPECT_LE(tally.pushed, tally.solved / 20);
+  EXPECT_LE(tally.moved, tally.solved / 20);
 }
 
 struct Family {

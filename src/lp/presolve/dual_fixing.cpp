@@ -4,6 +4,11 @@
 // c_j > 0 and no such bound the program is unbounded or infeasible. With c_j = 0 and no bound the
 // column can satisfy all of its rows for whatever the others do, so it goes with its rows.
 //
+// A column that its cost draws, or lets go, in a direction in which a single row holds it back, and
+// which wants to go there for the sake of its other rows, goes until that row binds: the row
+// becomes an equation. The way back only has to name the side: with z_j >= 0 (no upper bound),
+// c_j <= 0 and a_rj y_r >= 0 for the rows that gain, a_ij y_i = c_j - z_j - sum a_rj y_r <= 0.
+//
 // Way back of the latter: all of these rows have y_i = 0; x_j moves as far as the most demanding
 // row needs, which binds while x_j is basic; the other rows are slack.
 #include "lp/presolve/presolve_tolerances.h"
@@ -42,6 +47,13 @@ void remove_with_rows(PresolveLp& lp, int j, bool up) {
 
 }  // namespace
 
+bool make_room(PresolveLp& lp, int j, bool above) {
+  if (above ? lp.upper[j] == kInf : lp.lower[j] == -kInf) return true;
+  if (!lp.may_remove(j) || !lp.is_implied(j, above)) return false;
+  lp.change_bounds(j, above ? lp.lower[j] : -kInf, above ? kInf : lp.upper[j]);
+  return true;
+}
+
 bool fix_by_cost(PresolveLp& lp, int j) {
   if (!lp.may_remove(j)) return false;
   bool up_blocked = false, down_blocked = false;
@@ -71,6 +83,30 @@ bool fix_by_cost(PresolveLp& lp, int j) {
     return false;
   }
   return true;
+}
+
+bool bind_only_row(PresolveLp& lp, int j) {
+  if (!lp.may_remove(j)) return false;
+  for (const bool up : {true, false}) {
+    if (up ? lp.cost[j] > 0.0 : lp.cost[j] < 0.0) continue;
+    int row = -1, blocking = 0;
+    for (int e = lp.matrix.col_first(j); e >= 0 && blocking <= 1; e = lp.matrix[e].col_next) {
+      ++lp.work;
+      if (!std::isfinite(limit_ahead(lp, lp.matrix[e].row, lp.matrix[e].value, up))) continue;
+      ++blocking;
+      row = lp.matrix[e].row;
+    }
+    if (blocking != 1 || lp.is_equation(row) || !make_room(lp, j, up)) continue;
+    const int e = lp.matrix.find(row, j);
+    if (std::fabs(lp.matrix[e].value) < presolve_tolerance::kSmallPivot) continue;
+    const double limit = limit_ahead(lp, row, lp.matrix[e].value, up);
+    lp.stack.begin(UndoKind::row_side);
+    lp.stack.top().row = row;
+    lp.stack.top().flag = (lp.matrix[e].value > 0.0) == up ? kAtUpper : kAtLower;
+    lp.change_limits(row, limit, limit);
+    return true;
+  }
+  return false;
 }
 
 void undo_free_direction(const PostsolveStack& stack, const UndoRecord& record,

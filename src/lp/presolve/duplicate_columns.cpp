@@ -2,8 +2,10 @@
 //
 // With costs in the same proportion the two act as one, x' = x_j + alpha x_k, whose interval is the
 // sum of the two. With other costs one of them is the better buy: where x_j can take over whatever
-// x_k gives up (it has no bound on that side), x_k goes to the bound its extra cost
-// delta = c_k - alpha c_j draws it to, since z_k = delta + alpha z_j.
+// x_k gives up, x_k goes to the bound its extra cost delta = c_k - alpha c_j draws it to, since
+// z_k = delta + alpha z_j. That x_j can, is certain when it has no bound on that side, or one that
+// the rows imply; the latter is dropped, so that x_j does not come to stand at it with a z_j of the
+// wrong sign.
 //
 // Way back of a merged pair: at a bound of x' both stand at theirs; in between one of them stands
 // at a bound and the other is basic.
@@ -24,7 +26,7 @@ bool fix_dominated(PresolveLp& lp, int j, int k, double alpha, double delta) {
   }
   const bool k_falls = delta > 0.0;
   const bool j_rises = k_falls == (alpha > 0.0);
-  if (j_rises ? lp.upper[j] < kInf : lp.lower[j] > -kInf) return false;
+  if (!make_room(lp, j, j_rises)) return false;
   const double bound = k_falls ? lp.lower[k] : lp.upper[k];
   if (!std::isfinite(bound)) {
     lp.fail(FindingKind::dual_bounds_column, k);

@@ -9,6 +9,7 @@
 // Way back: the rows are slack, y_i = 0.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions.h"
+#include "lp/presolve/row_copy.h"
 
 namespace kelvo {
 
@@ -45,9 +46,7 @@ class ImpliedRedundancy {
   Vector<char> rests_;         // [rows] 1: a tightened bound rests on this row
   Vector<char> due_;           // [rows] 1: not asked since a bound of its columns was tightened
   Vector<char> moved_;         // [rows] 1: as above, and not tested for redundancy since
-  // The rows alive, each in one piece: they are summed again and again.
-  Vector<int> start_;                       // [rows + 1]
-  Vector<std::pair<int, double>> entries_;  // [nonzeros] column and value
+  const RowCopy rows_;
 };
 
 ImpliedRedundancy::ImpliedRedundancy(PresolveLp& lp)
@@ -57,24 +56,14 @@ ImpliedRedundancy::ImpliedRedundancy(PresolveLp& lp)
       rests_(lp.num_rows(), 0),
       due_(lp.num_rows(), 1),
       moved_(lp.num_rows(), 0),
-      start_(lp.num_rows() + 1, 0),
-      entries_(lp.matrix.num_nonzeros()) {
-  for (int i = 0; i < lp.num_rows(); ++i) start_[i + 1] = start_[i] + lp.matrix.row_count(i);
-  Vector<int> place(start_);
-  for (int j = 0; j < lp.num_cols(); ++j) {
-    for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
-      entries_[place[lp.matrix[e].row]++] = {j, lp.matrix[e].value};
-    }
-  }
-  lp.work += lp.matrix.num_nonzeros();
-}
+      rows_(lp) {}
 
 Activity ImpliedRedundancy::sum_row(int i) const {
   Activity sum;
-  for (int k = start_[i]; k < start_[i + 1]; ++k) {
-    sum.add(entries_[k].second, low_[entries_[k].first], high_[entries_[k].first]);
+  for (const RowCopy::Entry& entry : rows_[i]) {
+    sum.add(entry.value, low_[entry.col], high_[entry.col]);
   }
-  lp_.work += start_[i + 1] - start_[i];
+  lp_.work += rows_[i].size();
   return sum;
 }
 
@@ -101,8 +90,7 @@ bool ImpliedRedundancy::tighten_by(int i) {
   const Interval limits{lp_.row_lower[i], lp_.row_upper[i]};
   if (!sum.speaks(limits)) return false;
   bool better = false;
-  for (int k = start_[i]; k < start_[i + 1]; ++k) {
-    const auto& [j, a] = entries_[k];
+  for (const auto& [j, place, a] : rows_[i]) {
     if (std::fabs(a) < tol::kSmallPivot) continue;
     // The sums stay those of the bounds before, which is weaker and sound; but each column must
     // be taken out with the bounds it was put in with, so a row is walked once only.
@@ -134,7 +122,7 @@ void ImpliedRedundancy::tighten(bool equations_only) {
 
 void ImpliedRedundancy::remove_redundant() {
   for (int i = 0; i < lp_.num_rows() && !lp_.ended(); ++i) {
-    if (!moved_[i] || !lp_.row_alive[i] || rests_[i] || start_[i] == start_[i + 1]) continue;
+    if (!moved_[i] || !lp_.row_alive[i] || rests_[i] || rows_[i].size() == 0) continue;
     moved_[i] = 0;
     const Activity sum = sum_row(i);
     const double low = lp_.row_lower[i], high = lp_.row_upper[i];

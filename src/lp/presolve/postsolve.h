@@ -23,11 +23,12 @@ namespace kelvo {
 
 /// A solution on its way back. Indices are those of the original program.
 struct PostsolveState {
-  Vector<double> x;        // [num_cols]
-  Vector<double> z;        // [num_cols] reduced costs
-  Vector<double> y;        // [num_rows] row duals
-  Vector<int> col_status;  // [num_cols] BasisStatus
-  Vector<int> row_status;  // [num_rows] BasisStatus of the activity
+  Vector<double> x;              // [num_cols]
+  Vector<double> z;              // [num_cols] reduced costs
+  Vector<double> y;              // [num_rows] row duals
+  Vector<int> col_status;        // [num_cols] BasisStatus
+  Vector<int> row_status;        // [num_rows] BasisStatus of the activity
+  bool basis_is_settled = true;  // false: see BasicSolution
 
   void resize(int num_rows, int num_cols);
 };

@@ -63,7 +63,7 @@ class Reducer {
   PresolveLp& lp_;
   ParallelLines parallel_rows_, parallel_columns_;
   Turn dual_bounds_turn_, implied_rows_turn_;
-  int last_aggregation_ = 0, last_cancellation_ = 0;  // moments
+  int last_aggregation_ = 0, last_cancellation_[2] = {};  // moments; the latter by boldness
 };
 
 void Reducer::look_at_row(int i) {
@@ -97,7 +97,9 @@ void Reducer::look_at_column(int j) {
     return;
   }
   if (lp_.settings.dual_reductions && uses(kCostFixing) && fix_by_cost(lp_, j)) return;
-  if (lp_.ended() || count != 1 || !lp_.settings.primal_reductions) return;
+  if (lp_.ended()) return;
+  if (lp_.settings.dual_reductions && uses(kDualBounds)) bind_only_row(lp_, j);
+  if (count != 1 || !lp_.settings.primal_reductions) return;
   if (uses(kFreeSingletons) && substitute_free_singleton(lp_, j)) return;
   if (uses(kSlackColumns) && !lp_.ended()) absorb_slack_column(lp_, j);
 }
@@ -132,11 +134,14 @@ void Reducer::run_passes() {
     if (tired()) return;
     if (lp_.settings.primal_reductions) {
       if (uses(kDuplicateRows)) merge_duplicate_rows(lp_, parallel_rows_);
-      if (uses(kRowCancellation) && lp_.settings.aggregator != 0 && !tired()) {
-        const int start = lp_.moment();
-        cancel_nonzeros(lp_, last_cancellation_);
-        last_cancellation_ = start;
-        drain_lists();
+      if (uses(kRowCancellation) && lp_.settings.aggregator != 0) {
+        for (const bool bold : {false, true}) {
+          if (tired()) return;
+          const int start = lp_.moment();
+          cancel_nonzeros(lp_, bold, last_cancellation_[bold]);
+          last_cancellation_[bold] = start;
+          drain_lists();
+        }
       }
       if (uses(kImpliedRows)) take_turn(implied_rows_turn_, remove_implied_rows);
       if (!tired() && uses(kDuplicateColumns)) merge_duplicate_columns(lp_, parallel_columns_);
@@ -158,7 +163,7 @@ void Reducer::run() {
   run_passes();
   if (!lp_.settings.primal_reductions || lp_.settings.dependent_rows == 0 || tired()) return;
   // Entries touched, per nonzero.
-  constexpr int kAutomatic = 5, kEffort[] = {20, 100, 500};
+  constexpr int kAutomatic = 50, kEffort[] = {100, 500, 5000};
   const int effort = lp_.settings.dependent_rows;
   const std::int64_t allowed = effort < 0 ? kAutomatic : kEffort[std::min(effort, 3) - 1];
   remove_dependent_rows(lp_, allowed * lp_.matrix.num_nonzeros());
@@ -263,6 +268,7 @@ void Presolve::postsolve(const BasicSolution& reduced, const Vector<double>& z,
     state.row_status[i] = turned(reduced.status[reduced_cols + k]);
   }
   stack_.undo_all(state);
+  original.basis_is_settled = state.basis_is_settled;
   original.x = std::move(state.x);
   original.y = std::move(state.y);
   original.status = std::move(state.col_status);

@@ -25,6 +25,9 @@ struct BasicSolution {
   Vector<double> x;    // [num_cols]
   Vector<double> y;    // [num_rows]
   Vector<int> status;  // [num_cols + num_rows] BasisStatus, logicals after the columns
+  // False: x and y belong together, but the logicals of some equations that are basic should not
+  // be, and may have duals other than 0; push_duals() says what is basic in their place.
+  bool basis_is_settled = true;
 };
 
 class Presolve {

@@ -92,6 +92,19 @@ Interval PresolveLp::implied_bounds(int e) {
   return activity(i).implied(matrix[e].value, lower[j], upper[j], {row_lower[i], row_upper[i]});
 }
 
+bool PresolveLp::is_implied(int j, bool upper_bound) {
+  work += matrix.col_count(j);
+  for (int e = matrix.col_first(j); e >= 0; e = matrix[e].col_next) {
+    if (std::fabs(matrix[e].value) < tol::kSmallPivot) continue;
+    const Interval implied = implied_bounds(e);
+    if (upper_bound ? implied.upper <= upper[j] + tol::same_slack(upper[j])
+                    : implied.lower >= lower[j] - tol::same_slack(lower[j])) {
+      return true;
+    }
+  }
+  return false;
+}
+
 bool PresolveLp::is_implied_free(int j) {
   bool below = lower[j] == -kInf, above = upper[j] == kInf;
   work += matrix.col_count(j);

@@ -103,6 +103,8 @@ class PresolveLp {
   const Activity& activity(int i);
   /// Bounds on column e.col that row e.row and the other columns of the row imply.
   Interval implied_bounds(int e);
+  /// True when the rows imply the upper (or lower) bound of the column.
+  bool is_implied(int j, bool upper_bound);
   /// True when rows imply both bounds of the column.
   bool is_implied_free(int j);
 

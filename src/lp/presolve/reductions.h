@@ -42,8 +42,12 @@ void run_aggregator(PresolveLp& lp, int since);
 // slack_column.cpp: a column with one entry is a slack of its row.
 bool absorb_slack_column(PresolveLp& lp, int j);
 
-// dual_fixing.cpp: nothing keeps the column from going where its cost draws it.
+// dual_fixing.cpp: nothing keeps the column from going where its cost draws it, or one row only.
 bool fix_by_cost(PresolveLp& lp, int j);
+bool bind_only_row(PresolveLp& lp, int j);
+/// True when no bound of column j stands in its way up (or down); one that the rows imply is
+/// dropped, so that the column does not come to stand at it.
+bool make_room(PresolveLp& lp, int j, bool above);
 
 // dual_bounds.cpp: bounds on the duals fix columns and make rows equations.
 void reduce_by_dual_bounds(PresolveLp& lp);
@@ -52,8 +56,8 @@ void reduce_by_dual_bounds(PresolveLp& lp);
 void remove_implied_rows(PresolveLp& lp);
 
 // row_cancellation.cpp: equations take nonzeros out of other rows. Looks at what changed since the
-// moment given.
-void cancel_nonzeros(PresolveLp& lp, int since);
+// moment given; `bold`: also where the gain is small.
+void cancel_nonzeros(PresolveLp& lp, bool bold, int since);
 
 // dependent_rows.cpp: equations that follow from others.
 void remove_dependent_rows(PresolveLp& lp, std::int64_t work_allowed);

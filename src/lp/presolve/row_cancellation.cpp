@@ -12,9 +12,12 @@
 // Rows r come from the two shortest columns of the equation, one of which they must meet. The
 // search is limited to a multiple of the number of nonzeros.
 //
-// Way back: y_i gains t y_r; all else stays.
+// Way back: y_i gains t y_r; all else stays. The column of the logical of the equation was
+// e_i - t e_r in the terms of the old rows, though. Should it be basic, at 0 of course, while that
+// of r is not, then this column is none of the old program's, and the basis has to be settled.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions.h"
+#include "lp/presolve/row_copy.h"
 
 namespace kelvo {
 
@@ -23,26 +26,46 @@ namespace tol = presolve_tolerance;
 namespace {
 
 constexpr std::int64_t kWorkPerNonzero = 10;
-// Row r may lack this share of the equation's columns.
-constexpr double kMostMissing = 0.1;
-// Entries that are gone less entries that came, as a share of the equation's.
-constexpr double kLeastGain = 0.5;
+// Shortest columns of the equation that are looked at for rows which may contain it.
+constexpr int kSeeds = 4;
+struct Demand {
+  double most_missing;  // row r may lack this share of the equation's columns
+  double least_gain;    // entries that go less entries that come, as a share of the equation's
+};
+// Rows that contain an equation come first: what is left of them often is worth much, and a less
+// happy addition would have spoilt it.
+constexpr Demand kDemands[] = {{0.1, 0.5}, {0.35, 0.25}};
 
 class RowCancellation {
  public:
-  RowCancellation(PresolveLp& lp, int since)
+  RowCancellation(PresolveLp& lp, const Demand& demand, int since)
       : lp_(lp),
+        demand_(demand),
         since_(since),
+        rows_(lp),
+        stale_(lp.num_rows(), 0),
         work_limit_(lp.work + kWorkPerNonzero * lp.matrix.num_nonzeros()),
         scattered_(lp.num_cols(), 0.0),
-        asked_(lp.num_rows(), -1),
+        hits_(lp.num_rows(), 0),
         met_(lp.num_cols(), 0) {}
 
   void run();
 
  private:
   void try_equation(int i);
-  void try_rows_of(int j, int i);
+  /// Calls see(column, value, place) for all entries of a row.
+  template <class See>
+  void walk(int i, See see) const {
+    if (!stale_[i]) {
+      for (const RowCopy::Entry& entry : rows_[i]) see(entry.col, entry.value, entry.place);
+      return;
+    }
+    const LinkedMatrix& matrix = lp_.matrix;
+    for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
+      see(matrix[e].col, matrix[e].value, e);
+    }
+  }
+  int find_seeds(int i, int (&seeds)[kSeeds]);
   bool cancel(int i, int r);
   /// The proportion -a_rj / a_ij that most columns share, and their number.
   double best_multiple(int& shared);
@@ -50,10 +73,14 @@ class RowCancellation {
   void add_equation(int i, int r, double multiple);
 
   PresolveLp& lp_;
+  const Demand& demand_;
   const int since_;
+  const RowCopy rows_;
+  Vector<char> stale_;  // [rows] 1: changed since the copy was made
   const std::int64_t work_limit_;
   Vector<double> scattered_;  // [columns] entries of the equation, else 0
-  Vector<int> asked_;         // [rows] last equation that was tried on the row
+  Vector<int> hits_;          // [rows] how many of the shortest columns meet the row
+  Vector<int> candidates_;    // rows that meet enough of them
   Vector<char> met_;          // [columns] 1: the equation's column is in row r
   struct Common {
     double multiple;
@@ -70,45 +97,54 @@ void RowCancellation::run() {
   }
 }
 
-void RowCancellation::try_equation(int i) {
+/// The shortest columns of row i, at most kSeeds; their number.
+int RowCancellation::find_seeds(int i, int (&seeds)[kSeeds]) {
   const LinkedMatrix& matrix = lp_.matrix;
-  int shortest[2] = {-1, -1};
-  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    const int j = matrix[e].col;
-    if (shortest[0] < 0 || matrix.col_count(j) < matrix.col_count(shortest[0])) {
-      shortest[1] = shortest[0];
-      shortest[0] = j;
-    } else if (shortest[1] < 0 || matrix.col_count(j) < matrix.col_count(shortest[1])) {
-      shortest[1] = j;
+  int found = 0;
+  walk(i, [&](int j, double, int) {
+    const int length = matrix.col_count(j);
+    int at = found < kSeeds ? found++ : kSeeds;
+    for (; at > 0 && matrix.col_count(seeds[at - 1]) > length; --at) {
+      if (at < kSeeds) seeds[at] = seeds[at - 1];
     }
-  }
+    if (at < kSeeds) seeds[at] = j;
+  });
   lp_.work += matrix.row_count(i);
-  if (matrix.col_count(shortest[1]) < 2) return;
-  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    scattered_[matrix[e].col] = matrix[e].value;
-  }
-  // A row that lacks one of the two must not lack another of few.
-  const bool second = kMostMissing * matrix.row_count(i) >= 1.0;
-  try_rows_of(shortest[0], i);
-  if (second) try_rows_of(shortest[1], i);
-  for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    scattered_[matrix[e].col] = 0.0;
-  }
+  return found;
 }
 
-void RowCancellation::try_rows_of(int j, int i) {
+void RowCancellation::try_equation(int i) {
   const LinkedMatrix& matrix = lp_.matrix;
+  int seeds[kSeeds];
+  const int num_seeds = find_seeds(i, seeds);
+  const int missing = static_cast<int>(demand_.most_missing * matrix.row_count(i));
   const bool changed = lp_.row_list.changed_since(i, since_);
-  const int least = static_cast<int>(std::ceil((1.0 - kMostMissing) * matrix.row_count(i)));
-  for (int e = matrix.col_first(j); e >= 0 && lp_.work < work_limit_;) {
-    const int r = matrix[e].row;
-    e = matrix[e].col_next;  // the entry may go
-    ++lp_.work;
-    if (r == i || asked_[r] == i || matrix.row_count(r) < least) continue;
-    if (!changed && !lp_.row_list.changed_since(r, since_)) continue;
-    asked_[r] = i;
-    cancel(i, r);
+  candidates_.clear();
+  for (int seed = 0; seed < num_seeds; ++seed) {
+    for (int e = matrix.col_first(seeds[seed]); e >= 0; e = matrix[e].col_next) {
+      if (hits_[matrix[e].row]++ == 0) candidates_.push_back(matrix[e].row);
+    }
+    lp_.work += matrix.col_count(seeds[seed]);
+    // No row that comes now for the first time can meet enough of them.
+    if (seed == 0 && missing == 0 && candidates_.size() == 1) break;
   }
+  const int least_hits = std::max(1, num_seeds - missing);
+  const auto hopeless = [&](int r) {
+    return r == i || hits_[r] < least_hits || matrix.row_count(r) < matrix.row_count(i) - missing ||
+           !(changed || lp_.row_list.changed_since(r, since_));
+  };
+  const auto end = std::remove_if(candidates_.begin(), candidates_.end(), [&](int r) {
+    const bool goes = hopeless(r);
+    hits_[r] = 0;
+    return goes;
+  });
+  candidates_.erase(end, candidates_.end());
+  if (candidates_.empty()) return;
+  walk(i, [this](int j, double value, int) { scattered_[j] = value; });
+  for (const int r : candidates_) {
+    if (lp_.work < work_limit_) cancel(i, r);
+  }
+  walk(i, [this](int j, double, int) { scattered_[j] = 0.0; });
 }
 
 double RowCancellation::best_multiple(int& shared) {
@@ -144,17 +180,16 @@ bool RowCancellation::entries_are_sound(int i, double multiple) const {
 
 bool RowCancellation::cancel(int i, int r) {
   common_.clear();
-  for (int e = lp_.matrix.row_first(r); e >= 0; e = lp_.matrix[e].row_next) {
-    const double value = scattered_[lp_.matrix[e].col];
-    if (value != 0.0) common_.push_back({-lp_.matrix[e].value / value, e});
-  }
+  walk(r, [this](int j, double value, int place) {
+    if (scattered_[j] != 0.0) common_.push_back({-value / scattered_[j], place});
+  });
   lp_.work += lp_.matrix.row_count(r);
   const int length = lp_.matrix.row_count(i);
   const int missing = length - static_cast<int>(common_.size());
-  if (missing > kMostMissing * length) return false;
+  if (missing > static_cast<int>(demand_.most_missing * length)) return false;
   int shared = 0;
   const double multiple = best_multiple(shared);
-  if (shared - missing < kLeastGain * length || shared - missing < 1) return false;
+  if (shared - missing < demand_.least_gain * length || shared - missing < 1) return false;
   // What goes without a trace may have any size.
   if (shared < length && !entries_are_sound(i, multiple)) return false;
   add_equation(i, r, multiple);
@@ -162,6 +197,7 @@ bool RowCancellation::cancel(int i, int r) {
 }
 
 void RowCancellation::add_equation(int i, int r, double multiple) {
+  stale_[r] = 1;
   lp_.stack.begin(UndoKind::row_cancellation);
   UndoRecord& record = lp_.stack.top();
   record.row = r;
@@ -184,12 +220,15 @@ void RowCancellation::add_equation(int i, int r, double multiple) {
 
 }  // namespace
 
-void cancel_nonzeros(PresolveLp& lp, int since) {
-  RowCancellation(lp, since).run();
+void cancel_nonzeros(PresolveLp& lp, bool bold, int since) {
+  RowCancellation(lp, kDemands[bold], since).run();
 }
 
 void undo_row_cancellation(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
   state.y[record.other] += record.a * state.y[record.row];
+  if (state.row_status[record.other] == kBasic && state.row_status[record.row] != kBasic) {
+    state.basis_is_settled = false;
+  }
 }
 
 }  // namespace kelvo
