@@ -1,11 +1,11 @@
 // From a name to the index that carries it: a hash table with open addressing.
 //
-// A slot keeps an index and a key of its name: the name itself when it has at most 24 bytes, so that
-// it is found in one place of the memory, and hashes of it otherwise. Only when the key of such a
-// long name agrees is the name asked of the caller's store, any object with
-// `view(int) -> std::string_view` such as NameStore. Names hold no zero bytes. The caller keeps table
-// and store in step: names may be inserted and, when all are different, erased; other changes of the
-// store mean clear() and a new build().
+// A slot keeps an index and a key of its name: the name itself when it has at most 24 bytes, so
+// that it is found in one place of the memory, and hashes of it otherwise. Only when the key of
+// such a long name agrees is the name asked of the caller's store, any object with `view(int) ->
+// std::string_view` such as NameStore. Names hold no zero bytes. The caller keeps table and store
+// in step: names may be inserted and, when all are different, erased; other changes of the store
+// mean clear() and a new build().
 //
 // When a name occurs more than once, the table holds the index inserted first. Collisions are
 // resolved by linear probing; the table doubles when it is two thirds full, so a look-up touches

@@ -49,7 +49,7 @@ void NameStore::append_text(std::string_view name) noexcept {
 }
 
 void NameStore::append(std::string_view name) {
-  name = name.substr(0, strnlen(name.data(), name.size()));
+  if (!name.empty()) name = name.substr(0, strnlen(name.data(), name.size()));
   kelvo::make_room(offset_, 1);
   grow_text(name.size() + 1);
   offset_.push_back(static_cast<std::int64_t>(text_.size()));

@@ -1,8 +1,8 @@
 #include "io/lp_reader_collector.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace kelvo {
@@ -26,24 +26,30 @@ std::size_t room(int capacity) {
 }
 
 /// Letter and number.
-struct NumberedName {
+class NumberedName {
+ public:
   NumberedName(char letter, int number) {
-    length = std::snprintf(text, sizeof text, "%c%d", letter, number);
+    text_[0] = letter;
+    end_ = std::to_chars(text_ + 1, text_ + sizeof text_, number).ptr;
   }
-  std::string_view view() const { return {text, static_cast<std::size_t>(length)}; }
-  char text[16];
-  int length;
+  std::string_view view() const { return {text_, static_cast<std::size_t>(end_ - text_)}; }
+
+ private:
+  char text_[16];
+  char* end_;
 };
 
 /// Enters the label, or the default name of the entry, as the next name of a list.
-Status enter_label(std::string_view label, int line, const char* kind, char letter,
-                   NameStore& names, NameIndex& index, LpDiagnostics& diagnostics) {
+Status enter_label(std::string_view label, int line, const char* kind, char letter, LpNames& names,
+                   LpDiagnostics& diagnostics) {
   const int next = names.size();
+  if (!label.empty()) {
+    if (names.find_or_add(label) == next) return {};
+    return diagnostics.error_repeated(line, kind, label);
+  }
   const NumberedName generated(letter, next + 1);
-  const std::string_view name = label.empty() ? generated.view() : label;
-  if (index.insert(name, next, names) != next) return diagnostics.error_repeated(line, kind, name);
-  names.append(name);
-  return {};
+  if (names.find_or_add(generated.view()) == next) return {};
+  return diagnostics.error_repeated(line, kind, generated.view());
 }
 
 }  // namespace
@@ -67,26 +73,19 @@ Status LpCollector::reserve(const LpCapacities& capacities) {
 }
 
 void LpCollector::begin_additions(const Model& model) {
-  const auto know = [](const NameStore& given, int count, char letter, NameStore& names,
-                       NameIndex& index) {
-    names.create();
+  const auto know = [](const NameStore& given, int count, char letter, LpNames& names) {
     for (int k = 0; k < count; ++k) {
       const NumberedName generated(letter, k + 1);
-      const std::string_view name = given.present() ? given.view(k) : generated.view();
-      index.insert(name, k, names);
-      names.append(name);
+      names.append(given.present() ? given.view(k) : generated.view());
     }
   };
   const auto know_rows = [&know](const ExtraRows& rows, LpRowGroup& group) {
-    know(rows.names, rows.size(), group.letter, group.data.names, group.index);
+    know(rows.names, rows.size(), group.letter, group.names);
   };
-  for (int j = 0; j < model.num_cols; ++j) {
-    const NumberedName generated('x', j + 1);
-    columns_.append(model.col_names.present() ? model.col_names.view(j) : generated.view());
-  }
-  know(model.row_names, model.num_rows, 'c', rows_.data.names, rows_.index);
+  know(model.col_names, model.num_cols, 'x', columns_);
+  know(model.row_names, model.num_rows, 'c', rows_.names);
   know(model.quadratic_names, static_cast<int>(model.quadratic_constraints.size()), 'q',
-       quadratic_names_, quadratic_index_);
+       quadratic_names_);
   know_rows(model.user_cuts, user_cuts_);
   know_rows(model.lazy_constraints, lazy_constraints_);
   know_rows(model.indicators.rows, indicators_);
@@ -115,8 +114,8 @@ Status LpCollector::append(LpRowGroup& group, const LpConstraint& constraint) {
   if (rows.index.size() + linear.size() > std::numeric_limits<int>::max()) {
     return diagnostics_.error(1433);
   }
-  KELVO_TRY(enter_label(constraint.label, constraint.line, group.kind, group.letter, data.names,
-                        group.index, diagnostics_));
+  KELVO_TRY(enter_label(constraint.label, constraint.line, group.kind, group.letter, group.names,
+                        diagnostics_));
   rows.index.insert(rows.index.end(), linear.index.begin(), linear.index.end());
   rows.value.insert(rows.value.end(), linear.value.begin(), linear.value.end());
   rows.start.push_back(static_cast<int>(rows.index.size()));
@@ -139,7 +138,7 @@ Status LpCollector::add_indicator(const LpIndicator& indicator, const LpConstrai
 
 Status LpCollector::add_quadratic_constraint(const LpConstraint& constraint) {
   KELVO_TRY(enter_label(constraint.label, constraint.line, "Quadratic constraint", 'q',
-                        quadratic_names_, quadratic_index_, diagnostics_));
+                        quadratic_names_, diagnostics_));
   QuadraticConstraint added;
   added.rhs = constraint.rhs;
   added.sense = constraint.sense;
@@ -192,8 +191,7 @@ void LpCollector::set_upper(int column, double value) {
 }
 
 Status LpCollector::open_set(std::string_view label, char type) {
-  KELVO_TRY(
-      enter_label(label, diagnostics_.line, "SOS", 's', sos_.names, sos_index_, diagnostics_));
+  KELVO_TRY(enter_label(label, diagnostics_.line, "SOS", 's', sos_names_, diagnostics_));
   sos_.type.push_back(type);
   sos_.members.start.push_back(static_cast<int>(sos_.members.index.size()));
   ++sos_.members.num_major;

@@ -8,11 +8,10 @@
 #include <cstdint>
 #include <string_view>
 
-#include "base/name_index.h"
 #include "base/status.h"
-#include "io/lp_reader_columns.h"
 #include "io/lp_reader_diagnostics.h"
 #include "io/lp_reader_keywords.h"
+#include "io/lp_reader_names.h"
 #include "prob/model.h"
 
 namespace kelvo {
@@ -81,8 +80,8 @@ struct LpCapacities {
 struct LpRowGroup {
   const char* kind;  // the word for error messages
   char letter;       // default names are this letter and the number from 1
-  ExtraRows data;
-  NameIndex index;  // over data.names
+  ExtraRows data;    // without its names
+  LpNames names;
 };
 
 class LpCollector {
@@ -97,6 +96,8 @@ class LpCollector {
   int num_cols() const { return columns_.size(); }
   /// The column of that name, added when it is new.
   int column(std::string_view name) { return columns_.find_or_add(name); }
+  /// Asks for the memory that column() needs a little later.
+  void prefetch_column(std::string_view name) const { columns_.prefetch(name); }
   /// The columns of names in their order, likewise.
   void columns(const std::string_view* names, int count, int* columns) {
     columns_.find_or_add(names, count, columns);
@@ -149,7 +150,6 @@ class LpCollector {
     LpSection section;
   };
 
-  Status enter_name(LpRowGroup& group, const LpConstraint& constraint);
   Status append(LpRowGroup& group, const LpConstraint& constraint);
   void set_lower(int column, double value);
   void set_upper(int column, double value);
@@ -166,7 +166,7 @@ class LpCollector {
   LpLinearTerms objective_;
   LpQuadraticTerms quadratic_;  // of the objective c'x + 1/2 (sum of these terms)
 
-  LpColumnNames columns_;
+  LpNames columns_;
   Vector<double> lower_, upper_;            // [columns known when bounds were last applied]
   Vector<char> lower_given_, upper_given_;  // alike
   Vector<Bound> bounds_;                    // not applied yet
@@ -179,11 +179,10 @@ class LpCollector {
   Vector<LpIndicator> indicator_switches_;  // [indicators]
 
   Vector<QuadraticConstraint> quadratic_constraints_;
-  NameStore quadratic_names_;
-  NameIndex quadratic_index_;
+  LpNames quadratic_names_;
 
   SosSets sos_;
-  NameIndex sos_index_;
+  LpNames sos_names_;
 
   int first_new_row_ = 0;  // names of rows_ before it are those of the model added to
 };

@@ -158,6 +158,7 @@ Status LpExpressionParser::take_variable(std::string_view& name) {
 
 void LpExpressionParser::add_term(std::string_view name) {
   if (num_unresolved_ == kMostNames) resolve_names();
+  collector_.prefetch_column(name);
   unresolved_[num_unresolved_++] = name;
   linear_.add(-1, sign_ * coefficient_);
   sign_ = 1;
