@@ -176,7 +176,7 @@ void LpCollector::drop_nonlinear(const char* source_name) {
 }
 
 void LpCollector::build(Model& model) {
-  apply_bounds();
+  size_bounds();
   model.num_rows = rows_.data.size();
   model.num_cols = num_cols();
   model.sense = sense_;
@@ -220,7 +220,7 @@ void LpCollector::append_switches(IndicatorConstraints& indicators) {
 }
 
 void LpCollector::append_to(Model& model) {
-  apply_bounds();
+  size_bounds();
   const NameStore names = columns_.release();
   const Vector<const char*> new_columns = pointers_from(names, model.num_cols);
   ColumnBlock columns;

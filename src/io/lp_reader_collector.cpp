@@ -20,6 +20,9 @@ constexpr double kZeroInput = 1e-10;
 
 /// Typical length of a name with its final zero, for the room made in advance.
 constexpr int kTypicalName = 12;
+/// A text has hardly more nonzeros than one for so many of its bytes. Room that is not used costs
+/// next to nothing.
+constexpr std::size_t kBytesPerNonzero = 24;
 
 std::size_t room(int capacity) {
   return static_cast<std::size_t>(std::min(capacity, kMostReserved));
@@ -54,18 +57,20 @@ Status enter_label(std::string_view label, int line, const char* kind, char lett
 
 }  // namespace
 
-Status LpCollector::reserve(const LpCapacities& capacities) {
+Status LpCollector::reserve(const LpCapacities& capacities, std::size_t text_size) {
   for (const int capacity :
        {capacities.rows, capacities.columns, capacities.nonzeros, capacities.quadratic_nonzeros}) {
     if (capacity > kSizeLimit) return diagnostics_.error(1012);
   }
   if (capacities.columns > kSizeLimit / 2) return diagnostics_.error(1012);
+  deferred_text_.reserve(kMostDeferred * kTypicalName);
   columns_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
   rows_.data.rhs.reserve(room(capacities.rows));
   rows_.data.sense.reserve(room(capacities.rows));
   rows_.data.rows.start.reserve(room(capacities.rows) + 1);
-  rows_.data.rows.index.reserve(room(capacities.nonzeros));
-  rows_.data.rows.value.reserve(room(capacities.nonzeros));
+  const std::size_t nonzeros = std::max(room(capacities.nonzeros), text_size / kBytesPerNonzero);
+  rows_.data.rows.index.reserve(nonzeros);
+  rows_.data.rows.value.reserve(nonzeros);
   quadratic_.first.reserve(room(capacities.quadratic_nonzeros));
   quadratic_.second.reserve(room(capacities.quadratic_nonzeros));
   quadratic_.value.reserve(room(capacities.quadratic_nonzeros));
@@ -89,9 +94,34 @@ void LpCollector::begin_additions(const Model& model) {
   know_rows(model.user_cuts, user_cuts_);
   know_rows(model.lazy_constraints, lazy_constraints_);
   know_rows(model.indicators.rows, indicators_);
+  names_repeat_ = true;  // perhaps
   lower_ = model.lower;
   upper_ = model.upper;
+  lower_given_.assign(lower_.size(), 0);
+  upper_given_.assign(upper_.size(), 0);
   first_new_row_ = model.num_rows;
+}
+
+void LpCollector::defer_column(std::string_view name) {
+  columns_.prefetch(name);
+  deferred_text_.insert(deferred_text_.end(), name.begin(), name.end());
+  deferred_end_[num_deferred_++] = deferred_text_.size();
+  ++deferred_terms_;
+}
+
+void LpCollector::resolve_columns(LpLinearTerms& terms) {
+  Vector<int>& in_rows = rows_.data.rows.index;
+  const int of_rows = num_deferred_ - deferred_terms_;
+  int* const row_entry = in_rows.data() + (in_rows.size() - static_cast<std::size_t>(of_rows));
+  int* const term = terms.index.data() + (terms.size() - static_cast<std::size_t>(deferred_terms_));
+  std::size_t begin = 0;
+  for (int k = 0; k < num_deferred_; ++k) {
+    const std::string_view name(deferred_text_.data() + begin, deferred_end_[k] - begin);
+    begin = deferred_end_[k];
+    (k < of_rows ? row_entry[k] : term[k - of_rows]) = columns_.find_or_add(name);
+  }
+  num_deferred_ = deferred_terms_ = 0;
+  deferred_text_.clear();
 }
 
 void LpCollector::set_objective_name(std::string_view name) {
@@ -128,7 +158,9 @@ Status LpCollector::append(LpRowGroup& group, const LpConstraint& constraint) {
 Status LpCollector::add_constraint(LpSection section, const LpConstraint& constraint) {
   if (section == LpSection::user_cuts) return append(user_cuts_, constraint);
   if (section == LpSection::lazy_constraints) return append(lazy_constraints_, constraint);
-  return append(rows_, constraint);
+  KELVO_TRY(append(rows_, constraint));
+  deferred_terms_ = 0;
+  return {};
 }
 
 Status LpCollector::add_indicator(const LpIndicator& indicator, const LpConstraint& constraint) {
@@ -159,18 +191,24 @@ void LpCollector::size_bounds() {
   upper_given_.resize(columns, 0);
 }
 
-void LpCollector::apply_bounds() {
-  size_bounds();
-  for (const Bound& bound : bounds_) {
-    if (bound.type != 'U') set_lower(bound.column, bound.value);
-    if (bound.type != 'L') set_upper(bound.column, bound.value);
+void LpCollector::add_bound(int column, char type, double value) {
+  if (lower_.size() < static_cast<std::size_t>(num_cols())) size_bounds();
+  if (type != 'U') set_lower(column, value);
+  if (type != 'L') set_upper(column, value);
+}
+
+void LpCollector::close_bounds() {
+  for (const char type : ignored_bounds_) {
+    diagnostics_.sink().send(Channel::warning, type == 'L'
+                                                   ? "Warning:  Infinity lower bound ignored.\n"
+                                                   : "Warning:  -Infinity upper bound ignored.\n");
   }
-  bounds_.clear();
+  ignored_bounds_.clear();
 }
 
 void LpCollector::set_lower(int column, double value) {
   if (value >= kInfiniteInput) {
-    diagnostics_.sink().print(Channel::warning, "Warning:  Infinity lower bound ignored.\n");
+    ignored_bounds_.push_back('L');
     return;
   }
   lower_[column] = value <= -kInfiniteInput        ? -kInfiniteBound
@@ -181,7 +219,7 @@ void LpCollector::set_lower(int column, double value) {
 
 void LpCollector::set_upper(int column, double value) {
   if (value <= -kInfiniteInput) {
-    diagnostics_.sink().print(Channel::warning, "Warning:  -Infinity upper bound ignored.\n");
+    ignored_bounds_.push_back('U');
     return;
   }
   upper_[column] = value >= kInfiniteInput         ? kInfiniteBound

@@ -88,22 +88,29 @@ class LpCollector {
  public:
   explicit LpCollector(LpDiagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  /// Makes room; fails when a capacity is beyond what can be indexed.
-  Status reserve(const LpCapacities& capacities);
+  /// Makes room, for a text of about `text_size` bytes (0: not known); fails when a capacity is
+  /// beyond what can be indexed.
+  Status reserve(const LpCapacities& capacities, std::size_t text_size);
   /// Makes the names of a model known, so that what is read adds to it; append_to() does so.
   void begin_additions(const Model& model);
 
   int num_cols() const { return columns_.size(); }
   /// The column of that name, added when it is new.
   int column(std::string_view name) { return columns_.find_or_add(name); }
-  /// Asks for the memory that column() needs a little later.
-  void prefetch_column(std::string_view name) const { columns_.prefetch(name); }
-  /// The columns of names in their order, likewise.
-  void columns(const std::string_view* names, int count, int* columns) {
-    columns_.find_or_add(names, count, columns);
+  /// Notes the name of the column of a term that has been added with the index -1 behind those of
+  /// the rows that were read last. Names are looked up together, which overlaps the waits for
+  /// memory; so resolve_columns() must come before any other look-up, before terms go anywhere but
+  /// to the rows, and when no more names can be noted.
+  void defer_column(std::string_view name);
+  bool can_defer() const { return num_deferred_ < kMostDeferred; }
+  /// Fills in the columns of the names noted: in the last rows, then at the end of `terms`.
+  void resolve_columns(LpLinearTerms& terms);
+  /// The column of that name, or -1. Where columns come up again they often do so in their order.
+  int find_column(std::string_view name) {
+    const int next = last_found_ + 1;
+    const bool in_order = next < num_cols() && columns_.view(next) == name;
+    return last_found_ = in_order && !names_repeat_ ? next : columns_.find(name);
   }
-  /// The column of that name, or -1.
-  int find_column(std::string_view name) const { return columns_.find(name); }
 
   void set_sense(int sense) { sense_ = sense; }
   void set_objective_name(std::string_view name);
@@ -114,10 +121,10 @@ class LpCollector {
   Status add_quadratic_constraint(const LpConstraint& constraint);
   Status add_indicator(const LpIndicator& indicator, const LpConstraint& constraint);
 
-  /// Records a bound of type 'L', 'U' or 'B'.
-  void add_bound(int column, char type, double value) { bounds_.push_back({value, column, type}); }
-  /// Applies the bounds recorded since the last call, in their order.
-  void apply_bounds();
+  /// Takes a bound of type 'L', 'U' or 'B'.
+  void add_bound(int column, char type, double value);
+  /// Leaves the section: says which of the bounds taken since the last call have no meaning.
+  void close_bounds();
 
   void add_type(int column, LpSection section) { types_.push_back({column, section}); }
 
@@ -140,15 +147,12 @@ class LpCollector {
   void append_to(Model& model);
 
  private:
-  struct Bound {
-    double value;
-    int column;
-    char type;
-  };
   struct TypeRecord {
     int column;
     LpSection section;
   };
+
+  static constexpr int kMostDeferred = 64;
 
   Status append(LpRowGroup& group, const LpConstraint& constraint);
   void set_lower(int column, double value);
@@ -167,9 +171,15 @@ class LpCollector {
   LpQuadraticTerms quadratic_;  // of the objective c'x + 1/2 (sum of these terms)
 
   LpNames columns_;
-  Vector<double> lower_, upper_;            // [columns known when bounds were last applied]
-  Vector<char> lower_given_, upper_given_;  // alike
-  Vector<Bound> bounds_;                    // not applied yet
+  int num_deferred_ = 0;
+  std::size_t deferred_end_[kMostDeferred];  // [num_deferred_] where names end in deferred_text_
+  Vector<char> deferred_text_;               // the names, one behind the other
+  int deferred_terms_ = 0;                   // the last of them, whose terms are in no row yet
+  int last_found_ = -1;                      // by find_column()
+  bool names_repeat_ = false;                // the model added to has columns of the same name
+  Vector<double> lower_, upper_;             // [columns known when a bound was last taken]
+  Vector<char> lower_given_, upper_given_;   // alike
+  Vector<char> ignored_bounds_;              // 'L' and 'U': infinite on the wrong side
   Vector<TypeRecord> types_;
 
   LpRowGroup rows_{"Row", 'c', {}, {}};

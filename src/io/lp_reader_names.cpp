@@ -17,10 +17,6 @@ int LpNames::find_or_add(std::string_view name) {
   return found;
 }
 
-void LpNames::find_or_add(const std::string_view* names, int count, int* entries) {
-  for (int k = 0; k < count; ++k) entries[k] = find_or_add(names[k]);
-}
-
 void LpNames::append(std::string_view name) {
   index_.insert(name, size(), *this);
   append_text(name);

@@ -29,8 +29,6 @@ class LpNames {
   int find_or_add(std::string_view name);
   /// Asks for the memory that a find_or_add() a little later needs.
   void prefetch(std::string_view name) const { index_.prefetch(name); }
-  /// find_or_add() for `count` names in their order; any number of them may be equal.
-  void find_or_add(const std::string_view* names, int count, int* entries);
   /// Adds an entry even when another one has its name.
   void append(std::string_view name);
 
