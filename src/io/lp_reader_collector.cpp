@@ -124,6 +124,24 @@ void LpCollector::resolve_columns(LpLinearTerms& terms) {
   deferred_text_.clear();
 }
 
+/// Where columns come up again they often do so in their order, with some that do not.
+int LpCollector::find_column(std::string_view name) {
+  constexpr int kNear = 4;  // to go on behind a gap
+  constexpr int kPatience = 8;
+  if (expected_ < num_cols() && !names_repeat_ && columns_.view(expected_) == name) {
+    num_unexpected_ = 0;
+    return expected_++;
+  }
+  const int found = columns_.find(name);
+  if (found < 0) return found;
+  const bool near = found > expected_ && found <= expected_ + kNear;
+  if (near || ++num_unexpected_ > kPatience) {
+    expected_ = found + 1;
+    num_unexpected_ = 0;
+  }
+  return found;
+}
+
 void LpCollector::set_objective_name(std::string_view name) {
   objective_name_.assign(name);
   has_objective_name_ = true;

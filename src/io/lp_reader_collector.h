@@ -105,12 +105,8 @@ class LpCollector {
   bool can_defer() const { return num_deferred_ < kMostDeferred; }
   /// Fills in the columns of the names noted: in the last rows, then at the end of `terms`.
   void resolve_columns(LpLinearTerms& terms);
-  /// The column of that name, or -1. Where columns come up again they often do so in their order.
-  int find_column(std::string_view name) {
-    const int next = last_found_ + 1;
-    const bool in_order = next < num_cols() && columns_.view(next) == name;
-    return last_found_ = in_order && !names_repeat_ ? next : columns_.find(name);
-  }
+  /// The column of that name, or -1.
+  int find_column(std::string_view name);
 
   void set_sense(int sense) { sense_ = sense; }
   void set_objective_name(std::string_view name);
@@ -175,7 +171,8 @@ class LpCollector {
   std::size_t deferred_end_[kMostDeferred];  // [num_deferred_] where names end in deferred_text_
   Vector<char> deferred_text_;               // the names, one behind the other
   int deferred_terms_ = 0;                   // the last of them, whose terms are in no row yet
-  int last_found_ = -1;                      // by find_column()
+  int expected_ = 0;                         // column that find_column() tries first
+  int num_unexpected_ = 0;                   // columns found elsewhere since it was right
   bool names_repeat_ = false;                // the model added to has columns of the same name
   Vector<double> lower_, upper_;             // [columns known when a bound was last taken]
   Vector<char> lower_given_, upper_given_;   // alike

@@ -6,7 +6,7 @@
 namespace kelvo {
 
 void LpNames::reserve(std::size_t names, std::size_t characters) {
-  start_.reserve(names + 1);
+  start_.reserve(names);
   text_.reserve(characters);
 }
 
@@ -27,15 +27,14 @@ void LpNames::append_text(std::string_view name) {
   if (needed > text_.size()) text_.resize(std::max(2 * needed, text_.capacity()));
   std::memcpy(text_.data() + used_, name.data(), name.size());
   text_[needed - 1] = '\0';
-  used_ = needed;
   start_.push_back(static_cast<std::int64_t>(used_));
+  used_ = needed;
 }
 
 NameStore LpNames::release() {
   NameStore names;
   if (size() == 0) return names;
   text_.resize(used_);
-  start_.pop_back();
   names.adopt(std::move(text_), std::move(start_));
   return names;
 }

@@ -16,9 +16,11 @@ namespace kelvo {
 
 class LpNames {
  public:
-  int size() const { return static_cast<int>(start_.size()) - 1; }
+  int size() const { return static_cast<int>(start_.size()); }
   std::string_view view(int i) const {
-    return {text_.data() + start_[i], static_cast<std::size_t>(start_[i + 1] - start_[i] - 1)};
+    const auto begin = static_cast<std::size_t>(start_[i]);
+    const std::size_t end = i + 1 < size() ? static_cast<std::size_t>(start_[i + 1]) : used_;
+    return {text_.data() + begin, end - begin - 1};
   }
 
   void reserve(std::size_t names, std::size_t characters);
@@ -38,9 +40,9 @@ class LpNames {
  private:
   void append_text(std::string_view name);
 
-  Vector<char> text_;                                     // the names, each ended by a zero
-  std::size_t used_ = 0;                                  // characters of text_ in use
-  Vector<std::int64_t> start_ = Vector<std::int64_t>(1);  // [size + 1] where names begin in text_
+  Vector<char> text_;           // the names, each ended by a zero
+  std::size_t used_ = 0;        // characters of text_ in use
+  Vector<std::int64_t> start_;  // [size] where names begin in text_
   NameIndex index_;
 };
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 
 #include "base/error_code.h"
 #include "env/error_table.h"
@@ -24,6 +27,44 @@ unsigned char class_of(char c) {
   return kClass[static_cast<unsigned char>(c)];
 }
 
+// Fields and blanks are passed eight bytes at a time while so many are left of the line. In a word
+// of eight bytes the lowest mark, the high bit of a byte, is exact.
+constexpr std::uint64_t kOnes = 0x0101010101010101u, kMarks = 0x8080808080808080u;
+
+bool load_word(const char* at, const char* end, std::uint64_t& word) {
+  if (std::endian::native != std::endian::little || end - at < 8) return false;
+  std::memcpy(&word, at, 8);
+  return true;
+}
+
+/// The place of the lowest mark.
+int first_marked(std::uint64_t marks) {
+  return std::countr_zero(marks) >> 3;
+}
+
+/// The end of the field at `at`; a byte of no field stands at `end`.
+const char* field_end(const char* at, const char* end) {
+  for (std::uint64_t word; load_word(at, end, word); at += 8) {
+    const std::uint64_t deleted = word ^ (kOnes * 127);
+    const std::uint64_t marks =
+        (((word - kOnes * 33) & ~word) | ((deleted - kOnes) & ~deleted)) & kMarks;
+    if (marks != 0) return at + first_marked(marks);
+  }
+  while (class_of(*at) == kField) ++at;
+  return at;
+}
+
+const char* blanks_end(const char* at, const char* end) {
+  for (std::uint64_t word; load_word(at, end, word); at += 8) {
+    const std::uint64_t other = word ^ (kOnes * ' ');
+    if (other == 0) continue;
+    at += std::countr_zero(other) >> 3;
+    break;
+  }
+  while (class_of(*at) == kBlank) ++at;
+  return at;
+}
+
 char upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
@@ -44,10 +85,10 @@ void MpsFields::split(Line& line) const {
   line.count = 0;
   const unsigned char first_class = class_of(*at);
   if (*at == '*' || (first_class & (kBlank | kField)) == 0) return;
+  const char* const end = at + line.text.size();
   while (line.count < kMostFields) {
-    while (class_of(*at) == kBlank) ++at;
-    const char* const begin = at;
-    while (class_of(*at) == kField) ++at;
+    const char* const begin = at = blanks_end(at, end);
+    at = field_end(at, end);
     if (at == begin) return;
     line.field[line.count++] = std::string_view(begin, static_cast<std::size_t>(at - begin));
   }
