@@ -203,6 +203,12 @@ std::size_t FileStream::read(char* into, std::size_t size) {
   return 0;
 }
 
+std::size_t FileStream::size_hint() const {
+  struct stat info;
+  if (descriptor_ < 0 || fstat(descriptor_, &info) != 0 || !S_ISREG(info.st_mode)) return 0;
+  return static_cast<std::size_t>(info.st_size);
+}
+
 void FileStream::write(std::string_view text) {
   if (pending_.size() + text.size() > pending_.capacity()) flush();
   if (text.size() > pending_.capacity()) {

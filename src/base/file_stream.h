@@ -40,6 +40,8 @@ class FileStream {
 
   /// Reads up to `size` bytes; 0 at the end of the data or after a failure, see failed().
   std::size_t read(char* into, std::size_t size);
+  /// The size of a plain file that is open; 0 for what comes through a program.
+  std::size_t size_hint() const;
   /// Writes through a buffer; a failure is remembered and comes out of close_file().
   void write(std::string_view text);
   /// Formats with the printf rules (any length) and writes.

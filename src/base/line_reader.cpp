@@ -89,6 +89,26 @@ LineReader::Outcome LineReader::next(std::size_t limit) {
   return Outcome::line;
 }
 
+int LineReader::take_ready(std::string_view* lines, int most, std::size_t limit) {
+  int count = 0;
+  for (; count < most; ++count) {
+    const std::size_t have = static_cast<std::size_t>(end_ - at_);
+    if (have == 0) break;
+    const void* const found = std::memchr(at_, '\n', std::min(have, limit + 1));
+    if (found == nullptr) break;
+    const auto line_feed = static_cast<const char*>(found);
+    lines[count] = std::string_view(at_, static_cast<std::size_t>(line_feed - at_));
+    at_ = line_feed + 1;
+  }
+  line_number_ += count;
+  return count;
+}
+
+std::size_t LineReader::size_hint() const {
+  const std::size_t ready = static_cast<std::size_t>(end_ - at_);
+  return stream_ == nullptr ? ready : std::max(ready, stream_->size_hint());
+}
+
 std::string_view LineReader::peek(std::size_t count) {
   std::size_t have = static_cast<std::size_t>(end_ - at_);
   while (have < count && !exhausted_) {

@@ -33,12 +33,18 @@ class LineReader {
   /// stops at line feeds needs no other limit. The text is valid until the next call.
   Outcome next(std::size_t limit);
   std::string_view text() const { return text_; }
-  /// The number of the line that text() belongs to, from 1 (0 before the first). At the end: the
-  /// number of the last line.
+  /// Takes up to `most` further lines of at most `limit` characters that are in the buffer with
+  /// their ends, so that nothing moves: their texts are valid as long as the one of the last next()
+  /// and can be read up to their line feed. Returns how many; only after Outcome::line. text()
+  /// stays that of next(), line_number() counts the lines taken.
+  int take_ready(std::string_view* lines, int most, std::size_t limit);
+  /// The number of the line taken last, from 1 (0 before the first).
   int line_number() const { return line_number_; }
   /// The first bytes of the text, at most `count`, without taking them; fewer only when the text is
   /// shorter. Only before the first next().
   std::string_view peek(std::size_t count);
+  /// About how many bytes the text has, for room made in advance; 0 when that is not known.
+  std::size_t size_hint() const;
 
  private:
   void fill(std::size_t wanted);

@@ -1,5 +1,7 @@
 #include "base/memory.h"
 
+#include <sys/mman.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -31,6 +33,20 @@ void* advance(void* raw) noexcept {
   return bytes;
 }
 
+/// Blocks of this size and more are worth whole huge pages.
+constexpr std::size_t kHugePage = std::size_t{1} << 21;
+constexpr std::size_t kManyPages = 2 * kHugePage;
+
+/// Tables and matrices of large models are read in no order, which costs as much for the look-up of
+/// addresses as for the data unless pages are huge. A system that has none goes on without.
+void ask_for_huge_pages(void* raw, std::size_t bytes) noexcept {
+  if (bytes < kManyPages) return;
+  const auto begin = reinterpret_cast<std::uintptr_t>(raw);
+  const std::uintptr_t first = (begin + kHugePage - 1) / kHugePage * kHugePage;
+  const std::uintptr_t last = (begin + bytes) / kHugePage * kHugePage;
+  if (first < last) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+}
+
 void* raw_of(void* block) noexcept {
   auto* bytes = static_cast<unsigned char*>(block);
   return bytes - bytes[-1];
@@ -44,6 +60,7 @@ void* allocate(std::size_t bytes) noexcept {
   if (bytes > std::numeric_limits<std::size_t>::max() - kAlignment) return nullptr;
   void* raw = std::malloc(bytes + kAlignment);
   if (raw == nullptr) return nullptr;
+  ask_for_huge_pages(raw, bytes);
   live.fetch_add(1, std::memory_order_relaxed);
   return advance(raw);
 }

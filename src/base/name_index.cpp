@@ -23,7 +23,7 @@ void NameIndex::reserve(int names) {
   const std::size_t mask = slots - 1;
   for (const Slot& slot : slot_) {
     if (slot.index == kNone) continue;
-    std::size_t at = home(slot.bits, mask);
+    std::size_t at = home(slot.key, mask);
     while (fresh[at].index != kNone) at = (at + 1) & mask;
     fresh[at] = slot;
   }
@@ -35,7 +35,7 @@ void NameIndex::erase_slot(std::size_t at) noexcept {
   std::size_t hole = at;
   for (std::size_t next = (at + 1) & mask; slot_[next].index != kNone; next = (next + 1) & mask) {
     // The slot may move to the hole when its search begins at the hole or before it.
-    const std::size_t searched = (next - home(slot_[next].bits, mask)) & mask;
+    const std::size_t searched = (next - home(slot_[next].key, mask)) & mask;
     if (searched < ((next - hole) & mask)) continue;
     slot_[hole] = slot_[next];
     hole = next;

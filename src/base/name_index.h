@@ -1,11 +1,11 @@
 // From a name to the index that carries it: a hash table with open addressing.
 //
-// The table stores no texts. A slot keeps an index and a 64-bit tag of its name: the name itself
-// when it has at most 8 bytes, so that a short name is found without a look at the caller's store,
-// and a hash of it otherwise. Only when the tag of a longer name agrees is the name asked of the
-// store, any object with `view(int) -> std::string_view` such as NameStore. Names hold no zero
-// bytes. The caller keeps table and store in step: names may be inserted and, when all are
-// different, erased; other changes of the store mean clear() and a new build().
+// A slot keeps an index and a key of its name: the name itself when it has at most 24 bytes, so
+// that it is found in one place of the memory, and hashes of it otherwise. Only when the key of
+// such a long name agrees is the name asked of the caller's store, any object with `view(int) ->
+// std::string_view` such as NameStore. Names hold no zero bytes. The caller keeps table and store
+// in step: names may be inserted and, when all are different, erased; other changes of the store
+// mean clear() and a new build().
 //
 // When a name occurs more than once, the table holds the index inserted first. Collisions are
 // resolved by linear probing; the table doubles when it is two thirds full, so a look-up touches
@@ -35,13 +35,13 @@ class NameIndex {
   /// The first index inserted under `name`, or kNone.
   template <class Names>
   int find(std::string_view name, const Names& names) const {
-    return slot_.empty() ? kNone : slot_[probe(name, make_tag(name), names)].index;
+    return slot_.empty() ? kNone : slot_[probe(name, make_key(name), names)].index;
   }
 
   /// Asks for the memory where the search for `name` begins, which a find() a little later needs.
   void prefetch(std::string_view name) const {
     if (slot_.empty()) return;
-    __builtin_prefetch(&slot_[home(make_tag(name).bits, slot_.size() - 1)]);
+    __builtin_prefetch(&slot_[home(make_key(name), slot_.size() - 1)]);
   }
 
   /// Enters `name` for index `i` >= 0 unless it is there already. Returns the index that the name
@@ -50,10 +50,10 @@ class NameIndex {
   template <class Names>
   int insert(std::string_view name, int i, const Names& names) {
     if (slots_for(size_ + 1) > slot_.size()) reserve(2 * size_ + 8);
-    const Tag tag = make_tag(name);
-    Slot& slot = slot_[probe(name, tag, names)];
+    const Key key = make_key(name);
+    Slot& slot = slot_[probe(name, key, names)];
     if (slot.index == kNone) {
-      slot = {tag.bits, i, tag.whole_name};
+      slot = {key, i};
       ++size_;
     }
     return slot.index;
@@ -64,7 +64,7 @@ class NameIndex {
   template <class Names>
   void erase(std::string_view name, const Names& names) noexcept {
     if (slot_.empty()) return;
-    const std::size_t at = probe(name, make_tag(name), names);
+    const std::size_t at = probe(name, make_key(name), names);
     if (slot_[at].index != kNone) erase_slot(at);
   }
 
@@ -83,14 +83,17 @@ class NameIndex {
   static std::uint64_t hash(std::string_view name) noexcept;
 
  private:
-  struct Tag {
-    std::uint64_t bits;
-    bool whole_name;  // the bits are the name's bytes, padded with zeros
+  static constexpr std::size_t kWords = 3;
+
+  struct Key {
+    std::uint64_t word[kWords] = {};
+    int is_hash = 0;  // 0: the words are the name's bytes, padded with zeros
+
+    bool operator==(const Key&) const = default;
   };
   struct Slot {
-    std::uint64_t bits = 0;
+    Key key;
     int index = kNone;
-    bool whole_name = false;
   };
 
   /// Both halves of a 128-bit product, folded together.
@@ -115,16 +118,24 @@ class NameIndex {
     return word;
   }
 
-  static Tag make_tag(std::string_view name) noexcept {
-    return name.size() <= 8 ? Tag{load(name.data(), name.size()), true} : Tag{hash(name), false};
+  static Key make_key(std::string_view name) noexcept {
+    if (name.size() > 8 * kWords) return {{hash(name), name.size(), 0}, 1};
+    Key key;
+    const char* at = name.data();
+    std::size_t left = name.size();
+    std::uint64_t* word = key.word;
+    for (; left > 8; at += 8, left -= 8) std::memcpy(word++, at, 8);
+    *word = load(at, left);
+    return key;
   }
 
   /// The number of slots that so many names need, before it is made a power of two.
   static std::size_t slots_for(int names) { return 3 * static_cast<std::size_t>(names) / 2 + 1; }
 
-  /// Where the search for a tag begins.
-  static std::size_t home(std::uint64_t bits, std::size_t mask) {
-    return fold(bits ^ kMultiplierB, kMultiplierA) & mask;
+  /// Where the search for a key begins.
+  static std::size_t home(const Key& key, std::size_t mask) {
+    const std::uint64_t half = fold(key.word[0] ^ kMultiplierB, key.word[1] ^ kMultiplierA);
+    return fold(half ^ key.word[2], kMultiplierA) & mask;
   }
 
   /// Empties a slot and moves later ones forward, so that every search still finds its name.
@@ -132,13 +143,13 @@ class NameIndex {
 
   /// Position of the name's slot, or of the empty slot where it belongs. The table is never full.
   template <class Names>
-  std::size_t probe(std::string_view name, Tag tag, const Names& names) const {
+  std::size_t probe(std::string_view name, const Key& key, const Names& names) const {
     const std::size_t mask = slot_.size() - 1;
-    for (std::size_t at = home(tag.bits, mask);; at = (at + 1) & mask) {
+    for (std::size_t at = home(key, mask);; at = (at + 1) & mask) {
       const Slot& slot = slot_[at];
       if (slot.index == kNone) return at;
-      if (slot.bits != tag.bits || slot.whole_name != tag.whole_name) continue;
-      if (tag.whole_name || names.view(slot.index) == name) return at;
+      if (slot.key != key) continue;
+      if (key.is_hash == 0 || names.view(slot.index) == name) return at;
     }
   }
 

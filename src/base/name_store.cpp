@@ -9,6 +9,7 @@ void NameStore::clear() {
   text_.clear();
   offset_.clear();
   present_ = false;
+  packed_ = true;
 }
 
 void NameStore::reserve(int names, std::int64_t characters) {
@@ -23,6 +24,10 @@ void NameStore::make_room(int names, std::int64_t characters) {
 
 void NameStore::grow_text(std::size_t extra) {
   if (text_.size() + extra <= text_.capacity()) return;
+  if (packed_) {
+    text_.reserve(std::max(text_.size() + extra, 2 * text_.size()));
+    return;
+  }
   std::size_t used = 0;
   for (int k = 0; k < size(); ++k) used += std::strlen((*this)[k]) + 1;
   Vector<char> packed;
@@ -33,16 +38,22 @@ void NameStore::grow_text(std::size_t extra) {
     packed.insert(packed.end(), old, old + std::strlen(old) + 1);
   }
   text_.swap(packed);
+  packed_ = true;
+}
+
+/// There is room.
+void NameStore::append_text(std::string_view name) noexcept {
+  const std::size_t start = text_.size();
+  text_.resize(start + name.size() + 1);
+  if (!name.empty()) std::memcpy(text_.data() + start, name.data(), name.size());
 }
 
 void NameStore::append(std::string_view name) {
-  name = name.substr(0, name.find('\0'));
+  if (!name.empty()) name = name.substr(0, strnlen(name.data(), name.size()));
   kelvo::make_room(offset_, 1);
   grow_text(name.size() + 1);
-  const auto start = static_cast<std::int64_t>(text_.size());
-  text_.insert(text_.end(), name.begin(), name.end());
-  text_.push_back('\0');
-  offset_.push_back(start);
+  offset_.push_back(static_cast<std::int64_t>(text_.size()));
+  append_text(name);
   present_ = true;
 }
 
@@ -51,13 +62,13 @@ void NameStore::rename(int i, std::string_view name) {
   if (name.size() <= std::strlen((*this)[i])) {
     std::memmove(text_.data() + offset_[i], name.data(), name.size());
     text_[offset_[i] + static_cast<std::int64_t>(name.size())] = '\0';
+    packed_ = false;
     return;
   }
   grow_text(name.size() + 1);
-  const auto start = static_cast<std::int64_t>(text_.size());
-  text_.insert(text_.end(), name.begin(), name.end());
-  text_.push_back('\0');
-  offset_[i] = start;
+  offset_[i] = static_cast<std::int64_t>(text_.size());
+  append_text(name);
+  packed_ = false;
 }
 
 }  // namespace kelvo

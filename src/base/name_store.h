@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 #include "base/containers.h"
 
@@ -19,6 +20,11 @@ class NameStore {
   const char* operator[](int i) const { return text_.data() + offset_[i]; }
   std::string_view view(int i) const { return std::string_view((*this)[i]); }
 
+  /// Ask for the memory of a name that is wanted later: for the place where it is noted, and, some
+  /// time after that, for its text.
+  void prefetch_place(int i) const { __builtin_prefetch(offset_.data() + i); }
+  void prefetch_text(int i) const { __builtin_prefetch((*this)[i]); }
+
   /// Makes the store present without adding a name.
   void create() { present_ = true; }
   /// Removes all names; present() is false afterwards.
@@ -27,6 +33,13 @@ class NameStore {
   /// Makes room for `names` more names with together `characters` characters (without the ends),
   /// growing geometrically, so that appending them does not throw. Throws std::bad_alloc.
   void make_room(int names, std::int64_t characters);
+  /// Takes over names that stand one behind the other in one pool, each ended by a zero: name i
+  /// begins at text[offset[i]]. The store is present afterwards.
+  void adopt(Vector<char>&& text, Vector<std::int64_t>&& offset) noexcept {
+    text_ = std::move(text);
+    offset_ = std::move(offset);
+    present_ = packed_ = true;
+  }
   /// Adds a name at the end (zeros inside it end it). Throws std::bad_alloc, leaving the store as
   /// it was.
   void append(std::string_view name);
@@ -43,6 +56,7 @@ class NameStore {
     for (int i = 0; i < size(); ++i) {
       if (keep(i)) offset_[kept++] = offset_[i];
     }
+    packed_ = packed_ && kept == size();
     offset_.resize(kept);
   }
 
@@ -50,10 +64,12 @@ class NameStore {
   /// Makes room for `extra` characters; texts that no name uses any more are dropped whenever the
   /// pool has to grow.
   void grow_text(std::size_t extra);
+  void append_text(std::string_view name) noexcept;
 
   Vector<char> text_;            // the names, each followed by a zero; may hold unused stretches
   Vector<std::int64_t> offset_;  // [size] start of each name in text_
   bool present_ = false;
+  bool packed_ = true;  // text_ holds the names one behind the other and nothing else
 };
 
 }  // namespace kelvo

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace kelvo {
 namespace {
@@ -27,11 +29,32 @@ bool is_exponent_letter(char c, bool fortran_exponents) {
   return lower == 'e' || (fortran_exponents && lower == 'd');
 }
 
+/// True for eight bytes that are all digits.
+bool are_digits(std::uint64_t bytes) {
+  constexpr std::uint64_t kHighHalves = 0xf0f0f0f0f0f0f0f0u, kSixes = 0x0606060606060606u;
+  constexpr std::uint64_t kZeros = 0x3030303030303030u;
+  return (bytes & kHighHalves) == kZeros && ((bytes + kSixes) & kHighHalves) == kZeros;
+}
+
+/// The number that eight digits stand for, the first in the lowest byte: neighbours are joined to
+/// numbers of two digits, these to numbers of four, these to one.
+std::uint64_t join_digits(std::uint64_t bytes) {
+  const std::uint64_t single = bytes & 0x0f0f0f0f0f0f0f0fu;
+  const std::uint64_t pairs = ((single * (10 << 8 | 1)) >> 8) & 0x00ff00ff00ff00ffu;
+  const std::uint64_t fours = ((pairs * (100 << 16 | 1)) >> 16) & 0x0000ffff0000ffffu;
+  return (fours * (std::uint64_t{10000} << 32 | 1)) >> 32;
+}
+
 /// Digits accumulated exactly in an integer as long as they fit a double's 53 bits, then with one
 /// rounding per digit.
 class Digits {
  public:
   const char* take(const char* at, const char* end) {
+    for (std::uint64_t bytes; end - at >= 8 && exact_ < kExactBeforeEight; at += 8) {
+      std::memcpy(&bytes, at, 8);
+      if (std::endian::native != std::endian::little || !are_digits(bytes)) break;
+      exact_ = 100000000 * exact_ + join_digits(bytes);
+    }
     for (; at != end && is_digit(*at); ++at) {
       const int digit = *at - '0';
       if (exact_ < kExactLimit) {
@@ -49,6 +72,8 @@ class Digits {
  private:
   /// 10 * x + 9 stays below 2^53 for every x under it.
   static constexpr std::uint64_t kExactLimit = 900000000000000u;
+  /// Eight digits behind a smaller number are all taken exactly.
+  static constexpr std::uint64_t kExactBeforeEight = kExactLimit / 10000000 - 1;
   std::uint64_t exact_ = 0;
   double value_ = 0.0;
   bool rounded_ = false;

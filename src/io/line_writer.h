@@ -58,7 +58,7 @@ class LineWriter {
 
  private:
   static constexpr int kLineWidth = 79;
-  static constexpr std::size_t kBlock = 1 << 15;
+  static constexpr std::size_t kBlock = 1 << 17;  // more than the stream keeps back
   FileStream& stream_;
   String text_;  // whole lines that wait, and the current one
   std::size_t line_begin_ = 0;

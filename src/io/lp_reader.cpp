@@ -124,7 +124,7 @@ void Parser::enter(LpSection section) {
 
 Status Parser::leave() {
   if (is_objective(section_) || is_constraints(section_)) return expression_.close();
-  if (section_ == LpSection::bounds) collector_.apply_bounds();
+  if (section_ == LpSection::bounds) collector_.close_bounds();
   return section_ == LpSection::sos ? sos_.close() : Status();
 }
 
@@ -188,9 +188,9 @@ class Session {
 
   LpCollector& collector() { return parser_->collector(); }
 
-  Status prepare(const LpCapacities& capacities) {
+  Status prepare(const LpCapacities& capacities, std::size_t text_size) {
     make_parser();
-    return collector().reserve(capacities);
+    return collector().reserve(capacities, text_size);
   }
   Status run();
 
@@ -251,7 +251,7 @@ Status LpReader::read(Model& model) {
     sink_.send(Channel::results, "Enter new problem ['end' on a separate line terminates]:\n");
   }
   Session session(lines_, settings_.interactive, nullptr, sink_);
-  KELVO_TRY(session.prepare(settings_.capacities));
+  KELVO_TRY(session.prepare(settings_.capacities, lines_.size_hint()));
   KELVO_TRY(session.run());
   if (settings_.linear_only) session.collector().drop_nonlinear(settings_.source_name);
   Model fresh;
@@ -263,7 +263,7 @@ Status LpReader::read(Model& model) {
 Status LpReader::read_additions(Model& model) {
   sink_.send(Channel::results, "Enter new constraints and bounds ['end' terminates]:\n");
   Session session(lines_, true, &model, sink_);
-  KELVO_TRY(session.prepare({}));
+  KELVO_TRY(session.prepare({}, 0));
   KELVO_TRY(session.run());
   Model extended = model;
   session.collector().append_to(extended);

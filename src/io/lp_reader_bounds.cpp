@@ -176,8 +176,7 @@ void BoundLine::add(int column, char sense, double value) {
 
 }  // namespace
 
-int find_lp_column(std::string_view name, const LpCollector& collector,
-                   LpDiagnostics& diagnostics) {
+int find_lp_column(std::string_view name, LpCollector& collector, LpDiagnostics& diagnostics) {
   const int column = collector.find_column(name);
   if (column < 0) diagnostics.warn_unknown_name(name);
   return column;

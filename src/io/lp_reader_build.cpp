@@ -122,8 +122,9 @@ SparseMatrix symmetric_matrix(const LpQuadraticTerms& terms, int columns) {
   return ordered;
 }
 
-/// Appends rows to others; `more` carries the names of all of them.
-void append_extra_rows(ExtraRows& rows, ExtraRows&& more) {
+/// Appends rows to others; the group carries the names of all of them.
+void append_extra_rows(ExtraRows& rows, LpRowGroup& group) {
+  const ExtraRows& more = group.data;
   if (more.size() == 0) return;
   const int offset = rows.rows.num_nonzeros();
   for (int i = 1; i <= more.size(); ++i) rows.rows.start.push_back(offset + more.rows.start[i]);
@@ -136,7 +137,7 @@ void append_extra_rows(ExtraRows& rows, ExtraRows&& more) {
   append(rows.rows.value, more.rows.value);
   append(rows.rhs, more.rhs);
   append(rows.sense, more.sense);
-  rows.names = std::move(more.names);
+  rows.names = group.names.release();
 }
 
 Vector<const char*> pointers_from(const NameStore& names, int first) {
@@ -171,12 +172,11 @@ void LpCollector::drop_nonlinear(const char* source_name) {
   types_.clear();
   quadratic_.truncate(0);
   quadratic_constraints_.clear();
-  quadratic_names_.clear();
-  quadratic_index_.clear();
+  quadratic_names_ = LpNames();
 }
 
 void LpCollector::build(Model& model) {
-  apply_bounds();
+  size_bounds();
   model.num_rows = rows_.data.size();
   model.num_cols = num_cols();
   model.sense = sense_;
@@ -197,13 +197,17 @@ void LpCollector::build(Model& model) {
   merger.merge(lazy_constraints_.data);
   merger.merge(indicators_.data);
   for (QuadraticConstraint& constraint : quadratic_constraints_) merger.merge(constraint);
+  for (LpRowGroup* group : {&user_cuts_, &lazy_constraints_, &indicators_}) {
+    group->data.names = group->names.release();
+  }
   model.user_cuts = std::move(user_cuts_.data);
   model.lazy_constraints = std::move(lazy_constraints_.data);
   model.quadratic_constraints = std::move(quadratic_constraints_);
-  model.quadratic_names = std::move(quadratic_names_);
+  model.quadratic_names = quadratic_names_.release();
   append_switches(model.indicators);
   model.indicators.rows = std::move(indicators_.data);
   sos_.members.num_minor = model.num_cols;
+  sos_.names = sos_names_.release();
   model.sos = std::move(sos_);
 }
 
@@ -216,7 +220,7 @@ void LpCollector::append_switches(IndicatorConstraints& indicators) {
 }
 
 void LpCollector::append_to(Model& model) {
-  apply_bounds();
+  size_bounds();
   const NameStore names = columns_.release();
   const Vector<const char*> new_columns = pointers_from(names, model.num_cols);
   ColumnBlock columns;
@@ -228,7 +232,8 @@ void LpCollector::append_to(Model& model) {
 
   TermMerger merger(model.num_cols);
   merger.merge(rows_.data);
-  const Vector<const char*> new_rows = pointers_from(rows_.data.names, first_new_row_);
+  const NameStore row_names = rows_.names.release();
+  const Vector<const char*> new_rows = pointers_from(row_names, first_new_row_);
   RowBlock rows;
   rows.count = rows_.data.size();
   rows.rhs = rows_.data.rhs.data();
@@ -243,15 +248,15 @@ void LpCollector::append_to(Model& model) {
   merger.merge(user_cuts_.data);
   merger.merge(lazy_constraints_.data);
   merger.merge(indicators_.data);
-  append_extra_rows(model.user_cuts, std::move(user_cuts_.data));
-  append_extra_rows(model.lazy_constraints, std::move(lazy_constraints_.data));
+  append_extra_rows(model.user_cuts, user_cuts_);
+  append_extra_rows(model.lazy_constraints, lazy_constraints_);
   append_switches(model.indicators);
-  append_extra_rows(model.indicators.rows, std::move(indicators_.data));
+  append_extra_rows(model.indicators.rows, indicators_);
   for (QuadraticConstraint& constraint : quadratic_constraints_) {
     merger.merge(constraint);
     model.quadratic_constraints.push_back(std::move(constraint));
   }
-  if (!quadratic_constraints_.empty()) model.quadratic_names = std::move(quadratic_names_);
+  if (!quadratic_constraints_.empty()) model.quadratic_names = quadratic_names_.release();
 }
 
 void LpCollector::apply_types(Model& model) {
@@ -290,7 +295,7 @@ void LpCollector::build_matrix(Model& model) {
   model.matrix.assign(std::move(columns));
   model.rhs = std::move(rows_.data.rhs);
   model.row_sense = std::move(rows_.data.sense);
-  model.row_names = std::move(rows_.data.names);
+  model.row_names = rows_.names.release();
 }
 
 }  // namespace kelvo

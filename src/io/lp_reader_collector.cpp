@@ -1,8 +1,8 @@
 #include "io/lp_reader_collector.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 namespace kelvo {
@@ -20,46 +20,57 @@ constexpr double kZeroInput = 1e-10;
 
 /// Typical length of a name with its final zero, for the room made in advance.
 constexpr int kTypicalName = 12;
+/// A text has hardly more nonzeros than one for so many of its bytes. Room that is not used costs
+/// next to nothing.
+constexpr std::size_t kBytesPerNonzero = 24;
 
 std::size_t room(int capacity) {
   return static_cast<std::size_t>(std::min(capacity, kMostReserved));
 }
 
 /// Letter and number.
-struct NumberedName {
+class NumberedName {
+ public:
   NumberedName(char letter, int number) {
-    length = std::snprintf(text, sizeof text, "%c%d", letter, number);
+    text_[0] = letter;
+    end_ = std::to_chars(text_ + 1, text_ + sizeof text_, number).ptr;
   }
-  std::string_view view() const { return {text, static_cast<std::size_t>(length)}; }
-  char text[16];
-  int length;
+  std::string_view view() const { return {text_, static_cast<std::size_t>(end_ - text_)}; }
+
+ private:
+  char text_[16];
+  char* end_;
 };
 
 /// Enters the label, or the default name of the entry, as the next name of a list.
-Status enter_label(std::string_view label, int line, const char* kind, char letter,
-                   NameStore& names, NameIndex& index, LpDiagnostics& diagnostics) {
+Status enter_label(std::string_view label, int line, const char* kind, char letter, LpNames& names,
+                   LpDiagnostics& diagnostics) {
   const int next = names.size();
+  if (!label.empty()) {
+    if (names.find_or_add(label) == next) return {};
+    return diagnostics.error_repeated(line, kind, label);
+  }
   const NumberedName generated(letter, next + 1);
-  const std::string_view name = label.empty() ? generated.view() : label;
-  if (index.insert(name, next, names) != next) return diagnostics.error_repeated(line, kind, name);
-  names.append(name);
-  return {};
+  if (names.find_or_add(generated.view()) == next) return {};
+  return diagnostics.error_repeated(line, kind, generated.view());
 }
 
 }  // namespace
 
-Status LpCollector::reserve(const LpCapacities& capacities) {
+Status LpCollector::reserve(const LpCapacities& capacities, std::size_t text_size) {
   for (const int capacity :
        {capacities.rows, capacities.columns, capacities.nonzeros, capacities.quadratic_nonzeros}) {
     if (capacity > kSizeLimit) return diagnostics_.error(1012);
   }
   if (capacities.columns > kSizeLimit / 2) return diagnostics_.error(1012);
+  deferred_text_.reserve(kMostDeferred * kTypicalName);
   columns_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
   rows_.data.rhs.reserve(room(capacities.rows));
   rows_.data.sense.reserve(room(capacities.rows));
   rows_.data.rows.start.reserve(room(capacities.rows) + 1);
-  rows_.data.rows.index.reserve(room(capacities.nonzeros));
-  rows_.data.rows.value.reserve(room(capacities.nonzeros));
+  const std::size_t nonzeros = std::max(room(capacities.nonzeros), text_size / kBytesPerNonzero);
+  rows_.data.rows.index.reserve(nonzeros);
+  rows_.data.rows.value.reserve(nonzeros);
   quadratic_.first.reserve(room(capacities.quadratic_nonzeros));
   quadratic_.second.reserve(room(capacities.quadratic_nonzeros));
   quadratic_.value.reserve(room(capacities.quadratic_nonzeros));
@@ -67,32 +78,68 @@ Status LpCollector::reserve(const LpCapacities& capacities) {
 }
 
 void LpCollector::begin_additions(const Model& model) {
-  const auto know = [](const NameStore& given, int count, char letter, NameStore& names,
-                       NameIndex& index) {
-    names.create();
+  const auto know = [](const NameStore& given, int count, char letter, LpNames& names) {
     for (int k = 0; k < count; ++k) {
       const NumberedName generated(letter, k + 1);
-      const std::string_view name = given.present() ? given.view(k) : generated.view();
-      index.insert(name, k, names);
-      names.append(name);
+      names.append(given.present() ? given.view(k) : generated.view());
     }
   };
   const auto know_rows = [&know](const ExtraRows& rows, LpRowGroup& group) {
-    know(rows.names, rows.size(), group.letter, group.data.names, group.index);
+    know(rows.names, rows.size(), group.letter, group.names);
   };
-  for (int j = 0; j < model.num_cols; ++j) {
-    const NumberedName generated('x', j + 1);
-    columns_.append(model.col_names.present() ? model.col_names.view(j) : generated.view());
-  }
-  know(model.row_names, model.num_rows, 'c', rows_.data.names, rows_.index);
+  know(model.col_names, model.num_cols, 'x', columns_);
+  know(model.row_names, model.num_rows, 'c', rows_.names);
   know(model.quadratic_names, static_cast<int>(model.quadratic_constraints.size()), 'q',
-       quadratic_names_, quadratic_index_);
+       quadratic_names_);
   know_rows(model.user_cuts, user_cuts_);
   know_rows(model.lazy_constraints, lazy_constraints_);
   know_rows(model.indicators.rows, indicators_);
+  names_repeat_ = true;  // perhaps
   lower_ = model.lower;
   upper_ = model.upper;
+  lower_given_.assign(lower_.size(), 0);
+  upper_given_.assign(upper_.size(), 0);
   first_new_row_ = model.num_rows;
+}
+
+void LpCollector::defer_column(std::string_view name) {
+  columns_.prefetch(name);
+  deferred_text_.insert(deferred_text_.end(), name.begin(), name.end());
+  deferred_end_[num_deferred_++] = deferred_text_.size();
+  ++deferred_terms_;
+}
+
+void LpCollector::resolve_columns(LpLinearTerms& terms) {
+  Vector<int>& in_rows = rows_.data.rows.index;
+  const int of_rows = num_deferred_ - deferred_terms_;
+  int* const row_entry = in_rows.data() + (in_rows.size() - static_cast<std::size_t>(of_rows));
+  int* const term = terms.index.data() + (terms.size() - static_cast<std::size_t>(deferred_terms_));
+  std::size_t begin = 0;
+  for (int k = 0; k < num_deferred_; ++k) {
+    const std::string_view name(deferred_text_.data() + begin, deferred_end_[k] - begin);
+    begin = deferred_end_[k];
+    (k < of_rows ? row_entry[k] : term[k - of_rows]) = columns_.find_or_add(name);
+  }
+  num_deferred_ = deferred_terms_ = 0;
+  deferred_text_.clear();
+}
+
+/// Where columns come up again they often do so in their order, with some that do not.
+int LpCollector::find_column(std::string_view name) {
+  constexpr int kNear = 4;  // to go on behind a gap
+  constexpr int kPatience = 8;
+  if (expected_ < num_cols() && !names_repeat_ && columns_.view(expected_) == name) {
+    num_unexpected_ = 0;
+    return expected_++;
+  }
+  const int found = columns_.find(name);
+  if (found < 0) return found;
+  const bool near = found > expected_ && found <= expected_ + kNear;
+  if (near || ++num_unexpected_ > kPatience) {
+    expected_ = found + 1;
+    num_unexpected_ = 0;
+  }
+  return found;
 }
 
 void LpCollector::set_objective_name(std::string_view name) {
@@ -115,8 +162,8 @@ Status LpCollector::append(LpRowGroup& group, const LpConstraint& constraint) {
   if (rows.index.size() + linear.size() > std::numeric_limits<int>::max()) {
     return diagnostics_.error(1433);
   }
-  KELVO_TRY(enter_label(constraint.label, constraint.line, group.kind, group.letter, data.names,
-                        group.index, diagnostics_));
+  KELVO_TRY(enter_label(constraint.label, constraint.line, group.kind, group.letter, group.names,
+                        diagnostics_));
   rows.index.insert(rows.index.end(), linear.index.begin(), linear.index.end());
   rows.value.insert(rows.value.end(), linear.value.begin(), linear.value.end());
   rows.start.push_back(static_cast<int>(rows.index.size()));
@@ -129,7 +176,9 @@ Status LpCollector::append(LpRowGroup& group, const LpConstraint& constraint) {
 Status LpCollector::add_constraint(LpSection section, const LpConstraint& constraint) {
   if (section == LpSection::user_cuts) return append(user_cuts_, constraint);
   if (section == LpSection::lazy_constraints) return append(lazy_constraints_, constraint);
-  return append(rows_, constraint);
+  KELVO_TRY(append(rows_, constraint));
+  deferred_terms_ = 0;
+  return {};
 }
 
 Status LpCollector::add_indicator(const LpIndicator& indicator, const LpConstraint& constraint) {
@@ -139,7 +188,7 @@ Status LpCollector::add_indicator(const LpIndicator& indicator, const LpConstrai
 
 Status LpCollector::add_quadratic_constraint(const LpConstraint& constraint) {
   KELVO_TRY(enter_label(constraint.label, constraint.line, "Quadratic constraint", 'q',
-                        quadratic_names_, quadratic_index_, diagnostics_));
+                        quadratic_names_, diagnostics_));
   QuadraticConstraint added;
   added.rhs = constraint.rhs;
   added.sense = constraint.sense;
@@ -160,18 +209,24 @@ void LpCollector::size_bounds() {
   upper_given_.resize(columns, 0);
 }
 
-void LpCollector::apply_bounds() {
-  size_bounds();
-  for (const Bound& bound : bounds_) {
-    if (bound.type != 'U') set_lower(bound.column, bound.value);
-    if (bound.type != 'L') set_upper(bound.column, bound.value);
+void LpCollector::add_bound(int column, char type, double value) {
+  if (lower_.size() < static_cast<std::size_t>(num_cols())) size_bounds();
+  if (type != 'U') set_lower(column, value);
+  if (type != 'L') set_upper(column, value);
+}
+
+void LpCollector::close_bounds() {
+  for (const char type : ignored_bounds_) {
+    diagnostics_.sink().send(Channel::warning, type == 'L'
+                                                   ? "Warning:  Infinity lower bound ignored.\n"
+                                                   : "Warning:  -Infinity upper bound ignored.\n");
   }
-  bounds_.clear();
+  ignored_bounds_.clear();
 }
 
 void LpCollector::set_lower(int column, double value) {
   if (value >= kInfiniteInput) {
-    diagnostics_.sink().print(Channel::warning, "Warning:  Infinity lower bound ignored.\n");
+    ignored_bounds_.push_back('L');
     return;
   }
   lower_[column] = value <= -kInfiniteInput        ? -kInfiniteBound
@@ -182,7 +237,7 @@ void LpCollector::set_lower(int column, double value) {
 
 void LpCollector::set_upper(int column, double value) {
   if (value <= -kInfiniteInput) {
-    diagnostics_.sink().print(Channel::warning, "Warning:  -Infinity upper bound ignored.\n");
+    ignored_bounds_.push_back('U');
     return;
   }
   upper_[column] = value >= kInfiniteInput         ? kInfiniteBound
@@ -192,8 +247,7 @@ void LpCollector::set_upper(int column, double value) {
 }
 
 Status LpCollector::open_set(std::string_view label, char type) {
-  KELVO_TRY(
-      enter_label(label, diagnostics_.line, "SOS", 's', sos_.names, sos_index_, diagnostics_));
+  KELVO_TRY(enter_label(label, diagnostics_.line, "SOS", 's', sos_names_, diagnostics_));
   sos_.type.push_back(type);
   sos_.members.start.push_back(static_cast<int>(sos_.members.index.size()));
   ++sos_.members.num_major;

@@ -8,11 +8,10 @@
 #include <cstdint>
 #include <string_view>
 
-#include "base/name_index.h"
 #include "base/status.h"
-#include "io/lp_reader_columns.h"
 #include "io/lp_reader_diagnostics.h"
 #include "io/lp_reader_keywords.h"
+#include "io/lp_reader_names.h"
 #include "prob/model.h"
 
 namespace kelvo {
@@ -81,28 +80,33 @@ struct LpCapacities {
 struct LpRowGroup {
   const char* kind;  // the word for error messages
   char letter;       // default names are this letter and the number from 1
-  ExtraRows data;
-  NameIndex index;  // over data.names
+  ExtraRows data;    // without its names
+  LpNames names;
 };
 
 class LpCollector {
  public:
   explicit LpCollector(LpDiagnostics& diagnostics) : diagnostics_(diagnostics) {}
 
-  /// Makes room; fails when a capacity is beyond what can be indexed.
-  Status reserve(const LpCapacities& capacities);
+  /// Makes room, for a text of about `text_size` bytes (0: not known); fails when a capacity is
+  /// beyond what can be indexed.
+  Status reserve(const LpCapacities& capacities, std::size_t text_size);
   /// Makes the names of a model known, so that what is read adds to it; append_to() does so.
   void begin_additions(const Model& model);
 
   int num_cols() const { return columns_.size(); }
   /// The column of that name, added when it is new.
   int column(std::string_view name) { return columns_.find_or_add(name); }
-  /// The columns of names in their order, likewise.
-  void columns(const std::string_view* names, int count, int* columns) {
-    columns_.find_or_add(names, count, columns);
-  }
+  /// Notes the name of the column of a term that has been added with the index -1 behind those of
+  /// the rows that were read last. Names are looked up together, which overlaps the waits for
+  /// memory; so resolve_columns() must come before any other look-up, before terms go anywhere but
+  /// to the rows, and when no more names can be noted.
+  void defer_column(std::string_view name);
+  bool can_defer() const { return num_deferred_ < kMostDeferred; }
+  /// Fills in the columns of the names noted: in the last rows, then at the end of `terms`.
+  void resolve_columns(LpLinearTerms& terms);
   /// The column of that name, or -1.
-  int find_column(std::string_view name) const { return columns_.find(name); }
+  int find_column(std::string_view name);
 
   void set_sense(int sense) { sense_ = sense; }
   void set_objective_name(std::string_view name);
@@ -113,10 +117,10 @@ class LpCollector {
   Status add_quadratic_constraint(const LpConstraint& constraint);
   Status add_indicator(const LpIndicator& indicator, const LpConstraint& constraint);
 
-  /// Records a bound of type 'L', 'U' or 'B'.
-  void add_bound(int column, char type, double value) { bounds_.push_back({value, column, type}); }
-  /// Applies the bounds recorded since the last call, in their order.
-  void apply_bounds();
+  /// Takes a bound of type 'L', 'U' or 'B'.
+  void add_bound(int column, char type, double value);
+  /// Leaves the section: says which of the bounds taken since the last call have no meaning.
+  void close_bounds();
 
   void add_type(int column, LpSection section) { types_.push_back({column, section}); }
 
@@ -139,17 +143,13 @@ class LpCollector {
   void append_to(Model& model);
 
  private:
-  struct Bound {
-    double value;
-    int column;
-    char type;
-  };
   struct TypeRecord {
     int column;
     LpSection section;
   };
 
-  Status enter_name(LpRowGroup& group, const LpConstraint& constraint);
+  static constexpr int kMostDeferred = 64;
+
   Status append(LpRowGroup& group, const LpConstraint& constraint);
   void set_lower(int column, double value);
   void set_upper(int column, double value);
@@ -166,10 +166,17 @@ class LpCollector {
   LpLinearTerms objective_;
   LpQuadraticTerms quadratic_;  // of the objective c'x + 1/2 (sum of these terms)
 
-  LpColumnNames columns_;
-  Vector<double> lower_, upper_;            // [columns known when bounds were last applied]
-  Vector<char> lower_given_, upper_given_;  // alike
-  Vector<Bound> bounds_;                    // not applied yet
+  LpNames columns_;
+  int num_deferred_ = 0;
+  std::size_t deferred_end_[kMostDeferred];  // [num_deferred_] where names end in deferred_text_
+  Vector<char> deferred_text_;               // the names, one behind the other
+  int deferred_terms_ = 0;                   // the last of them, whose terms are in no row yet
+  int expected_ = 0;                         // column that find_column() tries first
+  int num_unexpected_ = 0;                   // columns found elsewhere since it was right
+  bool names_repeat_ = false;                // the model added to has columns of the same name
+  Vector<double> lower_, upper_;             // [columns known when a bound was last taken]
+  Vector<char> lower_given_, upper_given_;   // alike
+  Vector<char> ignored_bounds_;              // 'L' and 'U': infinite on the wrong side
   Vector<TypeRecord> types_;
 
   LpRowGroup rows_{"Row", 'c', {}, {}};
@@ -179,11 +186,10 @@ class LpCollector {
   Vector<LpIndicator> indicator_switches_;  // [indicators]
 
   Vector<QuadraticConstraint> quadratic_constraints_;
-  NameStore quadratic_names_;
-  NameIndex quadratic_index_;
+  LpNames quadratic_names_;
 
   SosSets sos_;
-  NameIndex sos_index_;
+  LpNames sos_names_;
 
   int first_new_row_ = 0;  // names of rows_ before it are those of the model added to
 };

@@ -41,9 +41,7 @@ void LpExpressionParser::reset() {
 Status LpExpressionParser::parse(const char* text, bool& ignored) {
   at_ = text;
   ignored_ = false;
-  num_unresolved_ = 0;
   while (*at_ != '\0' && !ignored_) KELVO_TRY(step());
-  resolve_names();
   ignored = ignored_;
   return {};
 }
@@ -157,21 +155,18 @@ Status LpExpressionParser::take_variable(std::string_view& name) {
 }
 
 void LpExpressionParser::add_term(std::string_view name) {
-  if (num_unresolved_ == kMostNames) resolve_names();
-  unresolved_[num_unresolved_++] = name;
+  if (!collector_.can_defer()) resolve_names();
+  collector_.defer_column(name);
   linear_.add(-1, sign_ * coefficient_);
   sign_ = 1;
   coefficient_ = 1.0;
   state_ = State::after_term;
 }
 
-/// Fills in the columns of the last terms; must come before any other look-up of columns, so that
-/// columns keep the order in which they come up.
+/// Must come before any other look-up of columns, so that they keep the order in which they come
+/// up.
 void LpExpressionParser::resolve_names() {
-  if (num_unresolved_ == 0) return;
-  int* const last = linear_.index.data() + linear_.size();
-  collector_.columns(unresolved_, num_unresolved_, last - num_unresolved_);
-  num_unresolved_ = 0;
+  collector_.resolve_columns(linear_);
 }
 
 /// What joins two terms, or the sense of a constraint.
@@ -213,8 +208,8 @@ Status LpExpressionParser::read_rhs() {
 
 /// Behind a right-hand side: the end of the constraint or the arrow of an indicator.
 Status LpExpressionParser::end_constraint() {
-  resolve_names();
   if (*at_ != '\0') {
+    resolve_names();
     bool found = false;
     KELVO_TRY(read_indicator_arrow(found));
     if (found) return {};
@@ -257,6 +252,8 @@ Status LpExpressionParser::finish_constraint() {
   constraint.rhs = rhs_;
   constraint.linear = &linear_;
   constraint.quadratic = &quadratic_;
+  const bool plain = section_ == LpSection::constraints && !is_indicator_ && !has_bracket_;
+  if (!plain) resolve_names();
   if (is_indicator_) {
     KELVO_TRY(collector_.add_indicator(indicator_, constraint));
   } else if (has_bracket_) {
@@ -269,6 +266,7 @@ Status LpExpressionParser::finish_constraint() {
 }
 
 Status LpExpressionParser::close() {
+  resolve_names();
   if (in_objective()) {
     if (state_ == State::divisor_number) return diagnostics_.error(1619);
     if (state_ == State::divisor_slash) accept_bracket_without_divisor();

@@ -36,8 +36,6 @@ class LpExpressionParser {
   Status close();
 
  private:
-  static constexpr int kMostNames = 64;
-
   enum class State {
     begin,            // of an objective or constraint; a label may follow
     first_term,       // a term, its sign is optional
@@ -101,11 +99,7 @@ class LpExpressionParser {
   std::size_t bracket_begin_ = 0;  // quadratic terms before the open bracket
   bool has_bracket_ = false;
 
-  // Names of the last terms of linear_, which have no column yet. They stand in the line being
-  // read and are looked up together, at its end or earlier.
-  int num_unresolved_ = 0;
-  std::string_view unresolved_[kMostNames];  // [num_unresolved_]
-
+  // The columns of the last terms are filled in later, see LpCollector::defer_column().
   LpLinearTerms linear_;
   LpQuadraticTerms quadratic_;
   char sense_ = 'E';

@@ -11,7 +11,7 @@
 namespace kelvo {
 
 /// The column of a name, or -1 after a warning.
-int find_lp_column(std::string_view name, const LpCollector& collector, LpDiagnostics& diagnostics);
+int find_lp_column(std::string_view name, LpCollector& collector, LpDiagnostics& diagnostics);
 
 /// Reads one line of the bounds section, without blanks and ended by a zero:
 ///   name FREE,  name sense value,  value sense name,  value sense name sense value,

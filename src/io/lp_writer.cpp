@@ -17,7 +17,9 @@ constexpr int kWidestLabel = 32;
 // Coefficients this near to 1 are written without a number.
 constexpr double kUnit = 1e-13;
 constexpr int kNotRepresentable = 1650;
-constexpr int kNamesAhead = 12;                 // names come from all over the memory
+// Names come from all over the memory; it is asked for so many terms earlier.
+constexpr int kPlacesAhead = 24;
+constexpr int kTextsAhead = 12;
 constexpr std::size_t kLongestRangeName = 253;  // of the row; "Rg" stands before it
 
 /// The reader takes such a bound for infinite or for zero, although it can read the number.
@@ -303,7 +305,10 @@ void LpFileWriter::rows() {
     line_.set_indent(width);
     bool first = true;
     for (int k = by_row_.start[i]; k < by_row_.start[i + 1]; ++k) {
-      if (k + kNamesAhead < nonzeros) names_.columns.prefetch(by_row_.index[k + kNamesAhead]);
+      if (k + kPlacesAhead < nonzeros) {
+        names_.columns.prefetch_place(by_row_.index[k + kPlacesAhead]);
+        names_.columns.prefetch_text(by_row_.index[k + kTextsAhead]);
+      }
       term(by_row_.value[k], names_.columns[by_row_.index[k]], first);
     }
     if (model_.row_sense[i] == 'R') {

@@ -1,4 +1,5 @@
 // The section COLUMNS.
+#include <cstring>
 #include <limits>
 
 #include "io/mps_parser.h"
@@ -22,11 +23,13 @@ Status MpsParser::read_columns() {
   if (fields_.kind() != MpsLine::header || !fields_.header_is("COLUMNS")) {
     return messages_.error(mps_error::kNoColumns, line_number());
   }
+  fields_.expect_names(&column_index_, &row_index_);
   for (;;) {
     KELVO_TRY(fields_.next());
     if (fields_.kind() != MpsLine::data) break;
     KELVO_TRY(read_column_line());
   }
+  fields_.expect_names(nullptr, nullptr);
   KELVO_TRY(messages_.close_column_repeats());
   const int columns = model_.col_names.size();
   model_.num_cols = columns;
@@ -40,10 +43,9 @@ Status MpsParser::read_columns() {
 Status MpsParser::read_column_line() {
   int field;
   if (is_marker(field)) return read_marker(field);
-  row_index_.prefetch(fields_.raw(1));
-  if (fields_.count() > 3) row_index_.prefetch(fields_.raw(3));
   const std::string_view name = fields_.name(0);
-  if (column_ == kNone || !same_name(model_.col_names, column_, name)) {
+  if (column_ == kNone || name.size() != column_name_length_ ||
+      std::memcmp(model_.col_names[column_], name.data(), name.size()) != 0) {
     KELVO_TRY(begin_column(name));
   }
   if (skip_column_) return {};
@@ -55,6 +57,7 @@ Status MpsParser::begin_column(std::string_view name) {
   const int columns = model_.col_names.size();
   if (columns >= kMostColumns) return messages_.error(mps_error::kTooManyColumns);
   column_ = column_index_.insert(name, columns, model_.col_names);
+  column_name_length_ = name.size();
   skip_column_ = column_ != columns;
   if (skip_column_) {
     messages_.column_repeats(name);
@@ -81,12 +84,13 @@ Status MpsParser::read_entry(int field) {
   KELVO_TRY(require_row(name, row));
   double value;
   KELVO_TRY(fields_.number(field + 1, value));
-  if (last_column_with_[row] == column_) {
+  DeclaredRow& declared = rows_[row];
+  if (declared.last_column == column_) {
     return messages_.error(mps_error::kRepeatedRow, model_.col_names.view(column_), name);
   }
-  last_column_with_[row] = column_;
+  declared.last_column = column_;
   if (row == reference_row_ && set_block_) model_.sos.members.value.back() = value;
-  const int line = line_of_[row];
+  const int line = declared.line;
   if (line >= 0) {
     if (entry_line_.size() >= kMostEntries) {
       return messages_.error(mps_error::kTooManyCoefficients);

@@ -8,11 +8,15 @@
 //
 // Fields are views into the line; they are valid until the next line is taken. A field may have any
 // length; name(), number() and code() cut it at the limit of its kind and warn.
+//
+// Lines are split some time before they are handed out, so that the memory where their names will
+// be looked up can be asked for in advance.
 #pragma once
 
 #include <string_view>
 
 #include "base/line_reader.h"
+#include "base/name_index.h"
 #include "base/number_text.h"
 #include "base/status.h"
 #include "io/mps_messages.h"
@@ -43,16 +47,26 @@ class MpsFields {
   template <class ReadLine>
   Status read_named_lines(ReadLine read_line, bool& ended);
 
+  /// From now on the first field of a line is expected to be looked up in one table when it differs
+  /// from that of the line before, and the second and fourth in the other; null: no longer. The
+  /// tables must outlive that.
+  void expect_names(const NameIndex* first, const NameIndex* others) {
+    first_names_ = first;
+    other_names_ = others;
+  }
+
   MpsLine kind() const { return kind_; }
-  std::string_view text() const { return lines_.text(); }
-  int line_number() const { return lines_.line_number(); }
+  std::string_view text() const { return line_->text; }
+  int line_number() const { return line_number_; }
 
   /// Number of fields of the line, at most kMostFields.
-  int count() const { return count_; }
+  int count() const { return line_->count; }
   /// Field i as it stands, empty when the line has fewer fields.
-  std::string_view raw(int i) const { return i < count_ ? field_[i] : std::string_view(); }
+  std::string_view raw(int i) const {
+    return i < line_->count ? line_->field[i] : std::string_view();
+  }
   /// Where field i < count() begins on its line, from 0.
-  int position(int i) const { return static_cast<int>(field_[i].data() - text().data()); }
+  int position(int i) const { return static_cast<int>(line_->field[i].data() - text().data()); }
 
   std::string_view name(int i) { return cut(i, kNameLength); }
   std::string_view code(int i) { return cut(i, kCodeLength); }
@@ -65,7 +79,16 @@ class MpsFields {
   bool header_is(std::string_view keyword) const;
 
  private:
-  void split();
+  struct Line {
+    std::string_view text;
+    int count = 0;                        // of fields; 0 also for a line that is skipped
+    std::string_view field[kMostFields];  // [count]
+  };
+  static constexpr int kMostAhead = 16;
+
+  Status take_lines();
+  void split(Line& line) const;
+  void prefetch_names();
   std::string_view cut(int i, std::size_t limit) {
     const std::string_view whole = raw(i);
     return whole.size() <= limit ? whole : cut_long(whole, limit);
@@ -74,9 +97,13 @@ class MpsFields {
 
   LineReader& lines_;
   MpsMessages& messages_;
+  const NameIndex* first_names_ = nullptr;
+  const NameIndex* other_names_ = nullptr;
   MpsLine kind_ = MpsLine::end;
-  int count_ = 0;
-  std::string_view field_[kMostFields];
+  int line_number_ = 0;  // of the current line
+  int num_lines_ = 1;
+  Line lines_ahead_[kMostAhead];     // [num_lines_] the lines taken from the reader together
+  const Line* line_ = lines_ahead_;  // the current one
 };
 
 template <class ReadLine>

@@ -22,8 +22,9 @@ void MpsParser::finish() {
   if (!std::all_of(line_kind_.begin(), line_kind_.end(), is_row)) move_special_lines();
 
   model_.num_rows = static_cast<int>(model_.rhs.size());
-  row_names_.keep_if(
-      [&](int row) { return line_of_[row] >= 0 && line_kind_[line_of_[row]] == MpsLineKind::row; });
+  row_names_.keep_if([&](int row) {
+    return rows_[row].line >= 0 && line_kind_[rows_[row].line] == MpsLineKind::row;
+  });
   row_names_.create();
   model_.row_names = std::move(row_names_);
 

@@ -62,13 +62,17 @@ Status MpsParser::parse(Model& result) {
 }
 
 void MpsParser::make_room() {
-  line_of_.reserve(settings_.rows);
+  rows_.reserve(settings_.rows);
   model_.row_sense.reserve(settings_.rows);
   model_.objective.reserve(settings_.columns);
   model_.column_type.reserve(settings_.columns);
   column_start_.reserve(settings_.columns);
-  entry_line_.reserve(settings_.nonzeros);
-  entry_value_.reserve(settings_.nonzeros);
+  // A text has hardly more nonzeros than one for so many of its bytes. Room that is not used costs
+  // next to nothing.
+  constexpr std::size_t kBytesPerNonzero = 32;
+  const auto nonzeros = static_cast<std::size_t>(settings_.nonzeros);
+  entry_line_.reserve(std::max(nonzeros, text_size_ / kBytesPerNonzero));
+  entry_value_.reserve(std::max(nonzeros, text_size_ / kBytesPerNonzero));
 }
 
 Status MpsParser::read_sections_after_columns() {

@@ -47,12 +47,15 @@ enum class MpsLineKind : char { row, user_cut, lazy_constraint, indicator, quadr
 class MpsParser {
  public:
   MpsParser(LineReader& lines, const MpsReaderSettings& settings, MessageSink& sink)
-      : settings_(settings), messages_(sink, settings.show_choices), fields_(lines, messages_) {}
+      : settings_(settings),
+        text_size_(lines.size_hint()),
+        messages_(sink, settings.show_choices),
+        fields_(lines, messages_) {}
 
   Status parse(Model& result);
 
  private:
-  static constexpr int kObjective = -1;  // in line_of_
+  static constexpr int kObjective = -1;  // in DeclaredRow::line
   static constexpr int kFreeRow = -2;
   static constexpr int kNone = -1;
 
@@ -128,6 +131,7 @@ class MpsParser {
   Status require_column(std::string_view name, int& column) const;
 
   const MpsReaderSettings& settings_;
+  const std::size_t text_size_;  // about how many bytes; 0: not known
   mutable MpsMessages messages_;
   MpsFields fields_;
   Model model_;
@@ -135,8 +139,11 @@ class MpsParser {
   // Declared rows.
   NameStore row_names_;
   NameIndex row_index_;
-  Vector<int> line_of_;           // [declared rows] line, kObjective or kFreeRow
-  Vector<int> last_column_with_;  // [declared rows] the last column that has an entry there
+  struct DeclaredRow {
+    int line;                 // kObjective, kFreeRow or a line
+    int last_column = kNone;  // the last one that has an entry there
+  };
+  Vector<DeclaredRow> rows_;  // [declared rows]
   mutable MpsLookup row_lookup_;
   int objective_row_ = kNone;  // declared row
   int reference_row_ = kNone;  // declared row of the weights of sets, if any
@@ -156,7 +163,8 @@ class MpsParser {
   Vector<int> entry_line_;
   Vector<double> entry_value_;
   mutable MpsLookup column_lookup_;
-  int column_ = kNone;          // the one being read
+  int column_ = kNone;  // the one being read
+  std::size_t column_name_length_ = 0;
   bool skip_column_ = false;    // it has been read before: its lines are not used
   bool integer_block_ = false;  // between 'INTORG' and 'INTEND'
   bool set_block_ = false;      // between 'SOSORG' and 'SOSEND'

@@ -88,7 +88,7 @@ Status MpsParser::read_quadratic_constraint() {
   const std::string_view name = fields_.name(1);
   int row;
   KELVO_TRY(require_row(name, row));
-  const int line = line_of_[row];
+  const int line = rows_[row].line;
   if (line == kObjective) return messages_.error(mps_error::kNotARow, line_number(), name);
   const bool used = line >= 0;
   if (used) {
@@ -151,7 +151,7 @@ Status MpsParser::read_indicator() {
   KELVO_TRY(require_column(fields_.name(2), column));
   double value;
   KELVO_TRY(fields_.number(3, value));
-  const int line = line_of_[row];
+  const int line = rows_[row].line;
   const char type = model_.column_type[column];
   if (line < 0 || model_.row_sense[line] == 'R' || (value != 0.0 && value != 1.0) ||
       fields_.count() < 4 || type == 'S' || type == 'N') {

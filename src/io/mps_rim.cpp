@@ -55,7 +55,7 @@ Status MpsParser::read_rim_entry(int field, bool ranges, Vector<char>& given) {
   KELVO_TRY(require_row(name, row));
   double value;
   KELVO_TRY(fields_.number(field + 1, value));
-  const int line = line_of_[row];
+  const int line = rows_[row].line;
   if (line == kObjective) {
     if (ranges) {
       messages_.objective_range_ignored();

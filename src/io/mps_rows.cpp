@@ -103,7 +103,6 @@ Status MpsParser::read_rows() {
   const int lines = static_cast<int>(line_kind_.size());
   model_.rhs.assign(lines, 0.0);
   record_of_.assign(lines, kNone);
-  last_column_with_.assign(line_of_.size(), kNone);
   if (reference_wanted_) {
     KELVO_TRY(require_row(wanted_reference_, reference_row_));
   }
@@ -130,10 +129,10 @@ Status MpsParser::declare_row() {
   }
   row_names_.append(name);
   if (sense == 'N') {
-    line_of_.push_back(kFreeRow);
+    rows_.push_back({kFreeRow});
     return {};
   }
-  line_of_.push_back(static_cast<int>(line_kind_.size()));
+  rows_.push_back({static_cast<int>(line_kind_.size())});
   line_kind_.push_back(MpsLineKind::row);
   declared_.push_back(number);
   model_.row_sense.push_back(sense);
@@ -143,7 +142,7 @@ Status MpsParser::declare_row() {
 Status MpsParser::choose_objective() {
   int first_free = kNone, free_rows = 0;
   for (int row = 0; row < row_names_.size(); ++row) {
-    if (line_of_[row] != kFreeRow) continue;
+    if (rows_[row].line != kFreeRow) continue;
     if (first_free == kNone) first_free = row;
     ++free_rows;
   }
@@ -152,7 +151,7 @@ Status MpsParser::choose_objective() {
   }
   if (objective_wanted_) {
     const int wanted = find_row(wanted_objective_);
-    if (wanted != kNone && line_of_[wanted] == kFreeRow) {
+    if (wanted != kNone && rows_[wanted].line == kFreeRow) {
       objective_row_ = wanted;
     } else {
       messages_.objective_not_found(wanted_objective_);
@@ -162,7 +161,7 @@ Status MpsParser::choose_objective() {
     objective_row_ = first_free;
     messages_.objective_selected(row_names_.view(first_free));
   }
-  line_of_[objective_row_] = kObjective;
+  rows_[objective_row_].line = kObjective;
   model_.objective_name = row_names_.view(objective_row_);
   model_.has_objective_name = true;
   messages_.free_rows_deleted(free_rows - 1);

@@ -15,7 +15,32 @@ constexpr int kLongestName = 255;
 // Two entries share a line while three names and the numbers stay within this.
 constexpr int kSharedLine = 75;
 constexpr int kLastMarker = 9999;
+// The memory of names is asked for so many entries earlier.
+constexpr int kPlacesAhead = 24;
+constexpr int kTextsAhead = 12;
 constexpr int kNotRepresentable = 1650;
+
+/// The row indices of a matrix by columns in the order of the writer, from one that lies some way
+/// ahead of it.
+class RowsAhead {
+ public:
+  RowsAhead(const ColumnStore& matrix, int distance) : matrix_(matrix) {
+    for (int k = 0; k < distance; ++k) next();
+  }
+  /// The next row, or -1 behind the last.
+  int next() {
+    while (column_ < matrix_.num_cols() && entry_ >= matrix_.count[column_]) {
+      ++column_;
+      entry_ = 0;
+    }
+    return column_ < matrix_.num_cols() ? matrix_.index[matrix_.start[column_] + entry_++] : -1;
+  }
+
+ private:
+  const ColumnStore& matrix_;
+  int column_ = 0;
+  int entry_ = 0;
+};
 
 class MpsFileWriter {
  public:
@@ -25,7 +50,9 @@ class MpsFileWriter {
         settings_(settings),
         sink_(sink),
         stream_(stream),
-        names_(model, settings.generic_names) {}
+        names_(model, settings.generic_names),
+        places_ahead_(model.matrix, kPlacesAhead),
+        texts_ahead_(model.matrix, kTextsAhead) {}
 
   Status write();
 
@@ -50,6 +77,7 @@ class MpsFileWriter {
   void quadratic_rows();
   void indicators();
 
+  void prefetch_names();
   void entry(const char* owner, const char* row, double value);
   void end_entries();
   void send_full();
@@ -63,6 +91,8 @@ class MpsFileWriter {
   MessageSink& sink_;
   FileStream& stream_;
   ModelNames names_;
+  RowsAhead places_ahead_;
+  RowsAhead texts_ahead_;
   int width_ = 0;  // of every name field
   bool two_a_line_ = false;
   bool line_open_ = false;  // one entry stands on the current line
@@ -194,7 +224,7 @@ void MpsFileWriter::entry(const char* owner, const char* row, double value) {
 
 /// Hands the text over to the stream when there is enough of it.
 void MpsFileWriter::send_full() {
-  constexpr std::size_t kBlock = 1 << 15;
+  constexpr std::size_t kBlock = 1 << 17;  // more than the stream keeps back
   if (text_.size() < kBlock) return;
   stream_.write(text_);
   text_.clear();
@@ -293,6 +323,13 @@ void MpsFileWriter::columns() {
   if (block_open) marker("INTEND");
 }
 
+/// Names of rows come from all over the memory; to be called once for each entry.
+void MpsFileWriter::prefetch_names() {
+  const int place = places_ahead_.next(), text = texts_ahead_.next();
+  if (place >= 0) names_.rows.prefetch_place(place);
+  if (text >= 0) names_.rows.prefetch_text(text);
+}
+
 void MpsFileWriter::column(int j) {
   const char* const name = names_.columns[j];
   const ColumnStore& matrix = model_.matrix;
@@ -306,6 +343,7 @@ void MpsFileWriter::column(int j) {
           model_.sense < 0 ? 0.0 - model_.objective[j] : model_.objective[j]);
   }
   for (int k = matrix.start[j]; k < matrix.start[j] + matrix.count[j]; ++k) {
+    prefetch_names();
     if (matrix.value[k] != 0.0) entry(name, names_.rows[matrix.index[k]], matrix.value[k]);
   }
   for (int k = extra_begin; k < extra_end; ++k) {

@@ -192,6 +192,7 @@ String numbered(std::string_view name, const NameIndex& taken, const JoinedNames
 }  // namespace
 
 bool make_distinct(WrittenNames* const* kinds, int count, String* last) {
+  constexpr int kNamesAhead = 12;  // the table's memory is asked for so much earlier
   const JoinedNames names{kinds, count};
   int total = 0;
   for (int kind = 0; kind < count; ++kind) total += kinds[kind]->size();
@@ -199,8 +200,10 @@ bool make_distinct(WrittenNames* const* kinds, int count, String* last) {
   taken.reserve(total);
   Vector<int> repeated;  // positions in the joined list
   for (int kind = 0, i = 0; kind < count; ++kind) {
-    for (int k = 0; k < kinds[kind]->size(); ++k, ++i) {
-      if (taken.insert(kinds[kind]->view(k), i, names) != i) repeated.push_back(i);
+    const WrittenNames& list = *kinds[kind];
+    for (int k = 0; k < list.size(); ++k, ++i) {
+      if (k + kNamesAhead < list.size()) taken.prefetch(list.view(k + kNamesAhead));
+      if (taken.insert(list.view(k), i, names) != i) repeated.push_back(i);
     }
   }
   for (int position : repeated) {

@@ -16,8 +16,9 @@ class WrittenNames {
 
   const char* operator[](int i) const { return (*names_)[i]; }
   std::string_view view(int i) const { return names_->view(i); }
-  /// Asks for the memory of a name that is wanted a little later.
-  void prefetch(int i) const { __builtin_prefetch((*names_)[i]); }
+  /// Ask for the memory of a name that is wanted later, in two steps, see NameStore.
+  void prefetch_place(int i) const { names_->prefetch_place(i); }
+  void prefetch_text(int i) const { names_->prefetch_text(i); }
   int size() const { return names_->size(); }
   /// The names are default ones.
   bool generated() const { return generated_; }

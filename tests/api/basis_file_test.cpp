@@ -1,6 +1,7 @@
 // Basis files through the interface.
 #include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include "file_fixture.h"
 
@@ -156,6 +157,28 @@ TEST_F(BasisFiles, AnOptimalBasisNeedsNoIterations) {
   EXPECT_EQ(text.substr(0, text.find('\n') + 1), head);
   EXPECT_EQ(read(path("opt.bas")), 0);
   EXPECT_EQ(stored(), text.substr(text.find('\n') + 1));
+}
+
+TEST_F(BasisFiles, ReadingForgetsWhatCopyingForgets) {
+  const auto codes = [&] {
+    double low[3], high[3], row[4];
+    int head[4];
+    return std::vector<int>{KLVobjsa(env, lp, 0, 2, low, high), KLVbinvrow(env, lp, 0, row),
+                            KLVgetbhead(env, lp, head, row)};
+  };
+  int columns[3], rows[4];
+  ASSERT_EQ(KLVlpopt(env, lp), 0);
+  const std::vector<int> solved = codes();
+  EXPECT_EQ(solved, (std::vector<int>{0, 0, 0}));
+  ASSERT_EQ(write("opt.bas"), 0);
+  ASSERT_EQ(KLVgetbase(env, lp, columns, rows), 0);
+  ASSERT_EQ(KLVcopybase(env, lp, columns, rows), 0);
+  const std::vector<int> copied = codes();
+  EXPECT_NE(copied, solved);
+  ASSERT_EQ(KLVlpopt(env, lp), 0);
+  ASSERT_EQ(codes(), solved);
+  ASSERT_EQ(read(path("opt.bas")), 0);
+  EXPECT_EQ(codes(), copied);
 }
 
 TEST_F(BasisFiles, AProblemWithoutNamesUsesTheDefaultOnes) {

@@ -29,7 +29,7 @@ kelvo::Model small_model() {
 
 }  // namespace
 
-/// The reader of restart files takes whatever the plain one does, with the same basis.
+/// The reader of restart files finds the basis that the plain one finds, or a value that is wrong.
 void read_as_restart(std::string_view text, const kelvo::Model& model,
                      const kelvo::StoredBasis& plain) {
   kelvo::LineReader lines(text);
@@ -38,7 +38,7 @@ void read_as_restart(std::string_view text, const kelvo::Model& model,
   kelvo::RestartPoint point;
   const bool loaded = kelvo::read_restart(lines, model, sink, basis, point).ok();
   require(loaded == basis.present && (loaded ? 3u : 0u) == point.x.size());
-  if (!plain.present) return;
+  if (!plain.present || !loaded) return;
   require(basis.row_status == plain.row_status && basis.col_status == plain.col_status);
 }
 

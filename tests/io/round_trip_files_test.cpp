@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -83,7 +84,24 @@ void drop_names(Model& model) {
   }
 }
 
-class InstanceFiles : public ::testing::TestWithParam<const char*> {
+/// Every `parts`-th file of a folder, from the `part`-th on.
+struct Chunk {
+  const char* folder;
+  std::size_t part = 0;
+  std::size_t parts = 1;
+};
+
+/// The files of a folder by name.
+std::vector<fs::path> sorted_files(const fs::path& folder) {
+  std::vector<fs::path> files;
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    files.push_back(entry.path());
+  }
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+class InstanceFiles : public ::testing::TestWithParam<Chunk> {
  protected:
   void round_trip(const std::string& instance, Model& model, Format format) {
     const std::string file = file_of(instance, format);
@@ -118,16 +136,19 @@ class InstanceFiles : public ::testing::TestWithParam<const char*> {
 TEST_P(InstanceFiles, ReadBackFromBothFormats) {
   const char* const folder = std::getenv("KELVO_BENCH_DATA");
   if (folder == nullptr) GTEST_SKIP() << "KELVO_BENCH_DATA is not set";
-  const fs::path instances = fs::path(folder) / GetParam();
+  const Chunk chunk = GetParam();
+  const fs::path instances = fs::path(folder) / chunk.folder;
   if (!fs::is_directory(instances)) GTEST_SKIP() << "no folder " << instances;
   int refused = 0;
-  for (const fs::directory_entry& entry : fs::directory_iterator(instances)) {
-    const std::string name = entry.path().filename().string();
+  const std::vector<fs::path> files = sorted_files(instances);
+  for (std::size_t k = chunk.part; k < files.size(); k += chunk.parts) {
+    const std::string path = files[k].string();
+    const std::string name = files[k].filename().string();
     const Format format = contains(name, ".lp") ? Format::lp : Format::mps;
     SCOPED_TRACE(name);
     Model model;
     RecordingSink sink;
-    if (!read(entry.path().string(), format, sink, model).ok()) {
+    if (!read(path, format, sink, model).ok()) {
       const auto known = kRefused.find(name);
       EXPECT_EQ(sink[Channel::error], known == kRefused.end() ? "" : known->second) << name;
       ++refused;
@@ -137,17 +158,21 @@ TEST_P(InstanceFiles, ReadBackFromBothFormats) {
     round_trip(name, model, Format::lp);
     // Names may be gone now.
     Model again;
-    ASSERT_TRUE(read(entry.path().string(), format, sink, again).ok());
+    ASSERT_TRUE(read(path, format, sink, again).ok());
     round_trip(name, again, Format::mps);
   }
-  std::printf("%s: %d files read back, %d instances refused\n", GetParam(), num_compared_, refused);
+  std::printf("%s: %d files read back, %d instances refused\n", chunk.folder, num_compared_,
+              refused);
 }
 
 INSTANTIATE_TEST_SUITE_P(Long, InstanceFiles,
-                         ::testing::Values("lp", "lp-infeas", "mip", "qp", "lpformat"),
-                         [](const auto& folder) {
-                           std::string name = folder.param;
+                         ::testing::Values(Chunk{"lp", 0, 4}, Chunk{"lp", 1, 4}, Chunk{"lp", 2, 4},
+                                           Chunk{"lp", 3, 4}, Chunk{"lp-infeas"}, Chunk{"mip"},
+                                           Chunk{"qp"}, Chunk{"lpformat"}),
+                         [](const auto& chunk) {
+                           std::string name = chunk.param.folder;
                            for (char& c : name) c = c == '-' ? '_' : c;
+                           if (chunk.param.parts > 1) name += std::to_string(chunk.param.part + 1);
                            return name;
                          });
 
