@@ -14,6 +14,10 @@ namespace tol = presolve_tolerance;
 
 namespace {
 
+// A homogeneous equation says that two columns are the same in different units: no digits are lost
+// as long as the ratio of the units stays below this, and scaling takes care of the rest.
+constexpr double kOtherUnit = 1e6;
+
 /// New entries of column k are sums that may cancel; false when one of them would be too small or
 /// too large to be kept.
 bool entries_are_sound(PresolveLp& lp, int j, int row, int k, double ratio) {
@@ -65,17 +69,17 @@ bool substitute_doubleton(PresolveLp& lp, int i) {
   int ej = lp.matrix.row_first(i);
   int ek = lp.matrix[ej].row_next;
   const auto longer = [&](int e) { return lp.matrix.col_count(lp.matrix[e].col); };
+  const double largest_ratio = lp.row_lower[i] == 0.0 ? kOtherUnit : lp.settings.coefficient_ratio;
   const auto goes = [&](int e, int f) {  // column of e may go, divided by its entry
     return lp.may_remove(lp.matrix[e].col) &&
-           std::fabs(lp.matrix[f].value) <=
-               lp.settings.coefficient_ratio * std::fabs(lp.matrix[e].value);
+           std::fabs(lp.matrix[f].value) <= largest_ratio * std::fabs(lp.matrix[e].value);
   };
   if (!goes(ej, ek) || (goes(ek, ej) && longer(ek) < longer(ej))) std::swap(ej, ek);
   if (!goes(ej, ek)) return false;
   const int j = lp.matrix[ej].col, k = lp.matrix[ek].col;
   if (lp.is_fixed(j) || lp.is_fixed(k)) return false;  // simpler reductions come
   const double a = lp.matrix[ej].value, b = lp.matrix[ek].value;
-  if (lp.settings.coefficient_ratio * std::fabs(b) < std::fabs(a)) return false;
+  if (largest_ratio * std::fabs(b) < std::fabs(a)) return false;
   const double rhs = lp.row_lower[i], ratio = b / a;
   if (!entries_are_sound(lp, j, i, k, ratio)) return false;
 
