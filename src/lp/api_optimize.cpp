@@ -1,4 +1,6 @@
 // The optimizers of linear problems.
+#include <algorithm>
+
 #include "env/param_numbers.h"
 #include "lp/api_basis_frame.h"
 #include "lp/presolved_lp.h"
@@ -40,6 +42,13 @@ class CallbackHook final : public IterationHook {
   const Callback callback_;
 };
 
+/// A run that was stopped may leave columns between their bounds: the next one goes on from there.
+void keep_places(Problem& problem) {
+  const Vector<int>& status = problem.basis.col_status;
+  const bool between = std::find(status.begin(), status.end(), kFreeSuper) != status.end();
+  if (between && problem.solution.has_primal) problem.basis.x = problem.solution.x;
+}
+
 Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
   DriverSettings settings = read_driver_settings(environment.settings(), problem.objective_sense());
   settings.protected_columns = protection_marks(problem);
@@ -61,6 +70,7 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   if (answer.basis.present) {
     problem.basis = std::move(answer.basis);
     problem.basis.factored = true;
+    keep_places(problem);
   }
   return Status();
 }
