@@ -43,10 +43,10 @@ class CallbackHook final : public IterationHook {
 };
 
 /// A run that was stopped may leave columns between their bounds: the next one goes on from there.
-void keep_places(Problem& problem) {
-  const Vector<int>& status = problem.basis.col_status;
+void keep_places(LpAnswer& answer) {
+  const Vector<int>& status = answer.basis.col_status;
   const bool between = std::find(status.begin(), status.end(), kFreeSuper) != status.end();
-  if (between && problem.solution.has_primal) problem.basis.x = problem.solution.x;
+  if (between && answer.record.has_primal) answer.basis.x = answer.record.x;
 }
 
 Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
@@ -61,6 +61,7 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   LpAnswer answer =
       solve_lp(problem.model(), working, problem.basis, method, settings, context, presolved);
   if (answer.singular) return Status::failure(error::kBasisSingular);
+  keep_places(answer);
   // The answer may have come another way: what the working LP stands at must be looked at again.
   if (working != nullptr) working->agree_with_nothing();
   problem.working_lp = std::move(working);
@@ -70,7 +71,6 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   if (answer.basis.present) {
     problem.basis = std::move(answer.basis);
     problem.basis.factored = true;
-    keep_places(problem);
   }
   return Status();
 }
