@@ -1177,7 +1177,10 @@ KLV_API int KLVpresolve(KLVenv env, KLVprob lp, int method);
 KLV_API int KLVfreepresolve(KLVenv env, KLVprob lp);
 
 /* Stores the presolved problem, null when there is none. It belongs to the original problem: it
- * must be neither changed nor freed. 1004 for a null pointer. */
+ * must be neither changed nor freed. Any change of the original frees it, except that one made by
+ * KLVpresolve with KLV_PARAM_REDUCE 0 or 1 follows changes of objective coefficients where its
+ * reductions hold for every objective: the functions of this section bring it in step, or free it
+ * where they do not. 1004 for a null pointer. */
 KLV_API int KLVgetredlp(KLVenv env, KLVprob lp, KLVprob* redlp_p);
 
 /* Presolved values prex [pn] of a point x [n]. 1004, 1103. */

@@ -1,4 +1,6 @@
 // The optimizers of linear problems.
+#include <algorithm>
+
 #include "env/param_numbers.h"
 #include "lp/api_basis_frame.h"
 #include "lp/presolved_lp.h"
@@ -40,6 +42,13 @@ class CallbackHook final : public IterationHook {
   const Callback callback_;
 };
 
+/// A run that was stopped may leave columns between their bounds: the next one goes on from there.
+void keep_places(LpAnswer& answer) {
+  const Vector<int>& status = answer.basis.col_status;
+  const bool between = std::find(status.begin(), status.end(), kFreeSuper) != status.end();
+  if (between && answer.record.has_primal) answer.basis.x = answer.record.x;
+}
+
 Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
   DriverSettings settings = read_driver_settings(environment.settings(), problem.objective_sense());
   settings.protected_columns = protection_marks(problem);
@@ -52,6 +61,7 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   LpAnswer answer =
       solve_lp(problem.model(), working, problem.basis, method, settings, context, presolved);
   if (answer.singular) return Status::failure(error::kBasisSingular);
+  keep_places(answer);
   // The answer may have come another way: what the working LP stands at must be looked at again.
   if (working != nullptr) working->agree_with_nothing();
   problem.working_lp = std::move(working);

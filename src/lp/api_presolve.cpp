@@ -10,7 +10,10 @@
 namespace kelvo {
 namespace {
 
-PresolvedLp* presolved_of(const Problem& problem) {
+/// The presolved problem in step with the problem, or null.
+PresolvedLp* presolved_of(Problem& problem) {
+  auto* const presolved = static_cast<PresolvedLp*>(problem.presolve.get());
+  if (presolved != nullptr && !presolved->catch_up(problem.model())) problem.presolve.reset();
   return static_cast<PresolvedLp*>(problem.presolve.get());
 }
 
@@ -39,6 +42,7 @@ Status presolve_problem(Environment& environment, Problem& problem) {
       make_owned<PresolvedLp>(problem.model(), settings, protection_marks(problem), context);
   KELVO_TRY(status_of(presolved->outcome()));
   presolved->keep_identity(problem.model());
+  if (!settings.dual_reductions) presolved->follow_objective();
   problem.presolve = std::move(presolved);
   return Status();
 }

@@ -161,6 +161,34 @@ PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
   }
 }
 
+bool PresolvedLp::outlives(ChangeKind kind) noexcept {
+  const bool of_objective = kind == ChangeKind::objective || kind == ChangeKind::single_objective;
+  if (!follows_objective_ || !of_objective) return false;
+  objective_changed_ = true;
+  return true;
+}
+
+bool PresolvedLp::catch_up(const Model& original) {
+  if (!objective_changed_) return true;
+  Vector<double> cost;
+  cost.reserve(original.num_cols);
+  for (const double c : original.objective) cost.push_back(sense_ * c);
+  Vector<double> objective;
+  double offset = 0.0;
+  Vector<int> columns(reduced_.num_cols);
+  for (int k = 0; k < reduced_.num_cols; ++k) columns[k] = k;
+  if (!presolve_.reprice(cost, objective, offset)) return false;
+  for (double& c : objective) c = sense_ * c + 0.0;
+  if (reduced_problem != nullptr) {
+    reduced_problem->change_objective(columns.data(), objective.data(), reduced_.num_cols,
+                                      ChangeKind::objective);
+  }
+  reduced_.objective = std::move(objective);
+  offset_ = offset;
+  objective_changed_ = false;
+  return true;
+}
+
 void PresolvedLp::keep_identity(const Model& model) {
   if (has_reduced_) return;
   reduced_ = make_model(closed_lp_problem(model), sense_);

@@ -40,6 +40,15 @@ class PresolvedLp final : public Attachment {
   /// basis leave between their bounds are superbasic.
   StoredBasis crush(const StoredBasis& start, const Model& original) const;
 
+  /// From now on changes of the objective do not end this object: it follows them when it is next
+  /// asked for (catch_up). For presolved problems that a caller works with, made without reductions
+  /// that argue from the objective.
+  void follow_objective() { follows_objective_ = true; }
+  bool outlives(ChangeKind kind) noexcept override;
+  /// Brings the reduced model in step with the original one; false when the reductions do not
+  /// allow it and the object is to go.
+  bool catch_up(const Model& original);
+
   /// The reduced model as a problem, for callers who ask; null until somebody sets it.
   Owned<Problem> reduced_problem;
 
@@ -51,6 +60,8 @@ class PresolvedLp final : public Attachment {
   const int sense_;
   double offset_ = 0.0;
   bool has_reduced_ = false;
+  bool follows_objective_ = false;
+  bool objective_changed_ = false;  // since the last catch_up()
   Model reduced_;
 };
 

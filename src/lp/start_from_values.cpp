@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "lp/independent_columns.h"
 #include "lp/lp_problem.h"
@@ -12,11 +13,18 @@ namespace kelvo {
 
 namespace {
 
+// A place or multiplier that nobody gave: no comparison with it is true.
+constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+
 /// Variables are numbered as in LpProblem: the columns, then the logicals s = -(activity).
 class BasisGuess {
  public:
   BasisGuess(const Model& model, const StartValues& values, double tolerance)
-      : model_(model), n_(model.num_cols), m_(model.num_rows), tolerance_(tolerance) {
+      : model_(model),
+        n_(model.num_cols),
+        m_(model.num_rows),
+        tolerance_(tolerance),
+        has_x_(values.x != nullptr) {
     load_bounds();
     load_primal(values);
     load_dual(values);
@@ -38,8 +46,9 @@ class BasisGuess {
   const int n_, m_;
   const double tolerance_;
   Vector<double> lower_, upper_;  // [variables]
-  Vector<double> place_;          // [variables]; empty when no primal value is known
-  Vector<double> multiplier_;     // [variables] of the minimization; empty likewise
+  const bool has_x_;
+  Vector<double> place_;       // [variables]; empty when no primal value is known
+  Vector<double> multiplier_;  // [variables] of the minimization; empty likewise
 };
 
 void BasisGuess::load_bounds() {
@@ -58,8 +67,9 @@ void BasisGuess::load_primal(const StartValues& values) {
   if (values.x == nullptr && values.slack == nullptr) return;
   place_.assign(n_ + m_, 0.0);
   for (int j = 0; j < n_; ++j) {
-    const double known = values.x != nullptr ? values.x[j] : 0.0;
-    place_[j] = std::clamp(known, lower_[j], std::max(lower_[j], upper_[j]));
+    place_[j] = values.x == nullptr
+                    ? kUnknown
+                    : std::clamp(values.x[j], lower_[j], std::max(lower_[j], upper_[j]));
   }
   Vector<double> activity;
   if (values.slack == nullptr) compute_row_activities(model_, values.x, activity);
@@ -85,8 +95,8 @@ void BasisGuess::load_dual(const StartValues& values) {
     }
     multiplier_[j] = model_.sense * dj;
   }
-  for (int i = 0; i < m_ && values.pi != nullptr; ++i) {
-    multiplier_[n_ + i] = -model_.sense * values.pi[i];
+  for (int i = 0; i < m_; ++i) {
+    multiplier_[n_ + i] = values.pi != nullptr ? -model_.sense * values.pi[i] : kUnknown;
   }
 }
 
@@ -112,9 +122,9 @@ int BasisGuess::resting_side(int v) const {
   if (!has_lower || !has_upper) return has_lower ? kAtLower : kAtUpper;
   if (!place_.empty()) {
     const double up = upper_[v] - place_[v], down = place_[v] - lower_[v];
-    if (up != down) return up < down ? kAtUpper : kAtLower;
+    if (up < down || up > down) return up < down ? kAtUpper : kAtLower;
   }
-  if (!multiplier_.empty() && multiplier_[v] != 0.0) {
+  if (!multiplier_.empty() && std::fabs(multiplier_[v]) > 0.0) {
     return multiplier_[v] < 0.0 ? kAtUpper : kAtLower;
   }
   return std::fabs(upper_[v]) < std::fabs(lower_[v]) ? kAtUpper : kAtLower;
@@ -153,7 +163,7 @@ StoredBasis BasisGuess::run() {
   }
   StoredBasis basis;
   lp_to_stored_status(status, model_, basis);
-  if (!place_.empty()) basis.x.assign(place_.begin(), place_.begin() + n_);
+  if (has_x_) basis.x.assign(place_.begin(), place_.begin() + n_);
   return basis;
 }
 

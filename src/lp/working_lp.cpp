@@ -64,7 +64,9 @@ void WorkingLp::start_from(const StoredBasis& basis, const Model& model, const d
   }
   Vector<double> values(lp_.num_vars(), 0.0);
   for (int j = 0; j < lp_.num_cols; ++j) {
-    values[j] = x[j] * scaling_.variable_factor(j, lp_.num_cols);
+    // Whatever a caller hands in: a number within the bounds.
+    const double place = std::isnan(x[j]) ? 0.0 : x[j] * scaling_.variable_factor(j, lp_.num_cols);
+    values[j] = std::clamp(place, lp_.lower[j], std::max(lp_.lower[j], lp_.upper[j]));
   }
   simplex_->set_basis(status, values.data());
 }

@@ -2,6 +2,8 @@
 // it, says so. The problem owns it and knows nothing else about it.
 #pragma once
 
+#include "prob/change_kind.h"
+
 namespace kelvo {
 
 class Attachment {
@@ -10,6 +12,10 @@ class Attachment {
   Attachment(const Attachment&) = delete;
   Attachment& operator=(const Attachment&) = delete;
   virtual ~Attachment() = default;
+
+  /// Hears of a change of the problem that makes it stale. True when it will catch up with the
+  /// change by itself and is to stay.
+  virtual bool outlives(ChangeKind) noexcept { return false; }
 };
 
 }  // namespace kelvo

@@ -35,7 +35,9 @@ void Problem::notify_change(ChangeKind kind) noexcept {
     working_lp.reset();
     basis.factored = false;
   }
-  if ((stale & kCachedPresolve) != 0) presolve.reset();
+  if ((stale & kCachedPresolve) != 0 && presolve != nullptr && !presolve->outlives(kind)) {
+    presolve.reset();
+  }
   if ((stale & kCachedDerived) != 0) {
     view_target.reset();
     derived.reset();

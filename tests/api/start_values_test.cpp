@@ -112,8 +112,47 @@ TEST_F(StartValues, ColumnsBetweenTheirBoundsStandWhereTheyAreTold) {
   expect_value();
   ASSERT_EQ(KLVcopystart(env, lp, nullptr, nullptr, x.data(), nullptr, nullptr, nullptr), 0);
   expect_value();
+  // A run that is stopped is taken up where it was.
+  ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_ITLIM, 2), 0);
+  double last = value;
+  for (int k = 0; k < 5; ++k) {
+    ASSERT_EQ(KLVprimopt(env, lp), 0);
+    double objective = 0.0;
+    ASSERT_EQ(KLVgetobjval(env, lp, &objective), 0);
+    EXPECT_LE(data.sense * objective, data.sense * last + 1e-6 * (1.0 + std::fabs(last)));
+    last = objective;
+  }
   ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_ITLIM, 2100000000), 0);
   iterations_to(s.objective, KLVprimopt);
+}
+
+TEST_F(StartValues, OfAnyKindLeadToTheOptimum) {
+  for (unsigned seed = 0; seed < 8; ++seed) {
+    SCOPED_TRACE(::testing::Message() << "seed " << seed);
+    load(seed);
+    ASSERT_EQ(KLVlpopt(env, lp), 0);
+    const Solution s = solution(lp);
+    std::vector<double> far(s.x), broken(s.x);
+    for (int j = 0; j < data.n; ++j) far[j] = j % 2 ? 1e6 : -1e6;
+    for (int j = 0; j < data.n; j += 3) broken[j] = j % 2 ? NAN : INFINITY;
+    const std::vector<int> between(data.n, 3), slacks(data.m, 1);
+    for (const auto optimize : {KLVlpopt, KLVprimopt, KLVdualopt}) {
+      for (const std::vector<double>& x : {far, broken}) {
+        ASSERT_EQ(KLVcopystart(env, lp, between.data(), slacks.data(), x.data(), nullptr, nullptr,
+                               nullptr),
+                  0);
+        iterations_to(s.objective, optimize);
+        ASSERT_EQ(KLVcopystart(env, lp, nullptr, nullptr, x.data(), nullptr, nullptr, nullptr), 0);
+        iterations_to(s.objective, optimize);
+      }
+      // One half of one side.
+      ASSERT_EQ(KLVcopystart(env, lp, nullptr, nullptr, nullptr, s.slack.data(), nullptr, nullptr),
+                0);
+      iterations_to(s.objective, optimize);
+      ASSERT_EQ(KLVcopystart(env, lp, nullptr, nullptr, nullptr, nullptr, s.dj.data(), nullptr), 0);
+      iterations_to(s.objective, optimize);
+    }
+  }
 }
 
 TEST_F(StartValues, PresolveTakesAStartAlong) {

@@ -126,6 +126,63 @@ TEST(OptimizeFaults, FactorAndSensitivity) {
                         }));
 }
 
+TEST(OptimizeFaults, Starts) {
+  const double x[] = {3, 1, 0};
+  const int codes[] = {2, 1, 0}, rows[] = {0, 1, 1}, list[] = {0, 1, 2};
+  const auto with = [](int parameter, int value, const Call& call) {
+    return [parameter, value, call](KLVenv env, KLVprob lp) {
+      const int status = KLVsetintparam(env, parameter, value);
+      return status != 0 ? status : call(env, lp);
+    };
+  };
+  expect_all_or_nothing("copystart", KLVdualopt, [&](KLVenv env, KLVprob lp) {
+    return KLVcopystart(env, lp, nullptr, nullptr, x, nullptr, nullptr, nullptr);
+  });
+  expect_all_or_nothing("copystart with a basis", KLVdualopt, [&](KLVenv env, KLVprob lp) {
+    return KLVcopystart(env, lp, codes, rows, x, nullptr, nullptr, nullptr);
+  });
+  expect_all_or_nothing("copybasednorms", nothing, [&](KLVenv env, KLVprob lp) {
+    return KLVcopybasednorms(env, lp, codes, rows, x);
+  });
+  expect_all_or_nothing("copypartialbase", nothing, [&](KLVenv env, KLVprob lp) {
+    return KLVcopypartialbase(env, lp, 3, list, codes, 1, list, rows);
+  });
+  expect_all_or_nothing("a start through presolve", with(KLV_PARAM_ADVIND, 2, KLVdualopt),
+                        KLVlpopt);
+  expect_all_or_nothing("getweight", KLVdualopt, Copied([&](KLVenv env, KLVprob lp) {
+                          const int begin = 0;
+                          double weight = 0;
+                          return KLVgetweight(env, lp, 1, 3, &begin, list, x, &weight, 2);
+                        }));
+}
+
+TEST(OptimizeFaults, DualFormAndPresolvedProblem) {
+  expect_all_or_nothing(
+      "dual form",
+      [](KLVenv env, KLVprob) {
+        const int status = KLVsetintparam(env, KLV_PARAM_PREDUAL, 1);
+        return status != 0 ? status : KLVsetintparam(env, KLV_PARAM_ADVIND, 0);
+      },
+      KLVdualopt);
+  expect_all_or_nothing("dualwrite", KLVdualopt, [](KLVenv env, KLVprob lp) {
+    return KLVdualwrite(env, lp, "/dev/null", nullptr);
+  });
+  expect_all_or_nothing(
+      "another objective",
+      [](KLVenv env, KLVprob lp) {
+        const int first = 0;
+        const double cost = 2, back = 3;
+        int status = KLVsetintparam(env, KLV_PARAM_REDUCE, 1);
+        if (status == 0) status = KLVchgobj(env, lp, 1, &first, &cost);
+        if (status == 0) status = KLVpresolve(env, lp, 2);
+        return status != 0 ? status : KLVchgobj(env, lp, 1, &first, &back);
+      },
+      [](KLVenv env, KLVprob lp) {
+        KLVprob reduced = nullptr;
+        return KLVgetredlp(env, lp, &reduced);
+      });
+}
+
 TEST(OptimizeFaults, StepsByHand) {
   const int first = 0, list[] = {0, 1, 2};
   double down[3], up[3];

@@ -81,6 +81,7 @@ class PostsolveStack {
 
   int size() const { return static_cast<int>(records_.size()); }
   const UndoRecord& record(int k) const { return records_[k]; }
+  UndoRecord& record(int k) { return records_[k]; }
   const UndoEntry& entry(int k) const { return entries_[k]; }
 
   /// Undoes everything.

@@ -53,6 +53,12 @@ class Presolve {
   /// The reduced program, of an outcome `reduced` or `unchanged`. It is handed over.
   LpProblem take_reduced() { return std::move(reduced_); }
 
+  /// Follows a change of the costs [num_cols] of the original program (reprice.cpp): gives those of
+  /// the reduced one [reduced columns] and its constant, and puts the new costs into the records of
+  /// the way back. False, with nothing changed, when a reduction rests on the costs as they were;
+  /// without dual reductions few do.
+  bool reprice(const Vector<double>& cost, Vector<double>& reduced_cost, double& offset);
+
   /// Turns a basic solution of the reduced program, whose reduced costs are z, into one of the
   /// original program.
   void postsolve(const BasicSolution& reduced, const Vector<double>& z,
