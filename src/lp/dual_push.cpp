@@ -38,6 +38,8 @@ class DualPush {
     if (lp_.lower[v] == -kInf) return kAtUpper;
     return z_[v] < 0.0 && lp_.upper[v] < kInf ? kAtUpper : kAtLower;
   }
+  /// True when a variable that was basic is known to stand at a bound.
+  bool may_leave(int v) const { return is_fixed(v) || is_priced(v); }
   bool is_priced(int v) const { return std::fabs(z_[v]) > kZeroMultiplier; }
   void compute_multipliers();
   bool push(int position);
@@ -65,19 +67,19 @@ bool DualPush::refactorize() {
   return factor_.factorize(header_, false, repairs, &stop_) == FactorOutcome::ok;
 }
 
-/// The first factorization. Columns that turn out dependent come back in place of variables
-/// that stand at a bound.
+/// The first factorization. Columns that turn out dependent come back in place of variables that
+/// stand at a bound, unless they are such themselves.
 bool DualPush::start() {
   Vector<BasisRepair> repairs;
   const FactorOutcome outcome = factor_.factorize(header_, true, repairs, &stop_);
   if (outcome == FactorOutcome::ok) return true;
   if (outcome != FactorOutcome::repaired) return false;
   for (const BasisRepair& repair : repairs) {
-    status_[repair.leaving] = kAtLower;
+    status_[repair.leaving] = bound_of(repair.leaving);
     status_[lp_.num_cols + repair.row] = kBasic;
   }
   for (const BasisRepair& repair : repairs) {
-    if (!take_back(repair)) return false;
+    if (!may_leave(repair.leaving) && !take_back(repair)) return false;
   }
   return true;
 }
@@ -88,8 +90,7 @@ bool DualPush::take_back(const BasisRepair& repair) {
   double largest = kPivot;
   for (int p = 0; p < lp_.num_rows; ++p) {
     const int v = header_[p];
-    if (std::fabs(column_.value[p]) <= largest || !was_basic_[v]) continue;
-    if (!is_fixed(v) && !is_priced(v)) continue;
+    if (std::fabs(column_.value[p]) <= largest || !was_basic_[v] || !may_leave(v)) continue;
     largest = std::fabs(column_.value[p]);
     best = p;
   }
