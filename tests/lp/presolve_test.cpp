@@ -4,6 +4,7 @@
 
 #include "busy_lp.h"
 #include "lp/dual_push.h"
+#include "lp/presolve/crush.h"
 
 namespace kelvo {
 namespace {
@@ -18,6 +19,22 @@ using test::worst_violation;
 struct Tally {
   int solved = 0, reduced = 0, proven = 0, pushed = 0, records[kNumUndoKinds] = {};
 };
+
+/// What goes back and forth comes out as it was.
+void check_crushing(const Presolve& presolve, const Solved& small) {
+  Vector<double> x(presolve.num_cols()), y(presolve.num_rows());
+  Vector<double> reduced_x(small.basic.x.size()), reduced_y(small.basic.y.size());
+  uncrush_x(presolve, small.basic.x.data(), x.data());
+  crush_x(presolve, x.data(), reduced_x.data());
+  for (std::size_t j = 0; j < reduced_x.size(); ++j) {
+    EXPECT_NEAR(reduced_x[j], small.basic.x[j], 1e-8 * (1.0 + std::fabs(reduced_x[j])));
+  }
+  uncrush_y(presolve, small.basic.y.data(), small.z.data(), y.data());
+  crush_y(presolve, y.data(), reduced_y.data());
+  for (std::size_t i = 0; i < reduced_y.size(); ++i) {
+    EXPECT_NEAR(reduced_y[i], small.basic.y[i], 1e-8 * (1.0 + std::fabs(reduced_y[i])));
+  }
+}
 
 /// One program with the given reductions; true as long as everything is right.
 bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally& tally) {
@@ -44,6 +61,7 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
     return agree;
   }
   ++tally.solved;
+  check_crushing(presolve_run, small);
   BasicSolution full;
   presolve_run.postsolve(small.basic, small.z, full);
   if (!full.basis_is_settled) {
