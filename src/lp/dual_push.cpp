@@ -19,7 +19,7 @@ class DualPush {
       : lp_(lp),
         y_(y),
         status_(status),
-        home_(status),
+        was_basic_(lp.num_vars(), 0),
         stop_(stop),
         factor_(lp.columns, FactorSettings(), nullptr),
         direction_(lp.num_rows),
@@ -33,7 +33,14 @@ class DualPush {
   bool refactorize();
   bool take_back(const BasisRepair& repair);
   bool is_fixed(int v) const { return lp_.lower[v] == lp_.upper[v]; }
-  bool is_priced(int v) const;
+  /// The bound that the sign of its multiplier, or the lack of another one, says v stands at.
+  BasisStatus bound_of(int v) const {
+    if (lp_.lower[v] == -kInf) return kAtUpper;
+    return z_[v] < 0.0 && lp_.upper[v] < kInf ? kAtUpper : kAtLower;
+  }
+  /// True when a variable that was basic is known to stand at a bound.
+  bool may_leave(int v) const { return is_fixed(v) || is_priced(v); }
+  bool is_priced(int v) const { return std::fabs(z_[v]) > kZeroMultiplier; }
   void compute_multipliers();
   bool push(int position);
   void compute_row(int position);
@@ -46,7 +53,7 @@ class DualPush {
   const LpProblem& lp_;
   Vector<double>& y_;
   Vector<int>& status_;
-  const Vector<int> home_;  // [variables] status at the start: where a variable stands
+  Vector<char> was_basic_;  // [variables] 1: basic at the start
   StopCheck& stop_;
   BasisFactor factor_;
   Vector<int> header_;             // [rows]
@@ -60,18 +67,19 @@ bool DualPush::refactorize() {
   return factor_.factorize(header_, false, repairs, &stop_) == FactorOutcome::ok;
 }
 
-/// The first factorization. Columns that turn out dependent come back in place of fixed ones.
+/// The first factorization. Columns that turn out dependent come back in place of variables that
+/// stand at a bound, unless they are such themselves.
 bool DualPush::start() {
   Vector<BasisRepair> repairs;
   const FactorOutcome outcome = factor_.factorize(header_, true, repairs, &stop_);
   if (outcome == FactorOutcome::ok) return true;
   if (outcome != FactorOutcome::repaired) return false;
   for (const BasisRepair& repair : repairs) {
-    status_[repair.leaving] = kAtLower;
+    status_[repair.leaving] = bound_of(repair.leaving);
     status_[lp_.num_cols + repair.row] = kBasic;
   }
   for (const BasisRepair& repair : repairs) {
-    if (!take_back(repair)) return false;
+    if (!may_leave(repair.leaving) && !take_back(repair)) return false;
   }
   return true;
 }
@@ -82,16 +90,11 @@ bool DualPush::take_back(const BasisRepair& repair) {
   double largest = kPivot;
   for (int p = 0; p < lp_.num_rows; ++p) {
     const int v = header_[p];
-    if (std::fabs(column_.value[p]) <= largest || home_[v] != kBasic || !is_fixed(v)) continue;
+    if (std::fabs(column_.value[p]) <= largest || !was_basic_[v] || !may_leave(v)) continue;
     largest = std::fabs(column_.value[p]);
     best = p;
   }
   return best >= 0 && exchange(best, repair.leaving);
-}
-
-/// True for what has to be pushed: a basic variable that stands at a bound, with a multiplier.
-bool DualPush::is_priced(int v) const {
-  return std::fabs(z_[v]) > kZeroMultiplier && (home_[v] != kBasic || is_fixed(v));
 }
 
 void DualPush::compute_multipliers() {
@@ -190,7 +193,7 @@ bool DualPush::exchange(int position, int entering) {
   if (std::fabs(pivot) < kPivot) return false;
   const bool updated = factor_.update(position, pivot);
   const int leaving = header_[position];
-  status_[leaving] = home_[leaving] == kBasic ? static_cast<int>(kAtLower) : home_[leaving];
+  status_[leaving] = bound_of(leaving);
   status_[entering] = kBasic;
   header_[position] = entering;
   return (updated && !factor_.should_refactor()) || refactorize();
@@ -215,7 +218,9 @@ bool DualPush::push(int position) {
 
 bool DualPush::run() {
   for (int v = 0; v < lp_.num_vars(); ++v) {
-    if (status_[v] == kBasic) header_.push_back(v);
+    if (status_[v] != kBasic) continue;
+    header_.push_back(v);
+    was_basic_[v] = 1;
   }
   if (static_cast<int>(header_.size()) != lp_.num_rows) return false;
   compute_multipliers();

@@ -21,11 +21,11 @@
 
 namespace kelvo {
 
-/// Pushes the multipliers of basic variables to 0, changing y [num_rows] and status [num_vars]. The
-/// basic variables that have such multipliers must be fixed (lower == upper), as the logicals of
-/// equations are. When the basis is singular, the logicals of other rows that complete it take the
-/// place of basic fixed variables, as far as that is possible. False when it is not, or when the
-/// stop check said so: nothing is changed then.
+/// Pushes the multipliers of basic variables to 0, changing y [num_rows] and status [num_vars]. A
+/// basic variable that has a multiplier must stand at the bound that goes with its sign. When the
+/// basis is singular, the logicals of other rows that complete it take the place of fixed variables
+/// or such with multipliers, as far as that is possible. False when it is not, or when the stop
+/// check said so: nothing is changed then.
 bool push_duals(const LpProblem& lp, Vector<double>& y, Vector<int>& status, StopCheck& stop);
 
 }  // namespace kelvo

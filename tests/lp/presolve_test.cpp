@@ -2,179 +2,20 @@
 // program, without another iteration.
 #include "lp/presolve/presolve.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <vector>
-
+#include "busy_lp.h"
 #include "lp/dual_push.h"
+#include "lp/presolve/crush.h"
 #include "lp/presolve/crush_basis.h"
-#include "simplex_support.h"
 
 namespace kelvo {
 namespace {
 
+using test::busy_lp;
 using test::dense_lp;
-
-SilentSink silent;
-NeverStop never;
-
-struct Solved {
-  SimplexOutcome outcome;
-  BasicSolution basic;
-  Vector<double> z;
-  double objective;
-  int iterations;
-};
-
-Solved solve(const LpProblem& lp, const Vector<int>* start = nullptr,
-             const double* values = nullptr) {
-  Simplex simplex(lp, silent, never);
-  if (start != nullptr) {
-    simplex.set_basis(*start, values);
-  } else {
-    simplex.set_slack_basis();
-  }
-  SimplexSettings settings;
-  settings.feasibility_tolerance = settings.optimality_tolerance = 1e-9;
-  Solved solved;
-  // The dual simplex may perturb and leave an optimal basis; the primal one stops at it.
-  solved.outcome = start == nullptr ? simplex.run_dual(settings) : SimplexOutcome::non_optimal;
-  if (solved.outcome != SimplexOutcome::optimal) solved.outcome = simplex.run_primal(settings);
-  solved.basic.x.assign(simplex.values().begin(), simplex.values().begin() + lp.num_cols);
-  solved.basic.y = simplex.row_duals();
-  solved.basic.status = simplex.status();
-  solved.z = simplex.reduced_costs();
-  solved.z.resize(lp.num_cols);
-  solved.objective = simplex.objective();
-  solved.iterations = simplex.iterations();
-  return solved;
-}
-
-double outside(double value, double low, double high) {
-  return std::max({0.0, low - value, value - high});
-}
-
-/// Largest violation of any condition on an optimal basic solution.
-double worst_violation(const LpProblem& lp, const BasicSolution& solution) {
-  const int n = lp.num_cols;
-  double worst = 0.0;
-  int basic = 0;
-  Vector<double> value(solution.x);
-  Vector<double> multiplier(lp.cost);
-  value.resize(lp.num_vars(), 0.0);
-  for (int j = 0; j < n; ++j) {
-    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
-      const int i = lp.columns.index[k];
-      value[n + i] -= lp.columns.value[k] * solution.x[j];
-      multiplier[j] -= lp.columns.value[k] * solution.y[i];
-    }
-  }
-  for (int i = 0; i < lp.num_rows; ++i) multiplier[n + i] = -solution.y[i];
-  for (int v = 0; v < lp.num_vars(); ++v) {
-    worst = std::max(worst, outside(value[v], lp.lower[v], lp.upper[v]));
-    const bool fixed = lp.lower[v] == lp.upper[v];
-    switch (solution.status[v]) {
-      case kBasic:
-        ++basic;
-        worst = std::max(worst, std::fabs(multiplier[v]));
-        break;
-      case kAtLower:
-        worst = std::max(worst, std::fabs(value[v] - lp.lower[v]));
-        if (!fixed) worst = std::max(worst, -multiplier[v]);
-        break;
-      case kAtUpper:
-        worst = std::max(worst, std::fabs(value[v] - lp.upper[v]));
-        if (!fixed) worst = std::max(worst, multiplier[v]);
-        break;
-      default:
-        worst = std::max(worst, std::fabs(multiplier[v]));
-    }
-  }
-  return basic == lp.num_rows ? worst : kInf;
-}
-
-/// Random programs in which everything that presolve looks for happens often: short rows and
-/// columns, multiples of lines, fixed, free and one-sided columns, ranges, redundant limits.
-LpProblem busy_lp(Random& random, int m, int n) {
-  std::vector<std::vector<double>> rows(m, std::vector<double>(n, 0.0));
-  std::vector<test::ColumnSpec> columns(n);
-  std::vector<std::pair<double, double>> limits(m);
-  std::vector<double> point(n), dual(m);
-  for (double& value : point) value = random.below(9) - 3;
-  for (auto& row : rows) {
-    const int longest = random.below(3) == 0 ? n : 3;
-    for (int k = 1 + random.below(longest); k > 0; --k) row[random.below(n)] = random.below(7) - 3;
-  }
-  for (int k = random.below(3); k > 0; --k) {  // multiples of rows
-    const int from = random.below(m), to = random.below(m);
-    const double ratio = random.below(2) == 0 ? 2.0 : -0.5;
-    if (from == to) continue;
-    for (int j = 0; j < n; ++j) rows[to][j] = ratio * rows[from][j];
-  }
-  for (int k = random.below(3); k > 0; --k) {  // rows that contain another one, and sums of rows
-    const int from = random.below(m), to = random.below(m), extra = random.below(m);
-    const double ratio = random.below(2) == 0 ? 1.0 : -2.0;
-    if (from == to || extra == to) continue;
-    for (int j = 0; j < n; ++j) {
-      const double rest = random.below(3) == 0 ? random.below(3) : 0.0;
-      rows[to][j] = ratio * rows[from][j] + (k == 1 ? rows[extra][j] : rest);
-    }
-  }
-  for (int k = random.below(3); k > 0; --k) {  // multiples of columns
-    const int from = random.below(n), to = random.below(n);
-    const double ratio = random.below(2) == 0 ? 2.0 : -0.5;
-    if (from == to) continue;
-    for (auto& row : rows) row[to] = ratio * row[from];
-  }
-  for (int i = 0; i < m; ++i) {
-    double activity = 0.0;
-    for (int j = 0; j < n; ++j) activity += rows[i][j] * point[j];
-    const double give = random.below(2) == 0 ? 0.0 : random.below(6);
-    switch (random.below(5)) {
-      case 0:
-        limits[i] = {activity - give, kInf};
-        dual[i] = random.below(3);
-        break;
-      case 1:
-        limits[i] = {-kInf, activity + give};
-        dual[i] = -random.below(3);
-        break;
-      case 2:
-        limits[i] = {activity - give, activity + random.below(4)};
-        dual[i] = random.below(5) - 2;
-        break;
-      default:
-        limits[i] = {activity, activity};
-        dual[i] = random.below(5) - 2;
-    }
-  }
-  const bool proportional_costs = random.below(2) == 0;
-  for (int j = 0; j < n; ++j) {
-    double priced = 0.0;
-    for (int i = 0; i < m; ++i) priced += dual[i] * rows[i][j];
-    const double low = point[j] - (random.below(2) == 0 ? 0 : random.below(4));
-    const double high = point[j] + (random.below(2) == 0 ? 0 : random.below(6));
-    const double extra = proportional_costs ? 0.0 : random.below(4);
-    switch (random.below(6)) {
-      case 0:
-        columns[j] = {priced, -kInf, kInf};
-        break;
-      case 1:
-        columns[j] = {priced - extra, -kInf, high};
-        break;
-      case 2:
-        columns[j] = {priced + random.below(7) - 3, low, high};
-        break;
-      case 3:
-        columns[j] = {0.0, low, kInf};
-        break;
-      default:
-        columns[j] = {priced + extra, low, kInf};
-    }
-  }
-  return dense_lp(columns, rows, limits);
-}
+using test::never;
+using test::solve;
+using test::Solved;
+using test::worst_violation;
 
 struct Tally {
   int moved = 0;  // crushed bases that are not optimal as they stand
@@ -192,6 +33,22 @@ bool check_crushed(const Presolve& presolve, const LpProblem& reduced, const Bas
   EXPECT_EQ(again.outcome, SimplexOutcome::optimal);
   EXPECT_NEAR(again.objective, objective, 1e-8 * (1.0 + std::fabs(objective)));
   return again.iterations == 0 && crushed.num_basic == reduced.num_rows;
+}
+
+/// What goes back and forth comes out as it was.
+void check_crushing(const Presolve& presolve, const Solved& small) {
+  Vector<double> x(presolve.num_cols()), y(presolve.num_rows());
+  Vector<double> reduced_x(small.basic.x.size()), reduced_y(small.basic.y.size());
+  uncrush_x(presolve, small.basic.x.data(), x.data());
+  crush_x(presolve, x.data(), reduced_x.data());
+  for (std::size_t j = 0; j < reduced_x.size(); ++j) {
+    EXPECT_NEAR(reduced_x[j], small.basic.x[j], 1e-8 * (1.0 + std::fabs(reduced_x[j])));
+  }
+  uncrush_y(presolve, small.basic.y.data(), small.z.data(), y.data());
+  crush_y(presolve, y.data(), reduced_y.data());
+  for (std::size_t i = 0; i < reduced_y.size(); ++i) {
+    EXPECT_NEAR(reduced_y[i], small.basic.y[i], 1e-8 * (1.0 + std::fabs(reduced_y[i])));
+  }
 }
 
 /// One program with the given reductions; true as long as everything is right.
@@ -219,6 +76,7 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
     return agree;
   }
   ++tally.solved;
+  check_crushing(presolve_run, small);
   BasicSolution full;
   presolve_run.postsolve(small.basic, small.z, full);
   if (!full.basis_is_settled) {

@@ -6,12 +6,26 @@ LinkedMatrix::LinkedMatrix(const SparseMatrix& columns)
     : row_first_(columns.num_minor, -1),
       col_first_(columns.num_major, -1),
       row_count_(columns.num_minor, 0),
-      col_count_(columns.num_major, 0) {
-  entries_.reserve(columns.num_nonzeros());
-  // Backwards, so that the lists ascend.
-  for (int j = columns.num_major - 1; j >= 0; --j) {
-    for (int k = columns.start[j + 1] - 1; k >= columns.start[j]; --k) {
-      insert(columns.index[k], j, columns.value[k]);
+      col_count_(columns.num_major, 0),
+      num_nonzeros_(columns.num_nonzeros()) {
+  // Entries keep their places in the column-wise matrix, and all lists ascend.
+  entries_.resize(columns.num_nonzeros());
+  Vector<int> last(columns.num_minor, -1);  // of each row so far
+  for (int j = 0; j < columns.num_major; ++j) {
+    const int begin = columns.start[j], end = columns.start[j + 1];
+    if (begin < end) col_first_[j] = begin;
+    col_count_[j] = end - begin;
+    for (int e = begin; e < end; ++e) {
+      const int i = columns.index[e];
+      entries_[e] = {columns.value[e],      i, j, -1, last[i], e + 1 < end ? e + 1 : -1,
+                     e > begin ? e - 1 : -1};
+      if (last[i] >= 0) {
+        entries_[last[i]].row_next = e;
+      } else {
+        row_first_[i] = e;
+      }
+      last[i] = e;
+      ++row_count_[i];
     }
   }
 }
