@@ -1,6 +1,6 @@
 // From a name to the index that carries it: a hash table with open addressing.
 //
-// A slot keeps an index and a key of its name: the name itself when it has at most 24 bytes, so
+// A slot keeps an index and a key of its name: the name itself when it has at most 16 bytes, so
 // that it is found in one place of the memory, and hashes of it otherwise. Only when the key of
 // such a long name agrees is the name asked of the caller's store, any object with `view(int) ->
 // std::string_view` such as NameStore. Names hold no zero bytes. The caller keeps table and store
@@ -83,7 +83,7 @@ class NameIndex {
   static std::uint64_t hash(std::string_view name) noexcept;
 
  private:
-  static constexpr std::size_t kWords = 3;
+  static constexpr std::size_t kWords = 2;
 
   struct Key {
     std::uint64_t word[kWords] = {};
@@ -119,7 +119,7 @@ class NameIndex {
   }
 
   static Key make_key(std::string_view name) noexcept {
-    if (name.size() > 8 * kWords) return {{hash(name), name.size(), 0}, 1};
+    if (name.size() > 8 * kWords) return {{hash(name), name.size()}, 1};
     Key key;
     const char* at = name.data();
     std::size_t left = name.size();
@@ -134,8 +134,7 @@ class NameIndex {
 
   /// Where the search for a key begins.
   static std::size_t home(const Key& key, std::size_t mask) {
-    const std::uint64_t half = fold(key.word[0] ^ kMultiplierB, key.word[1] ^ kMultiplierA);
-    return fold(half ^ key.word[2], kMultiplierA) & mask;
+    return fold(key.word[0] ^ kMultiplierB, key.word[1] ^ kMultiplierA) & mask;
   }
 
   /// Empties a slot and moves later ones forward, so that every search still finds its name.

@@ -1,8 +1,8 @@
 // What the LP reader has read so far.
 //
 // Everything is appended in the order of the file: rows as they come, columns when their name
-// comes up first, bounds and types as records that are applied later. build() turns it into a
-// model: matrix by columns, terms of one variable summed up, zeros dropped.
+// comes up first, types as records that are applied later. build() turns it into a model: matrix by
+// columns, terms of one variable summed up, zeros dropped.
 #pragma once
 
 #include <cstdint>
@@ -97,10 +97,11 @@ class LpCollector {
   int num_cols() const { return columns_.size(); }
   /// The column of that name, added when it is new.
   int column(std::string_view name) { return columns_.find_or_add(name); }
-  /// Notes the name of the column of a term that has been added with the index -1 behind those of
-  /// the rows that were read last. Names are looked up together, which overlaps the waits for
-  /// memory; so resolve_columns() must come before any other look-up, before terms go anywhere but
-  /// to the rows, and when no more names can be noted.
+  /// Names of terms are looked up together, which overlaps the waits for memory. This notes the
+  /// name for a term that has got the index -1 instead of its column. The terms without a column
+  /// are the last ones of the rows, then those that are in no row yet. resolve_columns() must come
+  /// before any other look-up of columns, before terms go anywhere but to the rows, and when no
+  /// more names can be noted.
   void defer_column(std::string_view name);
   bool can_defer() const { return num_deferred_ < kMostDeferred; }
   /// Fills in the columns of the names noted: in the last rows, then at the end of `terms`.
