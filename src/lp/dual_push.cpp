@@ -6,11 +6,17 @@ namespace kelvo {
 
 namespace {
 
-// A multiplier of this size is 0 but for rounding.
+// A multiplier of this size, or of this share of the terms that it is the sum of, is 0 but for
+// rounding. A basic variable taken for a priced one by mistake would leave the basis for a bound at
+// which it does not stand.
 constexpr double kZeroMultiplier = 1e-10;
+constexpr double kRoundingShare = 1e-11;
+// The duals are the solution of one system: all carry this part of the rounding of the largest.
+constexpr double kRoundingOfSolve = 1e-2;
 // Entries of a tableau row that are smaller do not block: they are rounding, and useless as pivots.
 constexpr double kPivot = 1e-7;
-// Where several variables block within this much of the step, the largest pivot among them enters.
+// Where several variables block within this much of the step, or this share of their multipliers,
+// the largest pivot among them enters.
 constexpr double kSlack = 1e-9;
 
 class DualPush {
@@ -40,7 +46,9 @@ class DualPush {
   }
   /// True when a variable that was basic is known to stand at a bound.
   bool may_leave(int v) const { return is_fixed(v) || is_priced(v); }
-  bool is_priced(int v) const { return std::fabs(z_[v]) > kZeroMultiplier; }
+  bool is_priced(int v) const {
+    return std::fabs(z_[v]) > kZeroMultiplier + kRoundingShare * terms_[v];
+  }
   void compute_multipliers();
   bool push(int position);
   void compute_row(int position);
@@ -58,6 +66,7 @@ class DualPush {
   BasisFactor factor_;
   Vector<int> header_;             // [rows]
   Vector<double> z_;               // [variables]
+  Vector<double> terms_;           // [variables] size of what z_ is the sum of, at the start
   WorkVector direction_, column_;  // [rows]
   WorkVector row_;                 // [variables] tableau row, nonbasic ones only
 };
@@ -98,10 +107,17 @@ bool DualPush::take_back(const BasisRepair& repair) {
 }
 
 void DualPush::compute_multipliers() {
+  double largest = 0.0;
+  for (double y : y_) largest = std::max(largest, std::fabs(y));
+  const double common = kRoundingOfSolve * largest;
   z_.assign(lp_.cost.begin(), lp_.cost.begin() + lp_.num_cols);
+  terms_.assign(lp_.num_vars(), common);
   for (int j = 0; j < lp_.num_cols; ++j) {
+    terms_[j] = std::fabs(z_[j]);
     for (int k = lp_.columns.start[j]; k < lp_.columns.start[j + 1]; ++k) {
-      z_[j] -= lp_.columns.value[k] * y_[lp_.columns.index[k]];
+      const double a = lp_.columns.value[k], y = y_[lp_.columns.index[k]];
+      z_[j] -= a * y;
+      terms_[j] += std::fabs(a) * (std::fabs(y) + common);
     }
   }
   for (int i = 0; i < lp_.num_rows; ++i) z_.push_back(-y_[i]);
@@ -150,8 +166,9 @@ int DualPush::entering_variable(double wanted, double& step) const {
   for (int k = 0; k < row_.count; ++k) {
     const int j = row_.index[k];
     const double fall = slope(j, wanted);
-    if (fall == 0.0 || std::fabs(z_[j]) + kSlack >= allowed * fall) continue;
-    allowed = (std::fabs(z_[j]) + kSlack) / fall;
+    const double relaxed = (1.0 + kSlack) * std::fabs(z_[j]) + kSlack;
+    if (fall == 0.0 || relaxed >= allowed * fall) continue;
+    allowed = relaxed / fall;
     blocked = true;
   }
   if (!blocked) return -1;

@@ -17,9 +17,11 @@ bool stands_at_bound(const LpProblem& lp, int v, double value) {
   return value == lp.lower[v] || value == lp.upper[v];
 }
 
+constexpr double kZero = 1e-9;
+constexpr double kDear = 1e11 / 3.0;  // a unit of costs that no cost is exact in
+
 /// Makes nonbasic variables with multipliers basic, in place of basic ones at a bound; their
 /// number.
-constexpr double kZero = 1e-9;
 int spoil(const LpProblem& lp, const BasicSolution& solution, Random& random, Vector<int>& status) {
   Vector<double> value(solution.x);
   value.resize(lp.num_vars(), 0.0);
@@ -58,8 +60,16 @@ TEST(DualPush, SettlesTheBasisAndKeepsTheOptimum) {
     BasicSolution basic = solved.basic;
     if (spoil(lp, basic, random, basic.status) == 0) continue;
     ++spoilt_programs;
+    BasicSolution dear_basic = basic;
     ASSERT_TRUE(push_duals(lp, basic.y, basic.status, never));
     ASSERT_LE(worst_violation(lp, basic), 1e-9);
+    // Rounding of large duals is not taken for a multiplier.
+    LpProblem dear_lp = lp;
+    for (double& cost : dear_lp.cost) cost *= kDear;
+    for (double& y : dear_basic.y) y *= kDear;
+    ASSERT_TRUE(push_duals(dear_lp, dear_basic.y, dear_basic.status, never));
+    for (double& y : dear_basic.y) y /= kDear;
+    ASSERT_LE(worst_violation(lp, dear_basic), 1e-9);
     const Solved again = solve(lp, &basic.status);
     ASSERT_EQ(again.iterations, 0);
     ASSERT_NEAR(again.objective, solved.objective, 1e-9 * (1.0 + std::fabs(solved.objective)));

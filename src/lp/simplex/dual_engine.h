@@ -39,13 +39,15 @@ class DualEngine {
     objective_limit,  // proved for the true costs
     stopped,          // stop_outcome_ says why
   };
+  /// What is left to do under the true costs when a phase has ended feasible.
+  enum class TrueProblem { optimal, primal_work, dual_work };
   enum class Step { done, refactor, no_leaving, no_entering };
   enum class Weights { none, steepest, devex };
 
   // The run.
   SimplexOutcome solve();
   SimplexOutcome finish_with_primal();
-  bool optimal_for_true_problem();
+  TrueProblem look_at_true_problem();
   void settle_superbasics();
   bool worth_perturbing();
 

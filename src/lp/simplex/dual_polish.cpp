@@ -37,7 +37,8 @@ void DualEngine::polish(double finest) {
   perturbing_allowed_ = false;
   choose_pricing();
   initialize_weights();
-  const bool reached = run_phase() == PhaseEnd::feasible && optimal_for_true_problem();
+  const bool reached =
+      run_phase() == PhaseEnd::feasible && look_at_true_problem() == TrueProblem::optimal;
   s_.settings.iteration_limit = limit;
   s_.primal_tolerance = working;
   if (reached) {

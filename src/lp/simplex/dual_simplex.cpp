@@ -50,18 +50,25 @@ bool DualEngine::worth_perturbing() {
   return count > std::max<double>(kFewInfeasibilities, kFewInfeasibleShare * s_.m);
 }
 
-// Takes the true costs and looks: optimal, or what is missing?
-bool DualEngine::optimal_for_true_problem() {
+// Takes the true costs and looks: optimal, or what is missing? Without a primal infeasibility the
+// point stays: boxed variables whose reduced costs got the wrong sign are left to the primal
+// method, for which flipping them would spoil a feasible start.
+DualEngine::TrueProblem DualEngine::look_at_true_problem() {
   remove_perturbation();
   s_.release_held();
-  if (no_factor(s_.refactorize())) return false;
+  if (no_factor(s_.refactorize())) return TrueProblem::dual_work;
   s_.compute_duals();
-  flip_infeasible_boxed();
   s_.compute_primals();
   leaving_list_.rebuild();
   int infeasible;
   leaving_list_.sum_infeasibilities(infeasible);
-  return infeasible == 0 && count_dual_infeasibilities(true, s_.dual_tolerance) == 0;
+  if (infeasible == 0) {
+    const bool dual_feasible = count_dual_infeasibilities(true, s_.dual_tolerance) == 0;
+    return dual_feasible ? TrueProblem::optimal : TrueProblem::primal_work;
+  }
+  flip_infeasible_boxed();
+  const bool dual_feasible = count_dual_infeasibilities(false, s_.dual_tolerance) == 0;
+  return dual_feasible ? TrueProblem::dual_work : TrueProblem::primal_work;
 }
 
 SimplexOutcome DualEngine::finish_with_primal() {
@@ -80,13 +87,15 @@ SimplexOutcome DualEngine::solve() {
       if (run_phase_one()) return stop_outcome_;
     }
     switch (run_phase()) {
-      case PhaseEnd::feasible:
-        if (optimal_for_true_problem()) return SimplexOutcome::optimal;
-        if (count_dual_infeasibilities(false, s_.dual_tolerance) > 0) {
+      case PhaseEnd::feasible: {
+        const TrueProblem state = look_at_true_problem();
+        if (state == TrueProblem::optimal) return SimplexOutcome::optimal;
+        if (state == TrueProblem::primal_work) {
           const SimplexOutcome outcome = finish_with_primal();
           if (outcome != SimplexOutcome::non_optimal) return outcome;
         }
         break;
+      }
       case PhaseEnd::no_entering:
         return SimplexOutcome::infeasible;
       case PhaseEnd::objective_limit:

@@ -8,6 +8,10 @@
 namespace kelvo {
 namespace {
 
+// Duals above this are refined once after a fresh factorization: rounding of 1e-15 of it would
+// already be a hundredth of the smallest optimality tolerance that users set.
+constexpr double kLargeDual = 1e6;
+
 constexpr double kCancelled = 1e-100;  // a cancelled entry that must stay listed
 // Nonzeros touched by a factorization that takes a small part of a second.
 constexpr double kQuickFactorization = 2e7;
@@ -454,6 +458,16 @@ void SimplexState::compute_duals() {
   if (full.count > 0) factor_->btran(full, 1.0);
   std::copy(full.value.begin(), full.value.end(), row_duals.begin());
   full.clear();
+  // Large duals cancel in the reduced costs, and the rounding of the solve shows there.
+  const auto large = [](double y) { return std::fabs(y) > kLargeDual; };
+  if (freshly_factored() && std::any_of(row_duals.begin(), row_duals.end(), large)) {
+    refine_duals(row_duals);
+  }
+  price_out();
+  duals_fresh = freshly_factored();
+}
+
+void SimplexState::price_out() {
   const double* y = row_duals.data();
   const SparseMatrix& columns = problem.columns;
   for (int j = 0; j < n; ++j) {
@@ -470,7 +484,6 @@ void SimplexState::compute_duals() {
   for (int i = 0; i < m; ++i) {
     reduced_cost[n + i] = status[n + i] == kBasic ? 0.0 : cost[n + i] - y[i];
   }
-  duals_fresh = freshly_factored();
 }
 
 void SimplexState::refine_duals(Vector<double>& y, int unit_position) {

@@ -191,6 +191,8 @@ class SimplexState {
   void compute_primals();
   /// reduced_cost := c - [A I]'y, y = B^-T c_B, for the working costs. row_duals := y.
   void compute_duals();
+  /// reduced_cost := c - [A I]'row_duals.
+  void price_out();
   /// One step of iterative refinement of y = c_B B^-1 with residuals in extended precision; the
   /// basic costs c_B are those in use, or the unit vector of a basis position.
   void refine_duals(Vector<double>& y, int unit_position = -1);
