@@ -12,7 +12,7 @@ namespace kelvo {
 namespace {
 
 void copy_slice(const Vector<double>& values, int begin, int end, double* out) {
-  std::copy(values.begin() + begin, values.begin() + end + 1, out);
+  std::copy(values.begin() + begin, values.begin() + (end + 1), out);
 }
 
 void write_slacks(const Problem& problem, int begin, int end, double* out) {
