@@ -1,5 +1,9 @@
 #include "lp/dual_push.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 #include "lp/factor/basis_factor.h"
 
 namespace kelvo {

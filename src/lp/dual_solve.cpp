@@ -34,6 +34,7 @@ BasicSolution basic_solution(const Model& dual_model, const LpAnswer& answer) {
 }  // namespace
 
 bool prefers_dual_form(const Model& model, const PresolveSettings& settings) {
+  if (model.num_rows == 0 || model.num_cols == 0) return false;  // nothing is left to solve
   if (settings.dual_form != 0) return settings.dual_form > 0;
   return model.num_rows > kTallModel * model.num_cols;
 }

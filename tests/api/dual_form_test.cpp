@@ -6,16 +6,7 @@
 
 namespace {
 
-class DualFormTest : public FileTest {
- protected:
-  double optimum(KLVprob solved) {
-    EXPECT_EQ(KLVlpopt(env, solved), 0);
-    EXPECT_EQ(KLVgetstat(env, solved), KLV_STATUS_OPTIMAL);
-    double objective = 0.0;
-    EXPECT_EQ(KLVgetobjval(env, solved, &objective), 0);
-    return objective;
-  }
-};
+class DualFormTest : public FileTest {};
 
 TEST_F(DualFormTest, TheFileHoldsAProgramWithTheNegatedOptimum) {
   for (unsigned seed = 0; seed < 20; ++seed) {
@@ -92,6 +83,16 @@ TEST_F(DualFormTest, PresolveTakesItWhenAskedAndTheAnswerIsThatOfTheProblem) {
     EXPECT_EQ(take(results).find("DUAL formed"), std::string::npos);
     ASSERT_EQ(KLVsetdefaults(env), 0);
   }
+}
+
+TEST_F(DualFormTest, NothingIsFormedOfAProblemThatPresolveSolves) {
+  load_small();
+  ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_PREDUAL, 1), 0);
+  take(results);
+  optimum(lp);
+  const std::string log = take(results);
+  EXPECT_NE(log.find("All rows and columns eliminated."), std::string::npos) << log;
+  EXPECT_EQ(log.find("DUAL formed"), std::string::npos) << log;
 }
 
 }  // namespace

@@ -14,14 +14,6 @@ class PresolvedInStep : public FileTest {
     return found;
   }
 
-  double optimum(KLVprob solved) {
-    EXPECT_EQ(KLVlpopt(env, solved), 0);
-    EXPECT_EQ(KLVgetstat(env, solved), KLV_STATUS_OPTIMAL);
-    double objective = 0.0;
-    EXPECT_EQ(KLVgetobjval(env, solved, &objective), 0);
-    return objective;
-  }
-
   /// The optimum of the original by way of the reduced problem and back, with its duals.
   void expect_in_step(KLVprob small, const DenseLp& data, const std::vector<double>& cost) {
     double offset = 0.0;

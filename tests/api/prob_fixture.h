@@ -82,6 +82,14 @@ class ProblemTest : public EnvironmentTest {
   ~ProblemTest() override { EXPECT_EQ(KLVfreeprob(env, &lp), 0); }
 
   ModelImage image() { return read_model(env, lp); }
+  /// Solves a linear problem that has an optimum.
+  double optimum(KLVprob solved) {
+    EXPECT_EQ(KLVlpopt(env, solved), 0);
+    EXPECT_EQ(KLVgetstat(env, solved), KLV_STATUS_OPTIMAL);
+    double objective = 0.0;
+    EXPECT_EQ(KLVgetobjval(env, solved, &objective), 0);
+    return objective;
+  }
   /// min x1 + 2 x2 + 3 x3,  x1 + x2 <= 4,  x2 - x3 = 1,  2 <= x1 + 5 x3 <= 8,  named.
   void load_small() {
     const double obj[] = {1, 2, 3}, rhs[] = {4, 1, 2}, rng[] = {0, 0, 6};
