@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "lp/column_subset.h"
 #include "lp/driver_log.h"
 #include "lp/presolved_lp.h"
+#include "lp/simplex/simplex_state.h"
 #include "lp/start_quality.h"
 #include "lp/trivial_lp.h"
 #include "lp/verify.h"
@@ -44,13 +46,29 @@ struct Judged {
   }
 };
 
+/// Shows the rounds of a subset start as lines of the iteration log.
+class SubsetLog final : public SubsetObserver {
+ public:
+  SubsetLog(SimplexLog& log, const SimplexSettings& settings) : log_(log) {
+    log_.begin_run(settings, 0);
+  }
+  void after_round(int iterations, double objective) override {
+    log_.primal_iteration(iterations, 0, false, objective);
+  }
+
+ private:
+  SimplexLog& log_;
+};
+
 class Driver {
  public:
-  Driver(const Model& model, Owned<WorkingLp>& working, LpMethod method,
+  /// `own_start`: the working LP is at the slack basis because no other was given.
+  Driver(const Model& model, Owned<WorkingLp>& working, LpMethod method, bool own_start,
          const DriverSettings& settings, const CallContext& context)
       : model_(model),
         working_(working),
         method_(method),
+        own_start_(own_start),
         settings_(settings),
         context_(context),
         log_(context.sink, settings.simplex.display) {}
@@ -61,6 +79,8 @@ class Driver {
   /// Runs a method on a working LP and judges the outcome. `limit` counts all iterations of this
   /// driver.
   Judged attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit);
+  SimplexOutcome run_from_subset(WorkingLp& working, SimplexSettings run);
+  bool subset_pays(const WorkingLp& working) const;
   void judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged);
   void improve_optimum(Judged& judged);
   void recover(Judged& judged);
@@ -70,6 +90,7 @@ class Driver {
   const Model& model_;
   Owned<WorkingLp>& working_;
   const LpMethod method_;
+  bool own_start_;  // until the first attempt
   const DriverSettings& settings_;
   const CallContext& context_;
   DriverLog log_;
@@ -102,6 +123,40 @@ LpMethod other(LpMethod method) {
   return method == LpMethod::dual ? LpMethod::primal : LpMethod::dual;
 }
 
+SimplexOutcome run_method(Simplex& simplex, LpMethod method, const SimplexSettings& run) {
+  return method == LpMethod::dual ? simplex.run_dual(run) : simplex.run_primal(run);
+}
+
+/// Runs that ask for something special take the way they ask for.
+bool Driver::subset_pays(const WorkingLp& working) const {
+  const SimplexSettings& asked = settings_.simplex;
+  const SimplexSettings ordinary;
+  return own_start_ && asked.dual_pricing == DualPricing::automatic &&
+         asked.primal_pricing == PrimalPricing::automatic && !asked.perturb_at_start &&
+         asked.objective_lower_limit <= ordinary.objective_lower_limit &&
+         asked.objective_upper_limit >= ordinary.objective_upper_limit &&
+         ColumnSubset::pays(working.lp());
+}
+
+/// The method from a start basis of its own making; the primal method takes such a basis over, as
+/// it is primal feasible and next to an optimum.
+SimplexOutcome Driver::run_from_subset(WorkingLp& working, SimplexSettings run) {
+  Simplex& simplex = working.simplex();
+  SimplexState& state = simplex.state();
+  SubsetLog log(state.log, run);
+  ColumnSubset subset(working.lp(), state.stop, state.hook, &log);
+  const SubsetEnd end = subset.run(run);
+  state.iterations += subset.iterations();
+  state.phase_one_iterations += subset.phase_one_iterations();
+  run.iteration_limit -= subset.iterations();
+  if (end == SubsetEnd::given_up) return run_method(simplex, method_, run);
+  simplex.set_basis(subset.status());
+  if (end != SubsetEnd::stopped) return simplex.run_primal(run);
+  run.iteration_limit = 0;
+  const SimplexOutcome outcome = simplex.run_primal(run);
+  return outcome == SimplexOutcome::iteration_limit ? subset.stop_outcome() : outcome;
+}
+
 Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base,
                        int limit) {
   SimplexSettings run = base;
@@ -113,7 +168,8 @@ Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSetting
   const int phase_one_before = simplex.phase_one_iterations();
   const WorkingLp::Session session(working, context_);
   const SimplexOutcome outcome =
-      method == LpMethod::dual ? simplex.run_dual(run) : simplex.run_primal(run);
+      subset_pays(working) ? run_from_subset(working, run) : run_method(simplex, method, run);
+  own_start_ = false;
   iterations_ += simplex.iterations() - before;
   phase_one_iterations_ += simplex.phase_one_iterations() - phase_one_before;
   Judged judged;
@@ -332,7 +388,8 @@ LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
   } else {
     prepare_working_lp(model, working, start, settings, context);
     if (settings.use_basis && start.present) log_start(*working, start, settings, context);
-    answer = Driver(model, working, method, settings, context).run();
+    const bool own_start = !(settings.use_basis && start.present);
+    answer = Driver(model, working, method, own_start, settings, context).run();
   }
   answer.record.method = method == LpMethod::primal ? kMethodPrimal : kMethodDual;
   return answer;

@@ -303,5 +303,67 @@ TEST(Driver, LimitsLeaveTheLastBasis) {
   EXPECT_EQ(hooked.solve(textbook()).status, kUserAborted);
 }
 
+// Many columns per row: the start basis comes from a part of them.
+Model wide_covering() {
+  constexpr int kRows = 60;
+  constexpr int kColumns = 12000;
+  Random random(5);
+  Model model;
+  model.num_rows = kRows;
+  model.num_cols = kColumns;
+  model.row_sense.assign(kRows, 'G');
+  model.rhs.assign(kRows, 1.0);
+  model.lower.assign(kColumns, 0.0);
+  model.upper.assign(kColumns, kInfiniteBound);
+  SparseMatrix matrix;
+  matrix.num_major = kColumns;
+  matrix.num_minor = kRows;
+  for (int j = 0; j < kColumns; ++j) {
+    model.objective.push_back(1 + random.below(300));
+    const int row = random.below(kRows);
+    for (const int step : {0, 1 + random.below(20), 21 + random.below(20)}) {
+      matrix.index.push_back((row + step) % kRows);
+      matrix.value.push_back(1.0 + step % 3);
+    }
+    matrix.start.push_back(static_cast<int>(matrix.index.size()));
+  }
+  model.matrix.assign(std::move(matrix));
+  return model;
+}
+
+TEST(Driver, StartsWideModelsFromAPartOfTheirColumns) {
+  const Model model = wide_covering();
+  Bench plain;  // a rule that is asked for is followed throughout
+  plain.settings.simplex.dual_pricing = DualPricing::steepest;
+  const LpAnswer expected = plain.solve(model);
+  for (const LpMethod method : {LpMethod::dual, LpMethod::primal}) {
+    Bench bench;
+    const LpAnswer answer = bench.solve(model, method);
+    EXPECT_EQ(answer.status, kOptimal);
+    EXPECT_TRUE(answer.record.dual_feasible);
+    EXPECT_NEAR(answer.record.objective, expected.record.objective, 1e-6);
+    EXPECT_NE(answer.record.iterations, expected.record.iterations);
+    EXPECT_EQ(bench.solve(model, method).record.iterations, 0);
+
+    // Its iterations count, and its end is that of the run.
+    const int half = answer.record.iterations / 2;
+    Bench limited;
+    limited.settings.simplex.iteration_limit = half;
+    const LpAnswer part = limited.solve(model, method);
+    EXPECT_EQ(part.status, kIterationLimit);
+    EXPECT_EQ(part.record.iterations, half);
+    EXPECT_TRUE(part.record.has_primal && part.basis.present);
+    for (const bool by_hook : {true, false}) {
+      StopAfter stop(half, by_hook ? 1 : kTimeLimit);
+      Bench stopped;
+      if (by_hook) stopped.hook = &stop;
+      if (!by_hook) stopped.stop = &stop;
+      const LpAnswer rest = stopped.solve(model, method);
+      EXPECT_EQ(rest.status, by_hook ? kUserAborted : kTimeLimit);
+      EXPECT_LE(rest.record.iterations, half);
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kelvo
