@@ -14,7 +14,7 @@ namespace {
 constexpr double kColumnsPerRow = 12.0;
 constexpr int kFewestColumns = 10000;
 // A row whose limits the start violates gets so many columns that can mend it.
-constexpr int kFirstPerRow = 8;
+constexpr int kFirstPerRow = 6;
 // A first work program with a larger share of the columns gains nothing.
 constexpr double kFirstShare = 0.4;
 // So many columns join in a round, and so many may stay in the work program after it.
@@ -31,6 +31,8 @@ constexpr int kIterations = 100;
 constexpr double kFirstIterationsPerRow = 3.0;
 constexpr double kFailingIterationsPerRow = 1.0;
 constexpr double kRoundIterationsPerRow = 20.0;
+// Costs below this count as this much where something is divided by them.
+constexpr double kLeastCost = 1e-9;
 // Entries of a proof up to this share of its largest one are rounding errors.
 constexpr double kProofEntry = 1e-9;
 
@@ -229,7 +231,8 @@ SimplexOutcome ColumnSubset::solve_work() {
   return outcome;
 }
 
-/// Candidates := the columns left out with d_j = cost_factor c_j - sign y'a_j beyond the tolerance.
+/// Candidates := the columns left out for which d_j = cost_factor c_j - sign y'a_j is wrong by more
+/// than the tolerance; their merit is by how much.
 void ColumnSubset::price(const Vector<double>& y, double cost_factor, double sign,
                          double tolerance) {
   candidates_.clear();
@@ -239,8 +242,14 @@ void ColumnSubset::price(const Vector<double>& y, double cost_factor, double sig
     double product = 0.0;
     for (int k = a.start[j]; k < a.start[j + 1]; ++k) product += y[a.index[k]] * a.value[k];
     const double d = direction_of(j) * (cost_factor * problem_.cost[j] - sign * product);
-    if (d < -tolerance) candidates_.push_back({j, d * d / norm_[j]});
+    if (d < -tolerance) candidates_.push_back({j, -d});
   }
+}
+
+/// Columns of the steepest descent come first.
+void ColumnSubset::price_with_duals() {
+  price(simplex_->row_duals(), 1.0, 1.0, simplex_->state().dual_tolerance);
+  for (Candidate& c : candidates_) c.merit *= c.merit / norm_[c.column];
 }
 
 /// 1 when the proof keeps y'(A x + s) below zero, -1 when above.
@@ -263,11 +272,15 @@ double ColumnSubset::proof_sign() const {
   return largest < 0.0 ? 1.0 : -1.0;
 }
 
+/// Columns that break the proof at the least cost come first.
 void ColumnSubset::price_with_proof() {
   const Vector<double>& y = simplex_->farkas_dual();
   double largest = 0.0;
   for (const double yi : y) largest = std::max(largest, std::fabs(yi));
   price(y, 0.0, proof_sign(), kProofEntry * largest);
+  for (Candidate& c : candidates_) {
+    c.merit /= std::max(kLeastCost, direction_of(c.column) * problem_.cost[c.column]);
+  }
 }
 
 void ColumnSubset::add_attractive() {
@@ -304,7 +317,7 @@ SubsetEnd ColumnSubset::run(const SimplexSettings& settings) {
         feasible_ = true;
         if (observer_ != nullptr) observer_->after_round(iterations_, simplex_->objective());
         drop_unattractive();
-        price(simplex_->row_duals(), 1.0, 1.0, simplex_->state().dual_tolerance);
+        price_with_duals();
         if (candidates_.empty()) return SubsetEnd::priced_out;
         break;
       case SimplexOutcome::infeasible:

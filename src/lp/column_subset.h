@@ -10,9 +10,10 @@
 //     d_j = c_j - y'a_j     with the duals of an optimum,
 //     d_j =     - y'a_j     with a proof of infeasibility whose largest value over the box is < 0,
 //
-// and the most attractive of them join it, while those whose reduced costs are farthest from
-// entering leave it once it has grown too large. When no column left out is attractive, the basis
-// of the work program is an optimal one of the whole.
+// and the most attractive of them join it (by steepest descent, or by the least cost for their part
+// in breaking the proof), while those whose reduced costs are farthest from entering leave it once
+// it has grown too large. When no column left out is attractive, the basis of the work program is
+// an optimal one of the whole.
 #pragma once
 
 #include "lp/lp_problem.h"
@@ -73,6 +74,7 @@ class ColumnSubset {
   int run_limit() const;
   double proof_sign() const;
   void price(const Vector<double>& y, double cost_factor, double sign, double tolerance);
+  void price_with_duals();
   void price_with_proof();
   void add_attractive();
   void drop_unattractive();
