@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "lp/row_prices.h"
 #include "lp/simplex/simplex_state.h"
 
 namespace kelvo {
@@ -13,8 +14,11 @@ namespace {
 // iterations. Few columns are no trouble in any case.
 constexpr double kColumnsPerRow = 12.0;
 constexpr int kFewestColumns = 10000;
-// A row whose limits the start violates gets so many columns that can mend it.
-constexpr int kFirstPerRow = 6;
+// A row whose limits the slack basis violates gets so many columns that can mend it, chosen by row
+// prices that so many passes over the cheapest columns of each row give.
+constexpr int kFirstPerRow = 9;
+constexpr int kPricedPerRow = 80;
+constexpr int kPricePasses = 200;
 // A first work program with a larger share of the columns gains nothing.
 constexpr double kFirstShare = 0.4;
 // So many columns join in a round, and so many may stay in the work program after it.
@@ -28,7 +32,7 @@ constexpr int kRounds = 60;
 constexpr int kFailures = 8;
 // Iterations: of the first round, of the rounds until one is feasible, of a round after that.
 constexpr int kIterations = 100;
-constexpr double kFirstIterationsPerRow = 3.0;
+constexpr double kFirstIterationsPerRow = 6.0;
 constexpr double kFailingIterationsPerRow = 1.0;
 constexpr double kRoundIterationsPerRow = 20.0;
 // Costs below this count as this much where something is divided by them.
@@ -97,53 +101,118 @@ void ColumnSubset::place_columns() {
   }
 }
 
-/// +1 for rows whose activity must grow, -1 for those where it must shrink, 0 for satisfied ones.
-/// Free columns join at once.
-Vector<signed char> ColumnSubset::wanted_moves() const {
-  Vector<double> activity(m_, 0.0);
+/// How much the activity of each row has to grow (or, below zero, to shrink) to be within its
+/// limits.
+Vector<double> ColumnSubset::missing_activity() const {
+  Vector<double> missing(m_, 0.0);
   const SparseMatrix& a = problem_.columns;
   for (int j = 0; j < n_; ++j) {
     const double x = status_[j] == kFreeSuper ? 0.0 : place_of(j);
     if (x == 0.0) continue;
-    for (int k = a.start[j]; k < a.start[j + 1]; ++k) activity[a.index[k]] += a.value[k] * x;
+    for (int k = a.start[j]; k < a.start[j + 1]; ++k) missing[a.index[k]] -= a.value[k] * x;
   }
-  Vector<signed char> wanted(m_, 0);
-  const double tolerance = settings_.feasibility_tolerance;
   for (int i = 0; i < m_; ++i) {
     // The logical would have to stand at minus the activity.
-    if (-activity[i] > problem_.upper[n_ + i] + tolerance) wanted[i] = 1;
-    if (-activity[i] < problem_.lower[n_ + i] - tolerance) wanted[i] = -1;
+    const double place = missing[i];
+    missing[i] = place - std::clamp(place, problem_.lower[n_ + i], problem_.upper[n_ + i]);
+    if (std::fabs(missing[i]) <= settings_.feasibility_tolerance) missing[i] = 0.0;
   }
-  return wanted;
+  return missing;
 }
 
-/// For each violated row those columns that mend it at the least cost, a column's cost being shared
-/// by all rows that it helps.
-void ColumnSubset::choose_first_columns() {
-  const Vector<signed char> wanted = wanted_moves();
+/// What entry k of the matrix, one of column j, does towards what its row misses.
+double ColumnSubset::help(const Vector<double>& missing, int j, int k) const {
+  const double need = missing[problem_.columns.index[k]];
+  if (need == 0.0) return 0.0;
+  const double moved = direction_of(j) * problem_.columns.value[k];
+  return need > 0.0 ? moved : -moved;
+}
+
+/// The columns of highest merit among those that help in row i.
+void ColumnSubset::best_of_row(int i, double missing, const Vector<double>& merit, int count,
+                               Vector<Candidate>& list) const {
+  list.clear();
+  const SparseMatrix& rows = problem_.rows;
+  for (int k = rows.start[i]; k < rows.start[i + 1]; ++k) {
+    const int j = rows.index[k];
+    if (merit[j] == -kInf || direction_of(j) * rows.value[k] * missing <= 0.0) continue;
+    list.push_back({j, merit[j]});
+  }
+  keep_best(list, count);
+}
+
+/// Merits by cost alone, shared by all rows that a column helps; -inf for columns that help none.
+Vector<double> ColumnSubset::merit_by_cost(const Vector<double>& missing) const {
   const SparseMatrix& a = problem_.columns;
   Vector<double> merit(n_, -kInf);
   for (int j = 0; j < n_; ++j) {
-    if (status_[j] == kFreeSuper) in_work_[j] = 1;
     if (in_work_[j] != 0 || problem_.lower[j] == problem_.upper[j]) continue;
-    const double direction = direction_of(j);
-    double help = 0.0;
-    for (int k = a.start[j]; k < a.start[j + 1]; ++k) {
-      help += std::max(0.0, direction * a.value[k] * wanted[a.index[k]]);
-    }
-    if (help > 0.0) merit[j] = -direction * problem_.cost[j] / help;
+    double sum = 0.0;
+    for (int k = a.start[j]; k < a.start[j + 1]; ++k) sum += std::max(0.0, help(missing, j, k));
+    if (sum > 0.0) merit[j] = -direction_of(j) * problem_.cost[j] / sum;
   }
-  const SparseMatrix& rows = problem_.rows;
+  return merit;
+}
+
+/// Approximate duals of the rows that miss something, from the columns that are cheapest there.
+Vector<double> ColumnSubset::price_rows(const Vector<double>& missing,
+                                        const Vector<double>& merit) const {
+  Vector<double> prices(m_, 0.0);
+  Vector<char> cheap(n_, 0);
   Vector<Candidate> list;
   for (int i = 0; i < m_; ++i) {
-    if (wanted[i] == 0) continue;
-    list.clear();
-    for (int k = rows.start[i]; k < rows.start[i + 1]; ++k) {
-      const int j = rows.index[k];
-      if (merit[j] == -kInf || direction_of(j) * rows.value[k] * wanted[i] <= 0.0) continue;
-      list.push_back({j, merit[j]});
+    if (missing[i] == 0.0) continue;
+    best_of_row(i, missing[i], merit, kPricedPerRow, list);
+    double least = kInf;
+    for (const Candidate& c : list) {
+      cheap[c.column] = 1;
+      least = std::min(least, -c.merit);
     }
-    keep_best(list, kFirstPerRow);
+    prices[i] = list.empty() ? 0.0 : std::max(0.0, least);
+  }
+  CoveringProgram program;
+  for (int i = 0; i < m_; ++i) program.need.push_back(std::fabs(missing[i]));
+  const SparseMatrix& a = problem_.columns;
+  SparseMatrix& columns = program.columns;
+  columns.num_minor = m_;
+  for (int j = 0; j < n_; ++j) {
+    if (cheap[j] == 0) continue;
+    double range = 0.0;  // more than that helps no row any more
+    for (int k = a.start[j]; k < a.start[j + 1]; ++k) {
+      const double amount = help(missing, j, k);
+      if (amount == 0.0) continue;
+      columns.index.push_back(a.index[k]);
+      columns.value.push_back(amount);
+      if (amount > 0.0) range = std::max(range, program.need[a.index[k]] / amount);
+    }
+    columns.start.push_back(static_cast<int>(columns.index.size()));
+    ++columns.num_major;
+    program.cost.push_back(direction_of(j) * problem_.cost[j]);
+    program.range.push_back(std::min(range, problem_.upper[j] - problem_.lower[j]));
+  }
+  return improve_row_prices(program, prices, kPricePasses, stop_);
+}
+
+/// For each row that misses something those columns that mend it best by approximate reduced costs.
+void ColumnSubset::choose_first_columns() {
+  for (int j = 0; j < n_; ++j) {
+    if (status_[j] == kFreeSuper) in_work_[j] = 1;
+  }
+  const Vector<double> missing = missing_activity();
+  Vector<double> merit = merit_by_cost(missing);
+  const Vector<double> prices = price_rows(missing, merit);
+  const SparseMatrix& a = problem_.columns;
+  for (int j = 0; j < n_; ++j) {
+    if (merit[j] == -kInf) continue;
+    merit[j] = -direction_of(j) * problem_.cost[j];
+    for (int k = a.start[j]; k < a.start[j + 1]; ++k) {
+      merit[j] += prices[a.index[k]] * help(missing, j, k);
+    }
+  }
+  Vector<Candidate> list;
+  for (int i = 0; i < m_; ++i) {
+    if (missing[i] == 0.0) continue;
+    best_of_row(i, missing[i], merit, kFirstPerRow, list);
     for (const Candidate& c : list) in_work_[c.column] = 1;
   }
 }

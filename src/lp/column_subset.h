@@ -3,9 +3,11 @@
 // programming: a case study in combining interior point and simplex methods", Operations Research
 // 40).
 //
-// A work program holds all rows and some of the columns; the others stand at a bound, which shifts
-// the limits of the rows. It is solved by the dual simplex method at first and then, with other
-// columns, by the primal one from the basis kept. Its multipliers y price the columns left out:
+// A work program holds all rows and some of the columns, at first those that mend what the slack
+// basis violates at the least reduced cost by approximate duals (lp/row_prices.h); the others stand
+// at a bound, which shifts the limits of the rows. It is solved by the dual simplex method at first
+// and then, with other columns, by the primal one from the basis kept. Its multipliers y price the
+// columns left out:
 //
 //     d_j = c_j - y'a_j     with the duals of an optimum,
 //     d_j =     - y'a_j     with a proof of infeasibility whose largest value over the box is < 0,
@@ -66,7 +68,12 @@ class ColumnSubset {
   };
 
   void place_columns();
-  Vector<signed char> wanted_moves() const;
+  Vector<double> missing_activity() const;
+  double help(const Vector<double>& missing, int j, int k) const;
+  void best_of_row(int i, double missing, const Vector<double>& merit, int count,
+                   Vector<Candidate>& list) const;
+  Vector<double> merit_by_cost(const Vector<double>& missing) const;
+  Vector<double> price_rows(const Vector<double>& missing, const Vector<double>& merit) const;
   void choose_first_columns();
   void fill_work();
   void start_work();

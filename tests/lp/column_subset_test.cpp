@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "lp/row_prices.h"
 #include "simplex_support.h"
 
 namespace kelvo {
@@ -45,7 +46,7 @@ struct Builder {
 };
 
 /// Rows to be covered by columns of three entries each, which are worth about what they cost: some
-/// rows are far dearer than others, so that several rounds are needed.
+/// rows are far dearer than others, so that costs alone do not tell which columns are needed.
 LpProblem covering_lp(Random& random, int m, int n) {
   Builder builder(std::vector<std::pair<double, double>>(m, {1.0, kInf}));
   std::vector<double> worth;
@@ -113,7 +114,7 @@ TEST(ColumnSubset, FindsTheOptimumOfCoveringAndTransport) {
   Random random(11);
   for (int trial = 0; trial < 10; ++trial) {
     SCOPED_TRACE(trial);
-    const LpProblem covering = covering_lp(random, 20 + random.below(20), 3000);
+    const LpProblem covering = covering_lp(random, 20 + random.below(150), 6000);
     const Trial covered(covering);
     ASSERT_EQ(covered.end, SubsetEnd::priced_out);
     expect_priced_out(covering, covered.subset);
@@ -151,10 +152,11 @@ TEST(ColumnSubset, TellsTheObjectiveOfTheWhole) {
     std::vector<double> objectives;
   } record;
   Random random(13);
-  LpProblem lp = covering_lp(random, 40, 3000);
+  // The prices that choose the first columns know nothing of the supplies.
+  LpProblem lp = transport_lp(random, 60, 6.0, 3.0);
   lp.offset = 1000.0;
   // Paid for, though never in the work program.
-  lp.lower[7] = lp.upper[7] = 3.0;
+  lp.lower[7] = lp.upper[7] = 1.0;
   NeverStop never;
   ColumnSubset subset(lp, never, nullptr, &record);
   ASSERT_EQ(subset.run({}), SubsetEnd::priced_out);
@@ -200,6 +202,47 @@ TEST(ColumnSubset, StopsWhenAsked) {
     EXPECT_LE(hooked.subset.iterations(), limit);
     StopAt clock(limit, 11);
     expect_stopped(Trial(lp, &clock), SimplexOutcome::time_limit);
+  }
+}
+
+TEST(RowPrices, ComeNearTheOptimumFromBelow) {
+  Random random(16);
+  NeverStop never;
+  for (int trial = 0; trial < 5; ++trial) {
+    const int m = 30 + random.below(60);
+    const LpProblem lp = covering_lp(random, m, 1500);
+    CoveringProgram program;
+    program.need.assign(m, 1.0);
+    program.columns = lp.columns;
+    program.cost.assign(lp.cost.begin(), lp.cost.begin() + lp.num_cols);
+    program.range.assign(lp.num_cols, 1.0);
+    // A row that takes no part keeps its price whatever happens to it.
+    program.need[3] = 0.0;
+    for (std::size_t k = 0; k < program.columns.index.size(); ++k) {
+      if (program.columns.index[k] == 3) program.columns.value[k] = 0.0;
+    }
+    LpProblem without = lp;
+    without.lower[lp.num_cols + 3] = -kInf;
+    without.upper[lp.num_cols + 3] = kInf;
+    const double optimum = optimal_value(without);
+    const Vector<double> none(m, 0.0);
+    EXPECT_EQ(improve_row_prices(program, none, 0, never), none);
+    const Vector<double> y = improve_row_prices(program, Vector<double>(m, 1.0), 300, never);
+    EXPECT_EQ(y[3], 1.0);
+    double bound = 0.0;
+    for (int i = 0; i < m; ++i) {
+      EXPECT_GE(y[i], 0.0);
+      bound += program.need[i] * y[i];
+    }
+    for (int j = 0; j < lp.num_cols; ++j) {
+      double d = lp.cost[j];
+      for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
+        d -= program.columns.value[k] * y[lp.columns.index[k]];
+      }
+      bound += std::min(0.0, d);
+    }
+    EXPECT_LE(bound, optimum * (1.0 + 1e-9));
+    EXPECT_GE(bound, 0.8 * optimum);
   }
 }
 
