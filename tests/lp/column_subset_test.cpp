@@ -61,8 +61,8 @@ LpProblem covering_lp(Random& random, int m, int n) {
   return builder.finish();
 }
 
-/// Demands of `places` from as many sources, each of which can send `supply` in all and at most
-/// `arc` to a place.
+/// Demands of `places` from as many sources, each of which can send
+/// `supply` in all and at most `arc` to a place.
 LpProblem transport_lp(Random& random, int places, double supply, double arc) {
   std::vector<std::pair<double, double>> limits;
   for (int i = 0; i < places; ++i) limits.emplace_back(-kInf, supply);
@@ -72,6 +72,18 @@ LpProblem transport_lp(Random& random, int places, double supply, double arc) {
     for (int to = 0; to < places; ++to) {
       builder.column(random.below(1000), 0.0, arc, {{from, 1.0}, {places + to, 1.0}});
     }
+  }
+  return builder.finish();
+}
+
+/// Sacks to be packed with things of use, none of which must be taken: the first work program has
+/// none, and more are of use than may join at once.
+LpProblem packing_lp(Random& random, int m, int n) {
+  Builder builder(std::vector<std::pair<double, double>>(m, {-kInf, 100.0}));
+  for (int j = 0; j < n; ++j) {
+    const int sack = random.below(m);
+    builder.column(-1.0 - random.below(300), 0.0, kInf,
+                   {{sack, 1.0 + random.below(20)}, {(sack + 1) % m, 1.0 + random.below(20)}});
   }
   return builder.finish();
 }
@@ -110,7 +122,7 @@ void expect_priced_out(const LpProblem& lp, const ColumnSubset& subset) {
   EXPECT_NEAR(simplex.objective(), expected, 1e-7 * (1.0 + std::fabs(expected)));
 }
 
-TEST(ColumnSubset, FindsTheOptimumOfCoveringAndTransport) {
+TEST(ColumnSubset, FindsTheOptimumOfWidePrograms) {
   Random random(11);
   for (int trial = 0; trial < 10; ++trial) {
     SCOPED_TRACE(trial);
@@ -118,6 +130,10 @@ TEST(ColumnSubset, FindsTheOptimumOfCoveringAndTransport) {
     const Trial covered(covering);
     ASSERT_EQ(covered.end, SubsetEnd::priced_out);
     expect_priced_out(covering, covered.subset);
+    const LpProblem packing = packing_lp(random, 10 + random.below(30), 4000);
+    const Trial packed(packing);
+    ASSERT_EQ(packed.end, SubsetEnd::priced_out);
+    expect_priced_out(packing, packed.subset);
     const LpProblem transport = transport_lp(random, 40, 6.0, trial % 2 == 0 ? kInf : 3.0);
     const Trial sent(transport);
     ASSERT_EQ(sent.end, SubsetEnd::priced_out);
@@ -152,8 +168,7 @@ TEST(ColumnSubset, TellsTheObjectiveOfTheWhole) {
     std::vector<double> objectives;
   } record;
   Random random(13);
-  // The prices that choose the first columns know nothing of the supplies.
-  LpProblem lp = transport_lp(random, 60, 6.0, 3.0);
+  LpProblem lp = packing_lp(random, 30, 5000);
   lp.offset = 1000.0;
   // Paid for, though never in the work program.
   lp.lower[7] = lp.upper[7] = 1.0;
