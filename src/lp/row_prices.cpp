@@ -44,6 +44,11 @@ Vector<double> improve_row_prices(const CoveringProgram& program, const Vector<d
   Vector<double> best(start);
   Vector<double> subgradient(m, 0.0);
   Vector<double> direction(m, 0.0);
+  // A bound above what all columns cost together shows that they cannot cover the rows.
+  double all = 0.0;
+  for (std::size_t j = 0; j < program.cost.size(); ++j) {
+    all += std::max(0.0, program.cost[j]) * program.range[j];
+  }
   double best_bound = -std::numeric_limits<double>::infinity();
   double step = 1.0;
   int idle = 0;
@@ -54,6 +59,7 @@ Vector<double> improve_row_prices(const CoveringProgram& program, const Vector<d
       best_bound = bound;
       best = y;
     }
+    if (best_bound > all) break;
     if (++idle > kPatience) {
       step *= 0.5;
       idle = 0;
