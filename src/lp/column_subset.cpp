@@ -9,7 +9,7 @@
 namespace kelvo {
 namespace {
 
-// A part of the columns is worth while from so many columns per row on: before, the dual method
+// A part of the columns is worth while from so many columns per row on: with fewer, the dual method
 // looks at few enough of them, and the primal method that the later rounds need takes more
 // iterations. Few columns are no trouble in any case.
 constexpr double kColumnsPerRow = 12.0;
