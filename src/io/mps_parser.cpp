@@ -73,6 +73,9 @@ void MpsParser::make_room() {
   const auto nonzeros = static_cast<std::size_t>(settings_.nonzeros);
   entry_line_.reserve(std::max(nonzeros, text_size_ / kBytesPerNonzero));
   entry_value_.reserve(std::max(nonzeros, text_size_ / kBytesPerNonzero));
+  // The table of columns is cleared as a whole, so it gets room for what sparse models need only.
+  constexpr std::size_t kBytesPerColumn = 512, kMostColumns = 1 << 22;
+  column_index_.reserve(static_cast<int>(std::min(text_size_ / kBytesPerColumn, kMostColumns)));
 }
 
 Status MpsParser::read_sections_after_columns() {
