@@ -5,6 +5,7 @@
 
 #include "lp/column_subset.h"
 #include "lp/driver_log.h"
+#include "lp/first_order_start.h"
 #include "lp/presolved_lp.h"
 #include "lp/simplex/simplex_state.h"
 #include "lp/start_quality.h"
@@ -36,6 +37,7 @@ struct Judged {
   int status = kNonOptimal;
   bool trustworthy = false;  // nothing that another attempt could improve
   bool singular = false;
+  bool superseded = false;  // by a better start; nothing else is valid
   Violations violations;
   SolutionRecord record;
   StoredBasis basis;
@@ -78,9 +80,10 @@ class Driver {
  private:
   /// Runs a method on a working LP and judges the outcome. `limit` counts all iterations of this
   /// driver.
+  Judged first_attempt();
   Judged attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit);
   SimplexOutcome run_from_subset(WorkingLp& working, SimplexSettings run);
-  bool subset_pays(const WorkingLp& working) const;
+  bool is_ordinary() const;
   void judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged);
   void improve_optimum(Judged& judged);
   void recover(Judged& judged);
@@ -128,14 +131,13 @@ SimplexOutcome run_method(Simplex& simplex, LpMethod method, const SimplexSettin
 }
 
 /// Runs that ask for something special take the way they ask for.
-bool Driver::subset_pays(const WorkingLp& working) const {
+bool Driver::is_ordinary() const {
   const SimplexSettings& asked = settings_.simplex;
   const SimplexSettings ordinary;
-  return own_start_ && asked.dual_pricing == DualPricing::automatic &&
+  return asked.dual_pricing == DualPricing::automatic &&
          asked.primal_pricing == PrimalPricing::automatic && !asked.perturb_at_start &&
          asked.objective_lower_limit <= ordinary.objective_lower_limit &&
-         asked.objective_upper_limit >= ordinary.objective_upper_limit &&
-         ColumnSubset::pays(working.lp());
+         asked.objective_upper_limit >= ordinary.objective_upper_limit;
 }
 
 /// The method from a start basis of its own making; the primal method takes such a basis over, as
@@ -145,7 +147,9 @@ SimplexOutcome Driver::run_from_subset(WorkingLp& working, SimplexSettings run) 
   SimplexState& state = simplex.state();
   SubsetLog log(state.log, run);
   ColumnSubset subset(working.lp(), state.stop, state.hook, &log);
-  const SubsetEnd end = subset.run(run);
+  SimplexSettings parts = run;
+  parts.rival = nullptr;
+  const SubsetEnd end = subset.run(parts);
   state.iterations += subset.iterations();
   state.phase_one_iterations += subset.phase_one_iterations();
   run.iteration_limit -= subset.iterations();
@@ -167,8 +171,9 @@ Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSetting
   const int before = simplex.iterations();
   const int phase_one_before = simplex.phase_one_iterations();
   const WorkingLp::Session session(working, context_);
+  const bool by_parts = own_start_ && is_ordinary() && ColumnSubset::pays(working.lp());
   const SimplexOutcome outcome =
-      subset_pays(working) ? run_from_subset(working, run) : run_method(simplex, method, run);
+      by_parts ? run_from_subset(working, run) : run_method(simplex, method, run);
   own_start_ = false;
   iterations_ += simplex.iterations() - before;
   phase_one_iterations_ += simplex.phase_one_iterations() - phase_one_before;
@@ -180,7 +185,8 @@ Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSetting
 void Driver::judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged) {
   judged.status = status_of(outcome);
   judged.singular = outcome == SimplexOutcome::singular;
-  if (judged.singular) return;
+  judged.superseded = outcome == SimplexOutcome::superseded;
+  if (judged.singular || judged.superseded) return;
   SolutionRecord& record = judged.record;
   working.unscaled_x(record.x);
   working.unscaled_pi(model_, record.pi);
@@ -290,8 +296,23 @@ void Driver::recover(Judged& judged) {
   judged = std::move(last);
 }
 
+/// A run that takes long gives way to one from a better start, unless it asks for something that
+/// the better start does not keep.
+Judged Driver::first_attempt() {
+  const int limit = settings_.simplex.iteration_limit;
+  if (!own_start_ || !is_ordinary()) return attempt(*working_, method_, settings_.simplex, limit);
+  FirstOrderStart rival(model_, context_.stop);
+  SimplexSettings run = settings_.simplex;
+  run.rival = &rival;
+  Judged judged = attempt(*working_, method_, run, limit);
+  if (!judged.superseded) return judged;
+  log_.first_order_start(iterations_);
+  rival.give_basis(*working_);
+  return attempt(*working_, LpMethod::primal, settings_.simplex, limit);
+}
+
 LpAnswer Driver::run() {
-  Judged judged = attempt(*working_, method_, settings_.simplex, settings_.simplex.iteration_limit);
+  Judged judged = first_attempt();
   if (!judged.trustworthy && judged.status != kOptimalUnscaledInfeasible) recover(judged);
   if (judged.status == kOptimalUnscaledInfeasible) improve_optimum(judged);
   LpAnswer answer;

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "lp/factor/basis_factor.h"
-#include "lp/model_to_lp.h"
 
 namespace kelvo {
 
@@ -16,10 +15,10 @@ constexpr double kPivotThreshold = 0.1;
 
 }  // namespace
 
-Vector<char> choose_independent(const Model& model, const Vector<int>& offered) {
-  const int n = model.num_cols, m = model.num_rows;
+Vector<char> choose_independent(const LpProblem& lp, const Vector<int>& offered) {
+  const int n = lp.num_cols, m = lp.num_rows;
   // Column n has no entries: a position that holds it has to be repaired, with a slack.
-  SparseMatrix columns = make_lp_problem(model).columns;
+  SparseMatrix columns = lp.columns;
   columns.start.push_back(columns.start.back());
   ++columns.num_major;
   const int nothing = n, first_slack = n + 1;

@@ -105,7 +105,7 @@ void CrushedStart::keep_independent(bool at_point) {
   for (int j = 0; j < n; ++j) {
     if (status[j] == kBasic) basic.push_back(j);
   }
-  const Vector<char> chosen = choose_independent(model_, basic);
+  const Vector<char> chosen = choose_independent(make_lp_problem(model_), basic);
   // An absent bound gives way to the other one when the basis is used.
   for (const int v : basic) status[v] = at_point && v < n ? column_status(v) : kAtLower;
   for (int v = 0; v < variables; ++v) {

@@ -155,7 +155,7 @@ Vector<int> BasisGuess::candidates() const {
 
 StoredBasis BasisGuess::run() {
   const Vector<int> offered = candidates();
-  const Vector<char> basic = choose_independent(model_, offered);
+  const Vector<char> basic = choose_independent(make_lp_problem(model_), offered);
   Vector<int> status(n_ + m_);
   for (int v = 0; v < n_ + m_; ++v) status[v] = basic[v] ? kBasic : resting_side(v);
   for (const int v : offered) {

@@ -29,6 +29,17 @@ enum class PrimalPricing {
   full = 4
 };
 
+/// Somebody who works at a better start than the basis of a run that takes long. Work is counted in
+/// nonzeros touched, so that runs repeat exactly.
+class Rival {
+ public:
+  virtual ~Rival() = default;
+  /// The work of the run at which the next turn is due.
+  virtual double due() const = 0;
+  /// Works for a while; true ends the run as superseded.
+  virtual bool take_turn() = 0;
+};
+
 /// What a run needs to know; a copy of the parameters made when it starts.
 struct SimplexSettings {
   double feasibility_tolerance = 1e-6;
@@ -52,6 +63,7 @@ struct SimplexSettings {
   int service_period = 2100000000;
   bool scaled = false;  // the problem is a scaled one: log lines say so
   double sense = 1.0;   // the caller's: objectives in the log are sense * (internal value)
+  Rival* rival = nullptr;  // may be null
 };
 
 enum class SimplexOutcome {
@@ -62,6 +74,7 @@ enum class SimplexOutcome {
   time_limit,
   aborted,
   objective_limit,
+  superseded,   // the rival has a better start
   singular,     // the basis cannot be factored, repairs spent
   non_optimal,  // numerical trouble: stopped at the best known basis
 };

@@ -209,6 +209,9 @@ class SimplexState {
   /// pivot_row := the movable entries of row_ep'[A I], with an index list.
   void compute_pivot_row();
 
+  /// Nonzeros touched by the solves and the pivot rows of all runs.
+  double work() const { return factor_->statistics().work + rows.work(); }
+
   // --- Ends --------------------------------------------------------------------------------------
   /// What stops the run before the next iteration: a limit, the hook or the stop check.
   std::optional<SimplexOutcome> interrupted(bool dual, bool phase_one);
