@@ -11,6 +11,10 @@ int target_length(int m) {
   return std::max(50, static_cast<int>(3.0 * std::sqrt(m)));
 }
 
+// A list that has grown beyond this many target lengths is made anew once the scans since the last
+// time have cost as much as that.
+constexpr int kLongList = 4;
+
 // A merit and the product that the cutoff is compared with are rounded differently; the cutoff must
 // not shut out the very position it was taken from.
 constexpr double kCutoffSlack = 1.0 - 1e-12;
@@ -53,13 +57,22 @@ void LeavingList::relist() {
                      [](double a, double b) { return a > b; });
     cutoff_ = merits_[target] * kCutoffSlack;
   }
+  // Of those that are equal to the one at the cutoff a few are as good as all.
+  const double above = cutoff_ / (kCutoffSlack * kCutoffSlack);
+  int equal = 0;
   for (int p = 0; p < m_; ++p) {
-    if (infeasibility_[p] > 0.0 && infeasibility_[p] >= cutoff_ * weight_[p]) add(p);
+    if (!(infeasibility_[p] > 0.0) || infeasibility_[p] < cutoff_ * weight_[p]) continue;
+    if (cutoff_ > 0.0 && infeasibility_[p] <= above * weight_[p] && ++equal > target) continue;
+    add(p);
   }
+  scanned_ = 0;
 }
 
 int LeavingList::choose() {
+  const int target = target_length(m_);
+  if (size_ > kLongList * target && scanned_ > m_) relist();
   while (true) {
+    scanned_ += size_;
     int best = -1;
     double best_square = 0.0;
     double best_weight = 1.0;

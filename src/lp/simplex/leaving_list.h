@@ -4,7 +4,8 @@
 // A short list holds every position whose merit reaches `cutoff_`; whoever changes a value or a
 // weight calls update(), which adds the position when it has come up to the cutoff. As long as the
 // list holds a position that reaches the cutoff, its best one is the best of all. When it is used
-// up, one pass over all positions makes a new list.
+// up, or has grown long, one pass over all positions makes a new list. Of many positions that are
+// equal to the cutoff it takes a few.
 #pragma once
 
 #include "base/containers.h"
@@ -55,6 +56,7 @@ class LeavingList {
   double tolerance_ = 0.0;
   double cutoff_ = 0.0;  // merits below this are not listed; 0: every infeasible position is
   int size_ = 0;
+  long scanned_ = 0;  // list entries looked at since the last relist()
   bool banned_any_ = false;
   Vector<double> infeasibility_;  // [m] squared, 0 within the tolerance
   Vector<int> list_;              // [m]; the first size_ are valid
