@@ -546,8 +546,7 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
   if (hook != nullptr && hook->before_iteration(dual, phase_one) != 0) {
     return SimplexOutcome::aborted;
   }
-  if (settings.rival != nullptr && work() >= settings.rival->due() &&
-      settings.rival->take_turn()) {
+  if (settings.rival != nullptr && work() >= settings.rival->due() && settings.rival->take_turn()) {
     return SimplexOutcome::superseded;
   }
   return std::nullopt;
