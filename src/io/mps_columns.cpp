@@ -89,7 +89,7 @@ Status MpsParser::read_entry(int field) {
     return messages_.error(mps_error::kRepeatedRow, model_.col_names.view(column_), name);
   }
   declared.last_column = column_;
-  if (row == reference_row_ && set_block_) model_.sos.members.value.back() = value;
+  if (row == reference_row_ && set_block_) give_weight(value);
   const int line = declared.line;
   if (line >= 0) {
     if (entry_line_.size() >= kMostEntries) {
@@ -101,6 +101,14 @@ Status MpsParser::read_entry(int field) {
     model_.objective[column_] = value;
   }
   return {};
+}
+
+/// The current column's weight in the open set; it is no member when its lines began before the
+/// set.
+void MpsParser::give_weight(double weight) {
+  SparseMatrix& members = model_.sos.members;
+  const bool any = members.start.back() > members.start.end()[-2];
+  if (any && members.index.back() == column_) members.value.back() = weight;
 }
 
 /// True when field 1 or 2 of the line is the word that makes it a marker.

@@ -79,6 +79,7 @@ class MpsParser {
   Status read_column_line();
   Status begin_column(std::string_view name);
   Status read_entry(int field);
+  void give_weight(double weight);
   bool is_marker(int& field) const;
   Status read_marker(int field);
   Status open_column_set(int field);

@@ -457,6 +457,19 @@ TEST(MpsReader, SpecialOrderedSets) {
   EXPECT_NE(reading.messages.warnings().find("'nobody' is not a variable."), std::string::npos);
 }
 
+/// A column whose lines began before the set is not of it, and gives no other member its weight.
+TEST(MpsReader, ASetThatBeginsWithinAColumn) {
+  Parts parts;
+  parts.before_rows += "REFROW\n c1\n";
+  parts.columns =
+      " S1 one 'MARKER' 'SOSORG'\n a c1 5\n one 'MARKER' 'SOSEND'\n b c2 1\n"
+      " S1 two 'MARKER' 'SOSORG'\n b c1 9\n c c1 7\n two 'MARKER' 'SOSEND'\n";
+  const Reading reading(parts.text());
+  ASSERT_TRUE(reading.status.ok()) << reading.messages.errors();
+  EXPECT_EQ(line_of(reading.model.sos.members, 0), "0:5");
+  EXPECT_EQ(line_of(reading.model.sos.members, 1), "2:7");
+}
+
 TEST(MpsReader, QuadraticData) {
   Parts parts;
   parts.rest = "QUADOBJ\n x x 2\n x y -1\n z z 4\nQCMATRIX c2\n x y 3\n";

@@ -1,0 +1,19 @@
+NAME
+REFROW
+ c1
+ROWS
+ N obj
+ L c1
+ G c2
+ E c3
+ L u1
+LAZYCONS
+ G z1
+COLUMNS
+ S2 s1 'MARKER'0'SOSORG'
+ x c2 
+ S1 s1 'MARKER'O'MARKER' 'SOSORG'
+ x c1 1 u1 2
+ y c3  2
+    MA  x 9
+ 
