@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace kelvo {
 
@@ -10,6 +11,7 @@ namespace {
 constexpr int kScalingPasses = 10;
 constexpr int kPowerIterations = 40;
 constexpr double kStepShare = 0.998;  // of the largest step that converges
+constexpr double kSigmaAccuracy = 1e-3;
 constexpr double kSigmaMargin = 1.02;
 constexpr double kShorterStep = 0.9;
 constexpr double kVectorPasses = 4.0;  // cost of the vector operations, in passes over x and y
@@ -96,7 +98,7 @@ void FirstOrderMethod::divide_by_norms(bool by_largest) {
 }
 
 void FirstOrderMethod::equilibrate() {
-  for (int pass = 0; pass < kScalingPasses; ++pass) divide_by_norms(true);
+  for (int pass = 0; pass < kScalingPasses && !stopped(); ++pass) divide_by_norms(true);
   divide_by_norms(false);
   rows_ = transpose(columns_);
   for (int j = 0; j < n_; ++j) {
@@ -138,12 +140,13 @@ void FirstOrderMethod::choose_step() {
   Vector<double> v(n_), image(m_);
   for (int j = 0; j < n_; ++j) v[j] = 1.0 + 0.37 * ((j * 2654435761u) % 1000) / 1000.0;
   double sigma = 1.0;
-  for (int k = 0; k < kPowerIterations; ++k) {
+  for (int k = 0; k < kPowerIterations && !stopped(); ++k) {
     const double length = norm(v);
     if (!(length > 0.0)) break;
     for (double& x : v) x /= length;
     multiply(rows_, v, image);
-    sigma = norm(image);
+    const double before = std::exchange(sigma, norm(image));
+    if (std::fabs(sigma - before) <= kSigmaAccuracy * sigma) break;
     multiply(columns_, image, v);
   }
   // After the scaling no singular value exceeds 1; power iterations approach it from below.
@@ -218,6 +221,12 @@ void FirstOrderMethod::measure() {
   now_.gap = std::fabs(primal_value - dual_value) / (cost_scale_ * bound_scale_ + size);
 }
 
+/// Once it was told to stop, the method does nothing more.
+bool FirstOrderMethod::stopped() {
+  stopped_ = stopped_ || stop_.check() != 0;
+  return stopped_;
+}
+
 bool FirstOrderMethod::should_restart(double residual) {
   if (!std::isfinite(residual_at_restart_)) residual_at_restart_ = residual;
   const bool fallen = residual <= kSufficientDecay * residual_at_restart_;
@@ -252,7 +261,7 @@ void FirstOrderMethod::keep_best() {
 
 bool FirstOrderMethod::run(double tolerance, int iteration_limit) {
   while (iterations_ < iteration_limit) {
-    if (stop_.check() != 0) return false;
+    if (stopped()) return false;
     apply_operator();
     if (iterations_ % kCheckPeriod == 0) {
       measure();

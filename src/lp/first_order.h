@@ -59,6 +59,7 @@ class FirstOrderMethod {
     Vector<double> x, y, ax, aty;  // [n], [m], A x, A'y
   };
 
+  bool stopped();
   void copy_problem();
   void divide_by_norms(bool by_largest);
   void equilibrate();
@@ -86,6 +87,7 @@ class FirstOrderMethod {
   double weight_ = 1.0;  // sqrt(sigma / tau)
   double first_weight_ = 1.0;
   Point z_, t_, anchor_;
+  bool stopped_ = false;
   int inner_ = 0, iterations_ = 0;
   double residual_at_restart_ = kInf, last_residual_ = kInf;
   FirstOrderPoint now_, best_;
