@@ -78,9 +78,9 @@ class Driver {
   LpAnswer run();
 
  private:
+  Judged first_attempt();
   /// Runs a method on a working LP and judges the outcome. `limit` counts all iterations of this
   /// driver.
-  Judged first_attempt();
   Judged attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit);
   SimplexOutcome run_from_subset(WorkingLp& working, SimplexSettings run);
   bool is_ordinary() const;
