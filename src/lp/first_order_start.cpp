@@ -5,7 +5,7 @@
 #include <new>
 #include <utility>
 
-#include "lp/independent_columns.h"
+#include "lp/basis_of_values.h"
 #include "lp/model_to_lp.h"
 
 namespace kelvo {
@@ -28,69 +28,19 @@ constexpr double kTolerance = 1e-5;
 // A variable this near to its bound is taken to be there, relative to the numbers.
 constexpr double kRoom = 1e-5;
 
-/// Chooses basic variables for a point.
-class BasisOfPoint {
- public:
-  BasisOfPoint(const LpProblem& lp, const FirstOrderPoint& point) : lp_(lp) {
-    place_.assign(lp.num_vars(), 0.0);
-    std::copy(point.x.begin(), point.x.end(), place_.begin());
-    for (int i = 0; i < lp.num_rows; ++i) {
-      const int v = lp.num_cols + i;
-      double activity = 0.0;
-      for (int k = lp.rows.start[i]; k < lp.rows.start[i + 1]; ++k) {
-        activity += lp.rows.value[k] * point.x[lp.rows.index[k]];
-      }
-      place_[v] = std::clamp(-activity, lp.lower[v], std::max(lp.lower[v], lp.upper[v]));
+/// Places of the columns and of the logicals s = -(activity), within their bounds.
+Vector<double> places(const LpProblem& lp, const FirstOrderPoint& point) {
+  Vector<double> place(point.x);
+  for (int i = 0; i < lp.num_rows; ++i) {
+    const int v = lp.num_cols + i;
+    double activity = 0.0;
+    for (int k = lp.rows.start[i]; k < lp.rows.start[i + 1]; ++k) {
+      activity += lp.rows.value[k] * point.x[lp.rows.index[k]];
     }
+    place.push_back(std::clamp(-activity, lp.lower[v], std::max(lp.lower[v], lp.upper[v])));
   }
-
-  void give(WorkingLp& working) {
-    const int size = lp_.num_vars();
-    Vector<double> rooms(size, 0.0);
-    for (int v = 0; v < size; ++v) {
-      if (lp_.lower[v] < lp_.upper[v]) rooms[v] = room(v);
-    }
-    const Vector<char> basic = choose_independent(lp_, candidates(rooms));
-    Vector<int> status(size);
-    for (int v = 0; v < size; ++v) {
-      status[v] = basic[v] ? kBasic : rooms[v] > kRoom ? kFreeSuper : nearer_bound(v);
-      place_[v] *= working.scaling().variable_factor(v, lp_.num_cols);
-    }
-    working.simplex().set_basis(status, place_.data());
-  }
-
- private:
-  /// Distance from the nearer bound, relative to the numbers.
-  double room(int v) const {
-    const auto distance = [&](double bound) {
-      return std::isfinite(bound) ? std::fabs(place_[v] - bound) / (1.0 + std::fabs(bound)) : kInf;
-    };
-    return std::min(distance(lp_.lower[v]), distance(lp_.upper[v]));
-  }
-
-  /// Those off their bounds, slacks first and then the farthest first.
-  Vector<int> candidates(const Vector<double>& rooms) const {
-    Vector<int> list;
-    for (int v = 0; v < lp_.num_vars(); ++v) {
-      if (rooms[v] > kRoom) list.push_back(v);
-    }
-    const auto is_slack = [&](int v) { return v >= lp_.num_cols; };
-    std::stable_sort(list.begin(), list.end(), [&](int u, int v) {
-      return is_slack(u) != is_slack(v) ? is_slack(u) : rooms[u] > rooms[v];
-    });
-    return list;
-  }
-
-  int nearer_bound(int v) const {
-    const bool has_lower = std::isfinite(lp_.lower[v]), has_upper = std::isfinite(lp_.upper[v]);
-    if (!has_lower && !has_upper) return kFreeSuper;
-    if (!has_lower || !has_upper) return has_lower ? kAtLower : kAtUpper;
-    return lp_.upper[v] - place_[v] < place_[v] - lp_.lower[v] ? kAtUpper : kAtLower;
-  }
-
-  const LpProblem& lp_;
-  Vector<double> place_;
-};
+  return place;
+}
 
 }  // namespace
 
@@ -138,8 +88,14 @@ bool FirstOrderStart::is_promising(double error_at_half) const {
 
 void FirstOrderStart::give_basis(WorkingLp& working) {
   const Owned<FirstOrderMethod> method = std::move(method_);
-  const FirstOrderPoint point = method->take_point();
-  BasisOfPoint(method->problem(), point).give(working);
+  const LpProblem& lp = method->problem();
+  VariableValues values;
+  values.place = places(lp, method->take_point());
+  const Vector<int> status = basis_of_values(lp, values, kRoom);
+  for (int v = 0; v < lp.num_vars(); ++v) {
+    values.place[v] *= working.scaling().variable_factor(v, lp.num_cols);
+  }
+  working.simplex().set_basis(status, values.place.data());
 }
 
 }  // namespace kelvo

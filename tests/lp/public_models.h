@@ -1,4 +1,4 @@
-// Models of the data folder that KELVO_BENCH_DATA names, and solving one as it stands.
+// Models of the data folder that KELVO_BENCH_DATA names, and solving one from scratch.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -9,6 +9,7 @@
 #include "base/file_stream.h"
 #include "io/mps_reader.h"
 #include "lp/driver.h"
+#include "lp/presolved_lp.h"
 
 namespace kelvo::test {
 
@@ -34,6 +35,16 @@ inline LpAnswer solve_as_it_stands(const Model& model, LpMethod method) {
   NeverStop never;
   return solve_without_presolve(model, working, StoredBasis(), method, DriverSettings(),
                                 {sink, never, nullptr});
+}
+
+/// From scratch and by way of presolve.
+inline LpAnswer solve_presolved(const Model& model, LpMethod method) {
+  Owned<WorkingLp> working;
+  Owned<PresolvedLp> presolved;
+  SilentSink sink;
+  NeverStop never;
+  return solve_lp(model, working, StoredBasis(), method, DriverSettings(), {sink, never, nullptr},
+                  presolved);
 }
 
 }  // namespace kelvo::test
