@@ -48,29 +48,25 @@ void multiply(const SparseMatrix& matrix, const Vector<double>& v, Vector<double
 }  // namespace
 
 FirstOrderMethod::FirstOrderMethod(LpProblem&& lp, StopCheck& stop)
-    : lp_(std::move(lp)), stop_(stop), n_(lp_.num_cols), m_(lp_.num_rows) {
-  copy_problem();
+    : stop_(stop),
+      n_(lp.num_cols),
+      m_(lp.num_rows),
+      columns_(std::move(lp.columns)),
+      cost_(lp.cost.begin(), lp.cost.begin() + n_),
+      lower_(lp.lower.begin(), lp.lower.begin() + n_),
+      upper_(lp.upper.begin(), lp.upper.begin() + n_),
+      col_factor_(n_, 1.0),
+      row_factor_(m_, 1.0) {
+  for (int v = n_; v < n_ + m_; ++v) {
+    row_lower_.push_back(-lp.upper[v]);
+    row_upper_.push_back(-lp.lower[v]);
+  }
   equilibrate();
   normalize();
   choose_step();
   for (int j = 0; j < n_; ++j) z_.x[j] = std::clamp(0.0, lower_[j], upper_[j]);
   multiply(rows_, z_.x, z_.ax);
   anchor_ = z_;
-}
-
-void FirstOrderMethod::copy_problem() {
-  columns_ = lp_.columns;
-  cost_.assign(lp_.cost.begin(), lp_.cost.begin() + n_);
-  lower_.assign(lp_.lower.begin(), lp_.lower.begin() + n_);
-  upper_.assign(lp_.upper.begin(), lp_.upper.begin() + n_);
-  row_lower_.resize(m_);
-  row_upper_.resize(m_);
-  for (int i = 0; i < m_; ++i) {
-    row_lower_[i] = -lp_.upper[n_ + i];
-    row_upper_[i] = -lp_.lower[n_ + i];
-  }
-  col_factor_.assign(n_, 1.0);
-  row_factor_.assign(m_, 1.0);
 }
 
 /// Divides rows and columns by the roots of their largest entries (or of the sums of the absolute
@@ -283,10 +279,7 @@ double FirstOrderMethod::work_per_iteration(int rows, int columns, double nonzer
 }
 
 FirstOrderPoint FirstOrderMethod::take_point() {
-  for (int j = 0; j < n_ && !best_.x.empty(); ++j) {
-    const double x = best_.x[j] * col_factor_[j] / bound_scale_;
-    best_.x[j] = std::clamp(x, lp_.lower[j], std::max(lp_.lower[j], lp_.upper[j]));
-  }
+  for (int j = 0; j < n_ && !best_.x.empty(); ++j) best_.x[j] *= col_factor_[j] / bound_scale_;
   for (int i = 0; i < m_ && !best_.y.empty(); ++i) best_.y[i] *= row_factor_[i] / cost_scale_;
   return std::move(best_);
 }

@@ -25,7 +25,7 @@
 namespace kelvo {
 
 struct FirstOrderPoint {
-  Vector<double> x;  // [num_cols] within the bounds
+  Vector<double> x;  // [num_cols] within the bounds, but for rounding
   Vector<double> y;  // [num_rows] duals; reduced costs are c - A'y
   // Relative errors: primal and dual residual (2-norms, of the equilibrated problem), duality gap.
   double primal_error = kInf;
@@ -37,7 +37,8 @@ struct FirstOrderPoint {
 
 class FirstOrderMethod {
  public:
-  /// Equilibrates a copy of the problem. Starts from the point nearest to 0.
+  /// Equilibrates the problem, whose row-wise matrix is not looked at. Starts from the point
+  /// nearest to 0.
   FirstOrderMethod(LpProblem&& lp, StopCheck& stop);
 
   /// Goes on until the errors of a point are within the tolerance (true) or so many iterations have
@@ -47,7 +48,6 @@ class FirstOrderMethod {
   int iterations() const { return iterations_; }
   /// Nonzeros and vector elements touched in an iteration.
   static double work_per_iteration(int rows, int columns, double nonzeros);
-  const LpProblem& problem() const { return lp_; }
   /// Least worst() of all points so far.
   double best_error() const { return best_.worst(); }
   /// The point that has it; takes it out of the object. Empty when nothing was found.
@@ -60,7 +60,6 @@ class FirstOrderMethod {
   };
 
   bool stopped();
-  void copy_problem();
   void divide_by_norms(bool by_largest);
   void equilibrate();
   void normalize();
@@ -73,7 +72,6 @@ class FirstOrderMethod {
   void restart();
   void keep_best();
 
-  const LpProblem lp_;
   StopCheck& stop_;
   const int n_, m_;
   // The problem in use: x = col_factor x~ / bound_scale, y = row_factor y~ / cost_scale.

@@ -29,15 +29,16 @@ constexpr double kTolerance = 1e-5;
 constexpr double kRoom = 1e-5;
 
 /// Places of the columns and of the logicals s = -(activity), within their bounds.
-Vector<double> places(const LpProblem& lp, const FirstOrderPoint& point) {
-  Vector<double> place(point.x);
-  for (int i = 0; i < lp.num_rows; ++i) {
-    const int v = lp.num_cols + i;
-    double activity = 0.0;
-    for (int k = lp.rows.start[i]; k < lp.rows.start[i + 1]; ++k) {
-      activity += lp.rows.value[k] * point.x[lp.rows.index[k]];
+Vector<double> places(const LpProblem& lp, const Vector<double>& x) {
+  Vector<double> place(lp.num_vars(), 0.0);
+  for (int j = 0; j < lp.num_cols; ++j) {
+    place[j] = std::clamp(x[j], lp.lower[j], std::max(lp.lower[j], lp.upper[j]));
+    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
+      place[lp.num_cols + lp.columns.index[k]] -= lp.columns.value[k] * place[j];
     }
-    place.push_back(std::clamp(-activity, lp.lower[v], std::max(lp.lower[v], lp.upper[v])));
+  }
+  for (int v = lp.num_cols; v < lp.num_vars(); ++v) {
+    place[v] = std::clamp(place[v], lp.lower[v], std::max(lp.lower[v], lp.upper[v]));
   }
   return place;
 }
@@ -63,7 +64,7 @@ bool FirstOrderStart::take_turn() {
 }
 
 bool FirstOrderStart::find_point() {
-  if (method_ == nullptr) method_ = make_owned<FirstOrderMethod>(make_lp_problem(model_), stop_);
+  if (method_ == nullptr) method_ = make_owned<FirstOrderMethod>(make_columnwise_lp(model_), stop_);
   bool found = false;
   bool promising = true;
   for (; !found && promising; trial_ *= 2) {
@@ -87,10 +88,11 @@ bool FirstOrderStart::is_promising(double error_at_half) const {
 }
 
 void FirstOrderStart::give_basis(WorkingLp& working) {
-  const Owned<FirstOrderMethod> method = std::move(method_);
-  const LpProblem& lp = method->problem();
+  const FirstOrderPoint point = method_->take_point();
+  method_.reset();  // large
+  const LpProblem lp = make_columnwise_lp(model_);
   VariableValues values;
-  values.place = places(lp, method->take_point());
+  values.place = places(lp, point.x);
   const Vector<int> status = basis_of_values(lp, values, kRoom);
   for (int v = 0; v < lp.num_vars(); ++v) {
     values.place[v] *= working.scaling().variable_factor(v, lp.num_cols);

@@ -65,7 +65,7 @@ int logical_at_end(const Model& model, int row, int slack_status) {
 
 }  // namespace
 
-LpProblem make_lp_problem(const Model& model) {
+LpProblem make_columnwise_lp(const Model& model) {
   LpProblem lp;
   lp.num_rows = model.num_rows;
   lp.num_cols = model.num_cols;
@@ -81,11 +81,16 @@ LpProblem make_lp_problem(const Model& model) {
   columns.value.reserve(nonzeros);
   Vector<int> place(model.num_rows, -1);  // of the row's last entry seen
   for (int j = 0; j < model.num_cols; ++j) append_column(matrix, j, columns, place);
-  lp.rows = transpose(columns);
   lp.cost.assign(lp.num_vars(), 0.0);
   lp.lower.assign(lp.num_vars(), 0.0);
   lp.upper.assign(lp.num_vars(), 0.0);
   refresh_costs_and_bounds(lp, Scaling(), model);
+  return lp;
+}
+
+LpProblem make_lp_problem(const Model& model) {
+  LpProblem lp = make_columnwise_lp(model);
+  lp.rows = transpose(lp.columns);
   return lp;
 }
 

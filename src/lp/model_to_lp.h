@@ -15,6 +15,9 @@ namespace kelvo {
 /// Builds the unscaled program. Its name context is the model, which must outlive the names' use.
 LpProblem make_lp_problem(const Model& model);
 
+/// The same with an empty row-wise matrix.
+LpProblem make_columnwise_lp(const Model& model);
+
 /// True when `lp`, scaled by `scaling`, has the dimensions and the matrix of the model.
 bool has_matrix_of(const LpProblem& lp, const Scaling& scaling, const Model& model);
 

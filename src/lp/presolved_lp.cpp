@@ -13,8 +13,8 @@ namespace kelvo {
 
 namespace {
 
-LpProblem closed_lp_problem(const Model& model) {
-  LpProblem lp = make_lp_problem(model);
+LpProblem closed_columnwise_lp(const Model& model) {
+  LpProblem lp = make_columnwise_lp(model);
   close_crossed_bounds(lp);
   return lp;
 }
@@ -105,7 +105,7 @@ void CrushedStart::keep_independent(bool at_point) {
   for (int j = 0; j < n; ++j) {
     if (status[j] == kBasic) basic.push_back(j);
   }
-  const Vector<char> chosen = choose_independent(make_lp_problem(model_), basic);
+  const Vector<char> chosen = choose_independent(make_columnwise_lp(model_), basic);
   // An absent bound gives way to the other one when the basis is used.
   for (const int v : basic) status[v] = at_point && v < n ? column_status(v) : kAtLower;
   for (int v = 0; v < variables; ++v) {
@@ -146,7 +146,7 @@ PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
 PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
                          const Vector<char>& protected_columns, const CallContext& context,
                          PresolveLog&& log)
-    : presolve_(closed_lp_problem(model), settings, protected_columns, context.stop, &log),
+    : presolve_(closed_columnwise_lp(model), settings, protected_columns, context.stop, &log),
       sense_(model.sense) {
   if (outcome() == PresolveOutcome::reduced || outcome() == PresolveOutcome::unchanged) {
     const LpProblem lp = presolve_.take_reduced();
@@ -191,7 +191,7 @@ bool PresolvedLp::catch_up(const Model& original) {
 
 void PresolvedLp::keep_identity(const Model& model) {
   if (has_reduced_) return;
-  reduced_ = make_model(closed_lp_problem(model), sense_);
+  reduced_ = make_model(closed_columnwise_lp(model), sense_);
   has_reduced_ = true;
 }
 

@@ -58,7 +58,7 @@ Vector<double> multipliers(const Model& model, const LpProblem& lp, const StartV
 }  // namespace
 
 StoredBasis basis_from_values(const Model& model, const StartValues& values, double tolerance) {
-  const LpProblem lp = make_lp_problem(model);
+  const LpProblem lp = make_columnwise_lp(model);
   VariableValues known;
   known.place = places(model, lp, values);
   known.multiplier = multipliers(model, lp, values);

@@ -36,8 +36,8 @@ TEST(FirstOrder, PointsAreWithinTheirErrors) {
     double objective = 0.0, dual_objective = 0.0;
     Vector<double> activity(lp.num_rows, 0.0);
     for (int j = 0; j < lp.num_cols; ++j) {
-      EXPECT_GE(point.x[j], lp.lower[j]);
-      EXPECT_LE(point.x[j], lp.upper[j]);
+      EXPECT_GE(point.x[j], lp.lower[j] - 1e-12);
+      EXPECT_LE(point.x[j], lp.upper[j] + 1e-12);
       objective += lp.cost[j] * point.x[j];
       double reduced = lp.cost[j];
       for (int e = lp.columns.start[j]; e < lp.columns.start[j + 1]; ++e) {

@@ -200,10 +200,11 @@ void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept
 
 }  // namespace
 
-Presolve::Presolve(const LpProblem& lp, const PresolveSettings& settings,
+Presolve::Presolve(LpProblem lp, const PresolveSettings& settings,
                    const Vector<char>& protected_columns, StopCheck& stop,
                    PresolveProgress* progress) {
   PresolveLp work(lp, settings, protected_columns, stop, progress);
+  lp = LpProblem();  // large, and not needed any more
   Reducer(work).run();
   outcome_ = outcome_of(work);
   finding_ = work.finding;
@@ -235,6 +236,7 @@ void Presolve::make_reduced(const PresolveLp& lp) {
     columns.start.push_back(static_cast<int>(columns.index.size()));
   }
   reduced.rows = transpose(columns);
+  columns = SparseMatrix();                   // large
   reduced.columns = transpose(reduced.rows);  // with ascending indices
   for (const int j : kept_cols_) {
     reduced.cost.push_back(lp.cost[j]);

@@ -32,11 +32,11 @@ struct BasicSolution {
 
 class Presolve {
  public:
-  /// Runs presolve. Settings and stop check are used during the construction only.
-  /// `protected_columns` [num_cols] or empty: columns that must stay. `progress` may be null.
-  Presolve(const LpProblem& lp, const PresolveSettings& settings,
-           const Vector<char>& protected_columns, StopCheck& stop,
-           PresolveProgress* progress = nullptr);
+  /// Runs presolve on a program whose row-wise matrix is not looked at. Settings and stop check are
+  /// used during the construction only. `protected_columns` [num_cols] or empty: columns that must
+  /// stay. `progress` may be null.
+  Presolve(LpProblem lp, const PresolveSettings& settings, const Vector<char>& protected_columns,
+           StopCheck& stop, PresolveProgress* progress = nullptr);
 
   PresolveOutcome outcome() const { return outcome_; }
   const PresolveStats& stats() const { return stats_; }
