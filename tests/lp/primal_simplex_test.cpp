@@ -156,6 +156,29 @@ TEST_F(PrimalSimplex, SuperbasicsAreCountedAndPriced) {
   EXPECT_NEAR(simplex.objective(), -5.0, 1e-9);
 }
 
+TEST_F(PrimalSimplex, AnOptimumBetweenVerticesIsMovedToOne) {
+  // x + y + z >= 4 costs the same whoever pays; f is free and stands anywhere between -9 and 1.
+  const LpProblem lp = dense_lp({{1, 0, 3}, {1, -1, 3}, {1, -kInf, 2}, {0, -kInf, kInf}},
+                                {{1, 1, 1, 0}, {0, 0, 0, 1}}, {{4, kInf}, {-9, 1}});
+  Simplex simplex(lp, sink, stop);
+  const double values[] = {1.5, 2.0, 0.5, 0.75, 0.0, 0.0};
+  simplex.set_basis(Vector<int>{kFreeSuper, kFreeSuper, kFreeSuper, kFreeSuper, kBasic, kBasic},
+                    values);
+  ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+  EXPECT_NEAR(simplex.objective(), 4.0, 1e-9);
+  int basic = 0;
+  for (int v = 0; v < lp.num_vars(); ++v) {
+    const int status = simplex.status()[v];
+    const double x = simplex.values()[v];
+    basic += status == kBasic;
+    const double place = status == kAtLower ? lp.lower[v] : status == kAtUpper ? lp.upper[v] : 0.0;
+    if (status != kBasic) {
+      EXPECT_EQ(x, place) << v;
+    }
+  }
+  EXPECT_EQ(basic, 2);
+}
+
 TEST_F(PrimalSimplex, ProofsOfInfeasibilityAndUnboundedness) {
   for (int pricing = -1; pricing <= 4; ++pricing) {
     settings.primal_pricing = static_cast<PrimalPricing>(pricing);

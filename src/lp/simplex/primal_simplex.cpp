@@ -38,6 +38,10 @@ class PrimalSimplex {
   void set_phase();
   void set_infeasibility_costs();
   Step iterate();
+  void compute_entering_column(int entering);
+  int next_superbasic();
+  Step push_superbasics();
+  void place_at_end(int variable, int direction);
   Step move_entering(int entering, int direction, const PrimalStep& step);
   Step pivot(int entering, int direction, const PrimalStep& step);
   bool confirm_reduced_cost(int entering);
@@ -78,6 +82,7 @@ class PrimalSimplex {
   int idle_rounds_ = 0;
   int unlimited_entering_ = -1;
   int unlimited_direction_ = 0;
+  int next_push_ = 0;  // variables below this one have been looked at in this round
 };
 
 // --- Rounds --------------------------------------------------------------------------------------
@@ -100,6 +105,7 @@ bool PrimalSimplex::begin_round() {
   if (!phase_one_) objective_ = state_.working_objective();
   idle_rounds_ = round_iterations_ > 0 ? 0 : idle_rounds_ + 1;
   round_iterations_ = 0;
+  next_push_ = 0;
   const int factorizations = state_.factor().statistics().factorizations;
   if (state_.log.line_due(factorizations)) {
     state_.log.primal_iteration(state_.iterations, factorizations, phase_one_,
@@ -217,11 +223,8 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
   if (below_objective_limit()) return stopped_by_objective();
   state_.log.elapsed(state_.iterations, true);
   const int entering = pricer_.choose();
-  if (entering < 0) return Step::no_candidate;
-  state_.entering.clear();
-  state_.load_column(entering, state_.entering);
-  state_.factor().ftran(state_.entering, state_.density.entering, true);
-  SolveDensities::observe(state_.density.entering, state_.entering.density());
+  if (entering < 0) return phase_one_ ? Step::no_candidate : push_superbasics();
+  compute_entering_column(entering);
   if (!confirm_reduced_cost(entering)) {
     return round_iterations_ > 0 && !state_.freshly_factored() ? Step::round : Step::next;
   }
@@ -251,6 +254,69 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
       break;
   }
   return pivot(entering, direction, step);
+}
+
+void PrimalSimplex::compute_entering_column(int entering) {
+  state_.entering.clear();
+  state_.load_column(entering, state_.entering);
+  state_.factor().ftran(state_.entering, state_.density.entering, true);
+  SolveDensities::observe(state_.density.entering, state_.entering.density());
+}
+
+/// The next variable of this round that stands between its bounds without being basic, or a free
+/// one that does not stand at 0; -1 when there is none.
+int PrimalSimplex::next_superbasic() {
+  for (; next_push_ < state_.num_vars; ++next_push_) {
+    const int j = next_push_;
+    if (state_.status[j] != kFreeSuper || state_.held[j]) continue;
+    if (!state_.is_free(j) || state_.value[j] != 0.0) return next_push_++;
+  }
+  return -1;
+}
+
+/// Moves the superbasic variables, once no reduced cost does so any more: each to its nearer bound
+/// (a free one to 0), or into the basis where a basic variable reaches a bound before. Reduced
+/// costs stay what they are, nearly 0 for all that take part; the next round computes them anew.
+PrimalSimplex::Step PrimalSimplex::push_superbasics() {
+  bool pushed = false;
+  for (int j = next_superbasic(); j >= 0; j = next_superbasic()) {
+    if (const auto stop = state_.interrupted(false, phase_one_)) {
+      stop_ = *stop;
+      return Step::stopped;
+    }
+    const double x = state_.value[j];
+    const double lower = state_.is_free(j) ? 0.0 : state_.lower[j];
+    const double upper = state_.is_free(j) ? 0.0 : state_.upper[j];
+    const int direction = x < lower || upper - x < x - lower ? 1 : -1;
+    compute_entering_column(j);
+    const PrimalStep step =
+        ratio_test_.phase_two(direction, direction > 0 ? upper - x : x - lower, tolerance());
+    if (step.kind != PrimalStep::Kind::flip && step.kind != PrimalStep::Kind::exchange) continue;
+    pushed = true;
+    ++round_iterations_;
+    move_basics(direction * step.length);
+    if (step.kind == PrimalStep::Kind::flip) {
+      place_at_end(j, direction);
+      ++state_.iterations;
+      continue;
+    }
+    const int leaving = state_.header[step.position];
+    perturbation_.shift_leaving_bound(leaving, step.leaving_at, state_.basic_value[step.position]);
+    const double pivot = state_.entering.value[step.position];
+    const double end = x + direction * step.length;
+    const bool updated = state_.exchange(step.position, j, end, step.leaving_at, pivot);
+    if (!updated || state_.factor().should_refactor()) return Step::round;
+  }
+  return pushed ? Step::round : Step::no_candidate;
+}
+
+/// A nonbasic variable has moved as far as it may.
+void PrimalSimplex::place_at_end(int variable, int direction) {
+  if (state_.is_free(variable)) {
+    state_.value[variable] = 0.0;
+  } else {
+    state_.place_nonbasic(variable, direction > 0 ? kAtUpper : kAtLower);
+  }
 }
 
 bool PrimalSimplex::below_objective_limit() const {
