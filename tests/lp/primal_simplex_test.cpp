@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "lp/simplex/primal_perturbation.h"
+#include "lp/simplex/simplex_state.h"
 #include "lp/simplex_support.h"
 
 namespace kelvo {
@@ -116,6 +118,25 @@ TEST_F(PrimalSimplex, LogLines) {
         std::string(c.start) + "Iteration:     0    Objective     =             0.000000\n";
     EXPECT_EQ(text.text.substr(0, expected.size()), expected);
   }
+}
+
+TEST_F(PrimalSimplex, PerturbationsBecomeSmallerButNotLostInRounding) {
+  const LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}}, {{1, 1}}, {{4, kInf}});
+  Simplex simplex(lp, sink, stop);
+  simplex.set_basis(Vector<int>{kBasic, kAtLower, kAtUpper});
+  SimplexState& state = simplex.state();
+  settings.perturbation_limit = 1;
+  state.begin_run(settings);
+  PrimalPerturbation perturbation(state);
+  perturbation.begin();
+  std::vector<double> tolerances;
+  for (int k = 0; k < 50; ++k) {
+    perturbation.observe(0.0);
+    if (perturbation.due()) tolerances.push_back(perturbation.feasibility_tolerance());
+  }
+  ASSERT_EQ(tolerances.size(), 3u);  // magnitudes of 1e-6, 1e-7, 1e-8
+  EXPECT_NEAR(tolerances[0], 1e-8, 1e-12);
+  EXPECT_NEAR(tolerances[2], 1e-10, 1e-14);
 }
 
 TEST_F(PrimalSimplex, DroppedVariablesArePricedAtTheEnd) {

@@ -18,6 +18,8 @@ constexpr int kToleratedOtherwise = 2600;
 constexpr double kProgress = 1e-6;
 // Reperturbations use a tenth of the magnitude before, at most this.
 constexpr double kReperturbation = 1e-6;
+// There is none of less than this: rounding errors would pass the working tolerance.
+constexpr double kLeastMagnitude = 5e-9;
 // Working tolerances stay this many times below the perturbation.
 constexpr double kToleranceShare = 100.0;
 // A leaving variable this near to its bound stands at it.
@@ -44,7 +46,8 @@ void PrimalPerturbation::begin() {
 
 void PrimalPerturbation::observe(double gain) {
   degenerate_ = gain > kProgress ? 0 : degenerate_ + 1;
-  if (degenerate_ >= limit_ && removals_ < kMostRemovals) stalled_ = true;
+  if (degenerate_ < limit_ || removals_ >= kMostRemovals) return;
+  stalled_ = perturbations_ == 0 || next_magnitude() >= kLeastMagnitude;
 }
 
 bool PrimalPerturbation::due() {
@@ -53,10 +56,14 @@ bool PrimalPerturbation::due() {
   return true;
 }
 
+double PrimalPerturbation::next_magnitude() const {
+  return std::min(magnitude_ / 10.0, kReperturbation);
+}
+
 void PrimalPerturbation::perturb() {
   stalled_ = false;
   degenerate_ = 0;
-  if (perturbations_ > 0) magnitude_ = std::min(magnitude_ / 10.0, kReperturbation);
+  if (perturbations_ > 0) magnitude_ = next_magnitude();
   ++perturbations_;
   if (magnitude_ < kToleranceShare * tolerance_) tolerance_ = magnitude_ / kToleranceShare;
   for (int p = 0; p < state_.m; ++p) {

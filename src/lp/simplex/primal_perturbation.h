@@ -30,6 +30,7 @@ class PrimalPerturbation {
   void remove();
 
  private:
+  double next_magnitude() const;
   void perturb();
 
   SimplexState& state_;
