@@ -20,7 +20,7 @@ namespace {
 
 constexpr double kTolerance = 1e-6;      // the library's own default for rows, bounds and costs
 constexpr double kSameObjective = 1e-6;  // relative, absolute below 1
-constexpr double kSecondsASolve = 60.0;
+constexpr double kSecondsASolve = 300.0;
 // A sum of doubles is known to this share of its terms' magnitude: each term is a product of a
 // number of the model and a computed one that was rounded.
 constexpr double kRounding = 1e-14;
