@@ -300,9 +300,10 @@ void Driver::recover(Judged& judged) {
 /// the better start does not keep.
 Judged Driver::first_attempt() {
   const int limit = settings_.simplex.iteration_limit;
-  if (!own_start_ || !is_ordinary()) return attempt(*working_, method_, settings_.simplex, limit);
-  FirstOrderStart rival(model_, context_.stop);
   SimplexSettings run = settings_.simplex;
+  run.keep_optimal_start = !own_start_;
+  if (!own_start_ || !is_ordinary()) return attempt(*working_, method_, run, limit);
+  FirstOrderStart rival(model_, context_.stop);
   run.rival = &rival;
   Judged judged = attempt(*working_, method_, run, limit);
   if (!judged.superseded) return judged;

@@ -55,6 +55,24 @@ void expect_unpolished(DualRun& run) {
   EXPECT_EQ(run.simplex.values()[0], kTiny);
 }
 
+TEST(Polish, LeavesAnOptimalStartWhenTold) {
+  const LpProblem lp = program();
+  DualRun run(lp);
+  const Vector<int> start{kAtLower, kBasic, kBasic, kAtUpper};
+  SimplexSettings settings;
+  settings.keep_optimal_start = true;
+  for (const bool dual : {true, false}) {
+    run.simplex.set_basis(start);
+    ASSERT_EQ(dual ? run.simplex.run_dual(settings) : run.simplex.run_primal(settings),
+              SimplexOutcome::optimal);
+    EXPECT_EQ(run.simplex.iterations(), 0);
+    EXPECT_EQ(run.simplex.status(), start);
+  }
+  settings.keep_optimal_start = false;
+  ASSERT_EQ(run.simplex.run_dual(settings), SimplexOutcome::optimal);
+  EXPECT_EQ(run.simplex.values()[0], kTiny);
+}
+
 TEST(Polish, LeavesTheOptimumAsItWasWhenItGetsNowhere) {
   const LpProblem lp = program();
   int given_up = 0;

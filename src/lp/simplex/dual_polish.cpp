@@ -56,6 +56,8 @@ void DualEngine::polish(double finest) {
 }
 
 void polish_optimum(SimplexState& state) {
+  const bool untouched = state.iterations == state.run_start_iteration;
+  if (untouched && state.settings.keep_optimal_start) return;
   double largest = 1.0;
   double violation = 0.0;
   for (int p = 0; p < state.m; ++p) {

@@ -61,7 +61,8 @@ struct SimplexSettings {
   int price_limit = 0;         // candidates of partial pricing; 0 automatic
   int display = 0;             // 0 nothing, 1 a line per refactorization, 2 a line per iteration
   int service_period = 2100000000;
-  bool scaled = false;     // the problem is a scaled one: log lines say so
+  bool scaled = false;              // the problem is a scaled one: log lines say so
+  bool keep_optimal_start = false;  // do not polish a basis that is optimal as it is given
   double sense = 1.0;      // the caller's: objectives in the log are sense * (internal value)
   Rival* rival = nullptr;  // may be null
 };
