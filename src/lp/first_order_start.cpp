@@ -5,8 +5,8 @@
 #include <new>
 #include <utility>
 
-#include "lp/basis_of_values.h"
 #include "lp/model_to_lp.h"
+#include "lp/start_from_values.h"
 
 namespace kelvo {
 
@@ -27,21 +27,6 @@ constexpr double kPatience = 4.0;
 constexpr double kTolerance = 1e-5;
 // A variable this near to its bound is taken to be there, relative to the numbers.
 constexpr double kRoom = 1e-5;
-
-/// Places of the columns and of the logicals s = -(activity), within their bounds.
-Vector<double> places(const LpProblem& lp, const Vector<double>& x) {
-  Vector<double> place(lp.num_vars(), 0.0);
-  for (int j = 0; j < lp.num_cols; ++j) {
-    place[j] = std::clamp(x[j], lp.lower[j], std::max(lp.lower[j], lp.upper[j]));
-    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
-      place[lp.num_cols + lp.columns.index[k]] -= lp.columns.value[k] * place[j];
-    }
-  }
-  for (int v = lp.num_cols; v < lp.num_vars(); ++v) {
-    place[v] = std::clamp(place[v], lp.lower[v], std::max(lp.lower[v], lp.upper[v]));
-  }
-  return place;
-}
 
 }  // namespace
 
@@ -90,14 +75,10 @@ bool FirstOrderStart::is_promising(double error_at_half) const {
 void FirstOrderStart::give_basis(WorkingLp& working) {
   const FirstOrderPoint point = method_->take_point();
   method_.reset();  // large
-  const LpProblem lp = make_columnwise_lp(model_);
-  VariableValues values;
-  values.place = places(lp, point.x);
-  const Vector<int> status = basis_of_values(lp, values, kRoom);
-  for (int v = 0; v < lp.num_vars(); ++v) {
-    values.place[v] *= working.scaling().variable_factor(v, lp.num_cols);
-  }
-  working.simplex().set_basis(status, values.place.data());
+  StartValues values;
+  values.x = point.x.data();
+  const StoredBasis basis = basis_from_values(model_, values, kRoom);
+  working.start_from(basis, model_, basis.x.data());
 }
 
 }  // namespace kelvo

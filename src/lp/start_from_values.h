@@ -1,7 +1,12 @@
 // A start basis from values alone.
 //
 // Somebody who knows an optimal point, its duals or both, but no basis, gets the basis that these
-// determine, see basis_of_values.h.
+// determine: what stands strictly between its bounds is basic, and so is what has no multiplier
+// when only multipliers are known. At a nondegenerate vertex that is the basis itself. Where there
+// are more candidates than rows (a point that is no vertex), slacks come first, then the columns
+// farthest from their bounds; the columns left over are superbasic and stand at their values. Where
+// there are fewer, slacks complete the basis when it is used. What a point violates counts as
+// standing at the bound.
 #pragma once
 
 #include "prob/model.h"

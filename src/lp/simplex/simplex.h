@@ -55,14 +55,14 @@ struct SimplexSettings {
   double objective_upper_limit = 1e75;   // dual stops above it
   DualPricing dual_pricing = DualPricing::automatic;
   PrimalPricing primal_pricing = PrimalPricing::automatic;
+  bool keep_optimal_start = false;  // do not polish a basis that is optimal as it is given
   bool perturb_at_start = false;
   double perturbation = 1e-6;  // initial magnitude
   int perturbation_limit = 0;  // degenerate iterations tolerated before perturbing; 0 automatic
   int price_limit = 0;         // candidates of partial pricing; 0 automatic
   int display = 0;             // 0 nothing, 1 a line per refactorization, 2 a line per iteration
   int service_period = 2100000000;
-  bool scaled = false;              // the problem is a scaled one: log lines say so
-  bool keep_optimal_start = false;  // do not polish a basis that is optimal as it is given
+  bool scaled = false;     // the problem is a scaled one: log lines say so
   double sense = 1.0;      // the caller's: objectives in the log are sense * (internal value)
   Rival* rival = nullptr;  // may be null
 };
