@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/line_reader.h"
-#include "io/lp_reader.h"
+#include "io/lp_format/reader/lp_reader.h"
 
 namespace {
 

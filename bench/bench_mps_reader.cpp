@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/random.h"
-#include "io/mps_reader.h"
+#include "io/mps/mps_reader.h"
 
 namespace kelvo {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "base/random.h"
 #include "lp/simplex/simplex.h"
-#include "lp/simplex/simplex_state.h"
+#include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
 namespace {

@@ -2,8 +2,9 @@
 """Checks who includes whom.
 
 A file of src/ includes only files of its own folder (with everything below it) or of a folder on a
-lower floor; folders on the same floor do not see each other. The public header and the API frame
-are for the files named api_*. The command, the examples and the contract tests see kelvo.h alone.
+lower floor; folders on the same floor do not see each other. The folders inside lp/ have floors of
+their own. The public header and the API's headers are for src/api/ alone. The command, the examples
+and the contract tests see kelvo.h alone.
 """
 import argparse
 import os
@@ -15,11 +16,28 @@ FLOORS = {
     "env": 1,
     "prob": 2,
     "io": 3,
-    "lp": 3,
-    "qp": 4,
-    "analysis": 4,
-    "mip": 5,
-    "jni": 6,
+    "net": 3,
+    "lp": 4,
+    "qp": 5,
+    "analysis": 5,
+    "mip": 6,
+    "api": 7,
+    "jni": 8,
+}
+SUBFLOORS = {
+    "api": {"frame": 0, "": 1},
+    "lp": {
+        "form": 0,
+        "factor": 0,
+        "simplex": 1,
+        "presolve": 1,
+        "crossover": 2,
+        "first_order": 2,
+        "barrier": 2,
+        "sifting": 2,
+        "solve": 3,
+        "tableau": 4,
+    },
 }
 OUTSIDE = ("tools", "examples", os.path.join("tests", "api"))  # they see the public header alone
 SOURCES = (".h", ".hpp", ".c", ".cpp")
@@ -43,37 +61,54 @@ def sources(folder):
                 yield os.path.join(where, name)
 
 
-def is_api(path):
-    return os.path.basename(path).startswith("api_")
+def rooms(inside):
+    """The folder of src/ that a file is in, and the folder inside that ("" for none)."""
+    parts = inside.split(os.sep)
+    return parts[0], parts[1] if len(parts) > 2 else ""
+
+
+def resolve(path, source, name):
+    """The included file as a path inside src/, or None for a header of the system."""
+    beside = os.path.normpath(os.path.join(os.path.dirname(path), name))
+    if os.path.exists(beside):
+        return os.path.relpath(beside, source)
+    inside = os.path.normpath(name)
+    return inside if os.path.exists(os.path.join(source, inside)) else None
+
+
+def check_include(path, number, rooms_of_file, rooms_of_target, complain):
+    folder, room = rooms_of_file
+    target, target_room = rooms_of_target
+    if folder == "jni":
+        complain(path, number, "the Java bridge sees kelvo.h alone, not src/%s" % target)
+    elif target != folder:
+        if FLOORS.get(target, 99) >= FLOORS[folder]:
+            complain(path, number, "%s (floor %d) may not include from %s" % (folder, FLOORS[folder], target))
+    elif folder in SUBFLOORS and target_room != room:
+        floors = SUBFLOORS[folder]
+        if floors.get(target_room, 99) >= floors.get(room, -1):
+            complain(path, number, "%s/%s may not include from %s/%s" % (folder, room, folder, target_room))
 
 
 def check_library(root, complain):
     source = os.path.join(root, "src")
     for path in sources(source):
         inside = os.path.relpath(path, source)
-        folder = inside.split(os.sep)[0]
+        folder, room = rooms(inside)
         if folder not in FLOORS:
             complain(path, 1, "the folder src/%s has no floor" % folder)
             continue
+        if folder in SUBFLOORS and room not in SUBFLOORS[folder]:
+            complain(path, 1, "the folder src/%s has no floor" % os.path.dirname(inside))
+            continue
         for number, _, name in includes(path):
             if name == "kelvo.h" or name.endswith("/kelvo.h"):
-                if not is_api(path) and folder != "jni":
-                    complain(path, number, "only api_* files include kelvo.h")
+                if folder not in ("api", "jni"):
+                    complain(path, number, "only src/api includes kelvo.h")
                 continue
-            beside = os.path.normpath(os.path.join(os.path.dirname(path), name))
-            if os.path.exists(beside):
-                target = beside
-            elif os.path.exists(os.path.join(source, name)):
-                target = os.path.normpath(os.path.join(source, name))
-            else:
-                continue  # a header of the system
-            target_folder = os.path.relpath(target, source).split(os.sep)[0]
-            if is_api(target) and not is_api(path):
-                complain(path, number, "only api_* files include the API's headers (%s)" % name)
-            if folder == "jni":
-                complain(path, number, "the Java bridge sees kelvo.h alone, not %s" % name)
-            elif target_folder != folder and FLOORS.get(target_folder, 99) >= FLOORS[folder]:
-                complain(path, number, "%s (floor %d) may not include %s" % (folder, FLOORS[folder], name))
+            target = resolve(path, source, name)
+            if target is not None:
+                check_include(path, number, (folder, room), rooms(target), complain)
 
 
 def check_outside(root, complain):

@@ -1,7 +1,7 @@
 // Sensitivity of an optimal basis: how far one number of a linear program may move, all others
 // kept, while the basis stays optimal (primal and dual feasible).
 //
-// In terms of the tableau of lp/caller_tableau.h, for the minimization:
+// In terms of the tableau of lp/tableau/caller_tableau.h, for the minimization:
 //
 //  - the cost of a nonbasic variable changes its reduced cost alone; the cost of the variable basic
 //    at position p moves the reduced costs along row p of the tableau, d_j(t) = d_j - t alpha_pj;
@@ -16,7 +16,7 @@
 // may be the same. (S. I. Gass, "Linear Programming", the chapter on parametric programming.)
 #pragma once
 
-#include "lp/caller_tableau.h"
+#include "lp/tableau/caller_tableau.h"
 
 namespace kelvo {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "base/clock.h"
-#include "env/param_numbers.h"
+#include "env/params/param_numbers.h"
 
 namespace kelvo {
 namespace {

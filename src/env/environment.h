@@ -15,7 +15,7 @@
 #include "base/stop_check.h"
 #include "env/message_channel.h"
 #include "env/object_list.h"
-#include "env/settings.h"
+#include "env/params/settings.h"
 #include "env/stop.h"
 #include "env/timer_ring.h"
 

@@ -3,11 +3,11 @@
 #include "base/error_code.h"
 #include "base/file_stream.h"
 #include "env/error_table.h"
-#include "env/param_numbers.h"
-#include "io/lp_reader.h"
-#include "io/lp_writer.h"
-#include "io/mps_reader.h"
-#include "io/mps_writer.h"
+#include "env/params/param_numbers.h"
+#include "io/lp_format/lp_writer.h"
+#include "io/lp_format/reader/lp_reader.h"
+#include "io/mps/mps_reader.h"
+#include "io/mps/mps_writer.h"
 
 namespace kelvo {
 namespace {

@@ -9,8 +9,8 @@
 #include "base/line_reader.h"
 #include "base/messages.h"
 #include "base/status.h"
-#include "env/settings.h"
-#include "prob/model.h"
+#include "env/params/settings.h"
+#include "prob/model/model.h"
 
 namespace kelvo {
 

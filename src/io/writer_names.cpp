@@ -5,8 +5,8 @@
 #include <cstring>
 
 #include "base/name_index.h"
-#include "io/lp_characters.h"
-#include "io/lp_reader_keywords.h"
+#include "io/lp_format/lp_characters.h"
+#include "io/lp_format/reader/keywords.h"
 
 namespace kelvo {
 namespace {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/messages.h"
-#include "prob/model.h"
+#include "prob/model/model.h"
 
 namespace kelvo {
 

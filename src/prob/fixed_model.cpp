@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "prob/column_types.h"
-#include "prob/model_edit.h"
+#include "prob/data/column_types.h"
+#include "prob/model/model_edit.h"
 
 namespace kelvo {
 namespace {

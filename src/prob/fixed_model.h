@@ -14,7 +14,7 @@
 // out.
 #pragma once
 
-#include "prob/model.h"
+#include "prob/model/model.h"
 
 namespace kelvo {
 

@@ -1,8 +1,8 @@
 #include "prob/pending_batch.h"
 
-#include "prob/default_names.h"
-#include "prob/model_edit.h"
-#include "prob/quadratic_objective.h"
+#include "prob/data/quadratic_objective.h"
+#include "prob/model/default_names.h"
+#include "prob/model/model_edit.h"
 
 namespace kelvo {
 namespace {

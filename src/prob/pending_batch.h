@@ -10,9 +10,9 @@
 // Either all waiting rows have names or none has.
 #pragma once
 
-#include "prob/blocks.h"
-#include "prob/column_store.h"
-#include "prob/model.h"
+#include "prob/model/blocks.h"
+#include "prob/model/column_store.h"
+#include "prob/model/model.h"
 
 namespace kelvo {
 

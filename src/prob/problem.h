@@ -19,10 +19,10 @@
 
 #include "base/status.h"
 #include "prob/attachment.h"
-#include "prob/blocks.h"
 #include "prob/change_kind.h"
-#include "prob/model.h"
-#include "prob/name_lookup.h"
+#include "prob/model/blocks.h"
+#include "prob/model/model.h"
+#include "prob/model/name_lookup.h"
 #include "prob/pending_batch.h"
 #include "prob/solution.h"
 

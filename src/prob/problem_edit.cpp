@@ -2,8 +2,8 @@
 // model, basis and batch (which may not), then reports the change.
 #include <limits>
 
-#include "prob/default_names.h"
-#include "prob/model_edit.h"
+#include "prob/model/default_names.h"
+#include "prob/model/model_edit.h"
 #include "prob/problem.h"
 
 namespace kelvo {

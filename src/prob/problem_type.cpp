@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "prob/fixed_model.h"
-#include "prob/model_edit.h"
+#include "prob/model/model_edit.h"
 #include "prob/problem.h"
 
 namespace kelvo {

@@ -1,7 +1,7 @@
 #include "prob/solution.h"
 
-#include "prob/model.h"
-#include "prob/row_limits.h"
+#include "prob/model/model.h"
+#include "prob/model/row_limits.h"
 
 namespace kelvo {
 

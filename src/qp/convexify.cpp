@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "prob/quadratic_objective.h"
+#include "prob/data/quadratic_objective.h"
 #include "qp/convexify_log.h"
 #include "qp/definiteness.h"
 

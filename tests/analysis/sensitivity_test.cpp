@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "base/random.h"
-#include "lp/kept_basis.h"
+#include "lp/tableau/kept_basis.h"
 
 namespace kelvo::test {
 namespace {

@@ -1,5 +1,5 @@
 // The frame of the exported functions, and the pieces that only the inside can reach.
-#include "env/api_frame.h"
+#include "api/frame/api_frame.h"
 
 #include <gtest/gtest.h>
 #include <kelvo.h>
@@ -7,7 +7,7 @@
 #include <string>
 
 #include "env/environment.h"
-#include "env/param_numbers.h"
+#include "env/params/param_numbers.h"
 
 namespace kelvo {
 namespace {

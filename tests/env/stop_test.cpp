@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "env/environment.h"
-#include "env/param_numbers.h"
+#include "env/params/param_numbers.h"
 
 namespace kelvo {
 namespace {

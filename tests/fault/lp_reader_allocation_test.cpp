@@ -3,7 +3,7 @@
 #include <new>
 
 #include "fault/allocation.h"
-#include "io/lp_reading.h"
+#include "io/lp_format/lp_reading.h"
 
 namespace kelvo {
 namespace {

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "io/basis_file.h"
-#include "io/lp_reader.h"
+#include "io/basis/basis_file.h"
+#include "io/lp_format/reader/lp_reader.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/line_reader.h"
-#include "io/lp_reader.h"
+#include "io/lp_format/reader/lp_reader.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "io/mps_reader.h"
+#include "io/mps/mps_reader.h"
 
 namespace {
 

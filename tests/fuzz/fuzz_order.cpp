@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "io/order_file.h"
+#include "io/order/order_file.h"
 
 namespace {
 

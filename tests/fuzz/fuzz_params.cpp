@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "env/param_file.h"
+#include "env/params/param_file.h"
 
 namespace {
 

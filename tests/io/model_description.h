@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "base/name_index.h"
-#include "prob/model.h"
+#include "prob/model/model.h"
 
 namespace kelvo::test {
 

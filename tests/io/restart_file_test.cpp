@@ -1,8 +1,8 @@
 // Restart files: a basis and a point, superbasic columns included.
 #include <gtest/gtest.h>
 
-#include "io/basis_file.h"
-#include "io/lp_reading.h"
+#include "io/basis/basis_file.h"
+#include "io/lp_format/lp_reading.h"
 #include "io/written.h"
 
 namespace kelvo {

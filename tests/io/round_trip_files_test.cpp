@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "io/lp_reader.h"
-#include "io/lp_reading.h"
-#include "io/lp_writer.h"
+#include "io/lp_format/lp_reading.h"
+#include "io/lp_format/lp_writer.h"
+#include "io/lp_format/reader/lp_reader.h"
 #include "io/model_description.h"
-#include "io/mps_reader.h"
-#include "io/mps_writer.h"
+#include "io/mps/mps_reader.h"
+#include "io/mps/mps_writer.h"
 
 namespace kelvo {
 namespace {

@@ -14,11 +14,11 @@
 #include <vector>
 
 #include "base/random.h"
-#include "io/lp_reader.h"
-#include "io/lp_writer.h"
+#include "io/lp_format/lp_writer.h"
+#include "io/lp_format/reader/lp_reader.h"
 #include "io/model_description.h"
-#include "io/mps_reader.h"
-#include "io/mps_writer.h"
+#include "io/mps/mps_reader.h"
+#include "io/mps/mps_writer.h"
 #include "io/written.h"
 
 namespace kelvo {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "lp/presolve/presolve.h"
-#include "simplex_support.h"
+#include "lp/simplex/simplex_support.h"
 
 namespace kelvo::test {
 

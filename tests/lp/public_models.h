@@ -7,9 +7,9 @@
 #include <string>
 
 #include "base/file_stream.h"
-#include "io/mps_reader.h"
-#include "lp/driver.h"
-#include "lp/presolved_lp.h"
+#include "io/mps/mps_reader.h"
+#include "lp/solve/driver.h"
+#include "lp/solve/presolved_lp.h"
 
 namespace kelvo::test {
 

@@ -3,7 +3,7 @@
 
 #include <initializer_list>
 
-#include "prob/model.h"
+#include "prob/model/model.h"
 
 namespace kelvo::test {
 

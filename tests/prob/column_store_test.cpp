@@ -1,4 +1,4 @@
-#include "prob/column_store.h"
+#include "prob/model/column_store.h"
 
 #include <gtest/gtest.h>
 

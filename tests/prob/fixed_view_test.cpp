@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "prob/api_frame_prob.h"
+#include "api/frame/problem_frame.h"
 
 namespace kelvo {
 namespace {

@@ -1,4 +1,4 @@
-#include "prob/name_lookup.h"
+#include "prob/model/name_lookup.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "prob/api_frame_prob.h"
+#include "api/frame/problem_frame.h"
 
 namespace kelvo {
 namespace {

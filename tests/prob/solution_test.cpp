@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "prob/model.h"
+#include "prob/model/model.h"
 #include "prob/status_table.h"
 
 namespace kelvo {

@@ -5,8 +5,8 @@
 #include <random>
 #include <string>
 
-#include "prob/model_edit.h"
-#include "prob/quadratic_objective.h"
+#include "prob/data/quadratic_objective.h"
+#include "prob/model/model_edit.h"
 #include "qp/definiteness.h"
 
 namespace kelvo {

@@ -6,7 +6,7 @@
 #include <random>
 #include <vector>
 
-#include "prob/quadratic_objective.h"
+#include "prob/data/quadratic_objective.h"
 
 namespace kelvo {
 namespace {

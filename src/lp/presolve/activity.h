@@ -6,7 +6,7 @@
 // that end; huge bounds on one side thus leave the other one certain.
 #pragma once
 
-#include "lp/lp_problem.h"
+#include "lp/form/lp_problem.h"
 #include "lp/presolve/presolve_tolerances.h"
 
 namespace kelvo {

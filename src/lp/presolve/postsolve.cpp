@@ -1,6 +1,6 @@
 #include "lp/presolve/postsolve.h"
 
-#include "lp/presolve/reductions.h"
+#include "lp/presolve/reductions/reductions.h"
 
 namespace kelvo {
 

@@ -17,7 +17,7 @@
 // Programming 71 (1995), with bases carried along.
 #pragma once
 
-#include "lp/lp_problem.h"
+#include "lp/form/lp_problem.h"
 
 namespace kelvo {
 

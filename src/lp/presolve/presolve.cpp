@@ -1,7 +1,7 @@
 #include "lp/presolve/presolve.h"
 
-#include "lp/presolve/parallel_lines.h"
-#include "lp/presolve/reductions.h"
+#include "lp/presolve/reductions/parallel_lines.h"
+#include "lp/presolve/reductions/reductions.h"
 
 namespace kelvo {
 

@@ -13,7 +13,7 @@
 #pragma once
 
 #include "base/stop_check.h"
-#include "lp/lp_problem.h"
+#include "lp/form/lp_problem.h"
 #include "lp/presolve/activity.h"
 #include "lp/presolve/linked_matrix.h"
 #include "lp/presolve/postsolve.h"

@@ -1,8 +1,8 @@
 #include "lp/simplex/simplex.h"
 
-#include "lp/simplex/dual_simplex.h"
-#include "lp/simplex/primal_simplex.h"
-#include "lp/simplex/simplex_state.h"
+#include "lp/simplex/dual/dual_simplex.h"
+#include "lp/simplex/primal/primal_simplex.h"
+#include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
 

@@ -8,7 +8,7 @@
 #include "base/containers.h"
 #include "base/messages.h"
 #include "base/stop_check.h"
-#include "lp/lp_problem.h"
+#include "lp/form/lp_problem.h"
 
 namespace kelvo {
 

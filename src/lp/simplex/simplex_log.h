@@ -6,7 +6,7 @@
 
 #include "base/messages.h"
 #include "lp/factor/basis_factor.h"
-#include "lp/lp_problem.h"
+#include "lp/form/lp_problem.h"
 #include "lp/simplex/simplex.h"
 
 namespace kelvo {

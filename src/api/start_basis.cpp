@@ -1,0 +1,142 @@
+// The basis from which the next optimization starts: stored by the caller, or left by the last one.
+#include <algorithm>
+#include <cmath>
+
+#include "api/frame/start_arrays.h"
+
+using namespace kelvo;
+
+namespace {
+
+Status check_basis_present(const Problem& problem) {
+  return problem.basis.present ? Status() : Status::failure(error::kNoBasis);
+}
+
+Status check_norms(const Problem& problem, int len) {
+  KELVO_TRY(check_has_bases(problem));
+  KELVO_TRY(check_basis_present(problem));
+  if (len < 0) return Status::failure(error::kBadArgument);
+  return len <= problem.num_cols() ? Status() : Status::failure(error::kArrayTooLong);
+}
+
+/// The basis in which every slack is basic.
+StoredBasis resting_basis(const Model& model) {
+  StoredBasis basis;
+  basis.present = true;
+  basis.row_status.assign(model.num_rows, kStartBasic);
+  basis.col_status.reserve(model.num_cols);
+  for (int j = 0; j < model.num_cols; ++j) {
+    const double below = std::fabs(model.lower[j]), above = std::fabs(model.upper[j]);
+    const bool is_free = below >= kInfiniteBound && above >= kInfiniteBound;
+    basis.col_status.push_back(is_free ? kStartFree : above < below ? kStartUpper : kStartLower);
+  }
+  return basis;
+}
+
+/// 1201 or 1203 for a variable that the problem does not have.
+Status check_head(Environment& environment, const Problem& problem, const int* head, int len) {
+  for (int p = 0; p < len; ++p) {
+    if (head[p] >= problem.num_cols()) return report(environment, error::kColumnIndex, head[p]);
+    if (head[p] < -problem.num_rows()) return report(environment, error::kRowIndex, -(head[p] + 1));
+  }
+  return Status();
+}
+
+}  // namespace
+
+int KLVcopybase(KLVenv env, KLVprob lp, const int* cstat, const int* rstat) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    problem.merge_pending();
+    StoredBasis basis;
+    KELVO_TRY(read_basis(environment, problem, cstat, rstat, basis));
+    problem.store_start_basis(std::move(basis));
+    return Status();
+  });
+}
+
+int KLVcopybasednorms(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
+                      const double* dnorm) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    problem.merge_pending();
+    StoredBasis basis;
+    KELVO_TRY(read_basis(environment, problem, cstat, rstat, basis));
+    KELVO_TRY(check_pointers(dnorm));
+    const auto name_basic = [&basis](const Vector<int>& status, bool columns) {
+      for (int k = 0; k < static_cast<int>(status.size()); ++k) {
+        if (status[k] == kStartBasic) basis.head.push_back(columns ? k : -1 - k);
+      }
+    };
+    name_basic(basis.col_status, true);
+    name_basic(basis.row_status, false);
+    const int count = static_cast<int>(basis.head.size());
+    KELVO_TRY(DataCheck(environment).numbers(dnorm, count));
+    basis.head_norm.assign(dnorm, dnorm + count);
+    problem.store_start_basis(std::move(basis));
+    return Status();
+  });
+}
+
+int KLVcopypartialbase(KLVenv env, KLVprob lp, int ccnt, const int* cindices, const int* cstat,
+                       int rcnt, const int* rindices, const int* rstat) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    problem.merge_pending();
+    if (ccnt < 0 || rcnt < 0) return Status::failure(error::kBadArgument);
+    if (ccnt > 0) KELVO_TRY(check_pointers(cindices, cstat));
+    if (rcnt > 0) KELVO_TRY(check_pointers(rindices, rstat));
+    KELVO_TRY(check_column_indices(environment, cindices, ccnt, problem.num_cols()));
+    KELVO_TRY(check_row_indices(environment, rindices, rcnt, problem.num_rows()));
+    const DataCheck check(environment);
+    KELVO_TRY(check.basis_statuses(cstat, ccnt));
+    KELVO_TRY(check.basis_statuses(rstat, rcnt));
+    StoredBasis basis = resting_basis(problem.model());
+    for (int k = 0; k < ccnt; ++k) basis.col_status[cindices[k]] = valid_code(cstat[k]);
+    for (int k = 0; k < rcnt; ++k) basis.row_status[rindices[k]] = valid_code(rstat[k]);
+    problem.store_start_basis(std::move(basis));
+    return Status();
+  });
+}
+
+int KLVgetbase(KLVenv env, KLVprob lp, int* cstat, int* rstat) {
+  return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    KELVO_TRY(check_basis_present(problem));
+    const StoredBasis& basis = problem.basis;
+    if (cstat != nullptr) std::copy(basis.col_status.begin(), basis.col_status.end(), cstat);
+    if (rstat != nullptr) std::copy(basis.row_status.begin(), basis.row_status.end(), rstat);
+    return Status();
+  });
+}
+
+int KLVcopypnorms(KLVenv env, KLVprob lp, const double* cnorm, const double* rnorm, int len) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    problem.merge_pending();
+    KELVO_TRY(check_norms(problem, len));
+    KELVO_TRY(check_pointers(cnorm, rnorm));
+    const DataCheck check(environment);
+    KELVO_TRY(check.numbers(cnorm, len));
+    KELVO_TRY(check.numbers(rnorm, problem.num_rows()));
+    Vector<double> columns(cnorm, cnorm + len);
+    Vector<double> rows(rnorm, rnorm + problem.num_rows());
+    problem.basis.col_norm.swap(columns);
+    problem.basis.row_norm.swap(rows);
+    return Status();
+  });
+}
+
+int KLVcopydnorms(KLVenv env, KLVprob lp, const double* norm, const int* head, int len) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    problem.merge_pending();
+    KELVO_TRY(check_norms(problem, len));
+    KELVO_TRY(check_pointers(norm, head));
+    KELVO_TRY(DataCheck(environment).numbers(norm, len));
+    KELVO_TRY(check_head(environment, problem, head, len));
+    Vector<double> norms(norm, norm + len);
+    Vector<int> heads(head, head + len);
+    problem.basis.head_norm.swap(norms);
+    problem.basis.head.swap(heads);
+    return Status();
+  });
+}

@@ -1,0 +1,76 @@
+// The last digits of an optimum.
+//
+// A basis is optimal within the working tolerance, but a bound that is violated by 1e-8 and has a
+// dual of 1e3 moves the objective by 1e-5. So the dual method goes on, from the optimal basis and
+// with few iterations allowed, until the basic values keep their bounds as closely as rounding
+// lets one tell. Should it not get there, the basis that was optimal before is back.
+#include <algorithm>
+#include <cmath>
+
+#include "lp/simplex/dual/dual_engine.h"
+
+namespace kelvo {
+namespace {
+
+// Violations up to this, and up to this share of the largest basic value, are rounding errors.
+constexpr double kFinest = 1e-10;
+constexpr double kRounding = 1e-15;
+// Iterations allowed: a few and a share of the rows.
+constexpr int kFewIterations = 20;
+constexpr double kIterationShare = 0.05;
+
+}  // namespace
+
+void DualEngine::polish(double finest) {
+  const double working = s_.primal_tolerance;
+  const Vector<int> optimal = s_.status;
+  const Vector<double> places = s_.value;
+  const Vector<double> values = s_.result_values;
+  const Vector<double> row_duals = s_.row_duals;
+  const Vector<double> reduced_costs = s_.reduced_cost;
+  const double objective = s_.objective;
+  const int limit = s_.settings.iteration_limit;
+  const double allowed = s_.iterations - s_.run_start_iteration + kFewIterations +
+                         kIterationShare * static_cast<double>(s_.m);
+  s_.primal_tolerance = finest;
+  s_.settings.iteration_limit = static_cast<int>(std::min<double>(limit, allowed));
+  perturbing_allowed_ = false;
+  choose_pricing();
+  initialize_weights();
+  const bool reached =
+      run_phase() == PhaseEnd::feasible && look_at_true_problem() == TrueProblem::optimal;
+  s_.settings.iteration_limit = limit;
+  s_.primal_tolerance = working;
+  if (reached) {
+    s_.store_results();
+    return;
+  }
+  remove_perturbation();
+  s_.release_held();
+  s_.set_basis(optimal, places.data());
+  static_cast<void>(s_.refactorize());  // for whoever goes on from here; the results stand anyway
+  s_.result_values = values;
+  s_.row_duals = row_duals;
+  s_.reduced_cost = reduced_costs;
+  s_.objective = objective;
+}
+
+void polish_optimum(SimplexState& state) {
+  const bool untouched = state.iterations == state.run_start_iteration;
+  if (untouched && state.settings.keep_optimal_start) return;
+  double largest = 1.0;
+  double violation = 0.0;
+  for (int p = 0; p < state.m; ++p) {
+    const double x = state.basic_value[p];
+    largest = std::max(largest, std::fabs(x));
+    violation = std::max({violation, state.basic_lower[p] - x, x - state.basic_upper[p]});
+  }
+  const double finest = std::max(kFinest, kRounding * largest);
+  if (violation <= finest || finest >= state.primal_tolerance) return;
+  for (int j = 0; j < state.num_vars; ++j) {
+    if (state.status[j] == kFreeSuper && !state.is_free(j)) return;  // no start for the dual method
+  }
+  DualEngine(state).polish(finest);
+}
+
+}  // namespace kelvo

@@ -1,0 +1,134 @@
+#include "lp/simplex/state/partitioned_rows.h"
+
+#include <cassert>
+#include <cmath>
+#include <utility>
+
+namespace kelvo {
+namespace {
+
+// Above this predicted density of the result its index list is not kept while it is formed.
+constexpr double kListDensity = 0.15;
+// Above this density of the weights a dot product per active column is cheaper than running over
+// the rows: it reads each entry once and writes each result once.
+constexpr double kColumnDensity = 0.2;
+// Stands for a cancelled entry, so that a listed place is never mistaken for an unlisted one.
+constexpr double kCancelled = 1e-100;
+
+}  // namespace
+
+PartitionedRows::PartitionedRows(const LpProblem& problem) : problem_(problem) {
+  const int m = problem.num_rows;
+  const int n = problem.num_cols;
+  const SparseMatrix& columns = problem.columns;
+  const int nonzeros = columns.num_nonzeros();
+  start_.assign(m + 1, 0);
+  column_.resize(nonzeros);
+  value_.resize(nonzeros);
+  source_.resize(nonzeros);
+  place_.resize(nonzeros);
+  active_.assign(n, 1);
+  for (int k = 0; k < nonzeros; ++k) ++start_[columns.index[k] + 1];
+  for (int i = 0; i < m; ++i) start_[i + 1] += start_[i];
+  active_end_.assign(start_.begin(), start_.end() - 1);
+  for (int j = 0; j < n; ++j) {
+    for (int k = columns.start[j]; k < columns.start[j + 1]; ++k) {
+      const int at = active_end_[columns.index[k]]++;
+      column_[at] = j;
+      value_[at] = columns.value[k];
+      source_[at] = k;
+      place_[k] = at;
+    }
+  }
+}
+
+void PartitionedRows::exchange_entries(int a, int b) {
+  if (a == b) return;
+  std::swap(column_[a], column_[b]);
+  std::swap(value_[a], value_[b]);
+  std::swap(source_[a], source_[b]);
+  place_[source_[a]] = a;
+  place_[source_[b]] = b;
+}
+
+void PartitionedRows::activate(int column) {
+  if (active_[column]) return;
+  active_[column] = 1;
+  const SparseMatrix& columns = problem_.columns;
+  for (int k = columns.start[column]; k < columns.start[column + 1]; ++k) {
+    exchange_entries(place_[k], active_end_[columns.index[k]]++);
+  }
+}
+
+void PartitionedRows::deactivate(int column) {
+  if (!active_[column]) return;
+  active_[column] = 0;
+  const SparseMatrix& columns = problem_.columns;
+  for (int k = columns.start[column]; k < columns.start[column + 1]; ++k) {
+    exchange_entries(place_[k], --active_end_[columns.index[k]]);
+  }
+}
+
+void PartitionedRows::multiply(const WorkVector& weights, double expected_density,
+                               WorkVector& row) const {
+  assert(row.count == 0);
+  if (weights.density() > kColumnDensity) {
+    multiply_columns(weights, row);
+  } else if (expected_density > kListDensity || weights.is_dense()) {
+    multiply_rows_dense(weights, row);
+  } else {
+    multiply_sparse(weights, row);
+  }
+}
+
+void PartitionedRows::multiply_sparse(const WorkVector& weights, WorkVector& row) const {
+  const int* column = column_.data();
+  const double* value = value_.data();
+  const double* weight = weights.value.data();
+  double* out = row.value.data();
+  int* list = row.index.data();
+  int count = 0;
+  double touched = 0.0;
+  for (int s = 0; s < weights.count; ++s) {
+    const int i = weights.index[s];
+    const double w = weight[i];
+    const int end = active_end_[i];
+    touched += end - start_[i];
+    for (int k = start_[i]; k < end; ++k) {
+      const int j = column[k];
+      const double before = out[j];
+      if (before == 0.0) list[count++] = j;
+      const double after = before + w * value[k];
+      out[j] = after == 0.0 ? kCancelled : after;
+    }
+  }
+  row.count = count;
+  work_ += touched;
+}
+
+void PartitionedRows::multiply_rows_dense(const WorkVector& weights, WorkVector& row) const {
+  const int* column = column_.data();
+  const double* value = value_.data();
+  const double* weight = weights.value.data();
+  double* out = row.value.data();
+  const int rows = weights.is_dense() ? problem_.num_rows : weights.count;
+  double touched = 0.0;
+  for (int s = 0; s < rows; ++s) {
+    const int i = weights.is_dense() ? s : weights.index[s];
+    const double w = weight[i];
+    if (w == 0.0) continue;
+    const int end = active_end_[i];
+    touched += end - start_[i];
+    for (int k = start_[i]; k < end; ++k) out[column[k]] += w * value[k];
+  }
+  row.count = WorkVector::kDense;
+  work_ += touched;
+}
+
+void PartitionedRows::multiply_columns(const WorkVector& weights, WorkVector& row) const {
+  if (groups_ == nullptr) groups_ = make_owned<ColumnGroups>(problem_.columns);
+  groups_->multiply(weights, active_.data(), row);
+  work_ += problem_.columns.num_nonzeros();
+}
+
+}  // namespace kelvo

@@ -1,0 +1,32 @@
+// What presolve says.
+#pragma once
+
+#include "base/clock.h"
+#include "base/messages.h"
+#include "lp/presolve/presolve.h"
+#include "prob/model/model.h"
+
+namespace kelvo {
+
+class PresolveLog final : public PresolveProgress {
+ public:
+  PresolveLog(MessageSink& sink, const PresolveSettings& settings)
+      : sink_(sink), settings_(settings), start_(wall_seconds()), last_report_(start_) {}
+
+  /// How far presolve has come, every few seconds.
+  void report(const PresolveStats& stats) override;
+
+  /// Why there is nothing to solve.
+  void finding(const Finding& finding, const Model& model);
+  /// What was eliminated and what is left.
+  void summary(const Presolve& presolve, const LpProblem& reduced);
+  void time();
+
+ private:
+  MessageSink& sink_;
+  const PresolveSettings& settings_;
+  const double start_;
+  double last_report_;
+};
+
+}  // namespace kelvo

@@ -1,0 +1,51 @@
+// Single exchanges of the basis, for callers that drive the simplex step by step.
+//
+// Works on the working LP that holds the basis (hold_basis); the caller stores the result
+// afterwards (store_basic_solution). Variables are numbered as in the engines: columns 0..n-1,
+// slacks n..n+m-1. When a call ends with `singular` the basis has been lost on the way and the
+// working LP must be thrown away.
+#pragma once
+
+#include "lp/solve/working_lp.h"
+
+namespace kelvo {
+
+enum class ExchangeOutcome { done, illegal, singular };
+
+class BasisExchange {
+ public:
+  explicit BasisExchange(WorkingLp& working);
+
+  /// Makes the slacks of rows basic. Each takes the place of a variable that is not among them:
+  /// of those with large enough pivots the one nearest to a bound, so that the solution moves
+  /// least. `count` receives the number of exchanges.
+  ExchangeOutcome pivot_in(const Vector<int>& rows, int& count);
+
+  /// Makes fixed variables nonbasic. Each makes room for the variable with the smallest ratio of
+  /// reduced cost to pivot, so that reduced costs keep their signs. A variable for which nothing
+  /// could enter but other variables of the list stays basic and is not counted.
+  ExchangeOutcome pivot_out(const Vector<int>& variables, int& count);
+
+  /// One exchange: a nonbasic variable enters at the position of another, which becomes nonbasic at
+  /// `leaves_at`. Illegal when the pivot is too small.
+  ExchangeOutcome exchange(int entering, int position, BasisStatus leaves_at);
+
+  /// A nonbasic variable moves to its other bound; illegal when it has none.
+  ExchangeOutcome move_to(int variable, BasisStatus bound);
+
+  /// Primal and dual values of the basis as it stands now.
+  void compute_values();
+
+ private:
+  ExchangeOutcome finish_exchange(int entering, int position, BasisStatus leaves_at);
+  void compute_column(int variable);
+  int position_to_leave(const Vector<char>& listed) const;
+  int variable_to_enter(int position, const Vector<char>& listed);
+  BasisStatus nearest_bound(int variable, double value) const;
+
+  SimplexState& state_;
+  const int m_;
+  const int n_;
+};
+
+}  // namespace kelvo

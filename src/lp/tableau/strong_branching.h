@@ -1,0 +1,40 @@
+// Strong branching: how much worse does the objective get when a column with a fractional value is
+// rounded down, or up?
+//
+// From an optimal basis each side changes one bound of one column and runs a few iterations of the
+// dual simplex method, which only ever worsens the objective; what it has reached by then is the
+// answer. After each side the basis is the optimal one again, positions and pricing weights
+// included. (D. Applegate, R. Bixby, V. Chvatal and W. Cook, "Finding cuts in the TSP", 1995.)
+#pragma once
+
+#include "lp/simplex/state/simplex_state.h"
+#include "lp/solve/working_lp.h"
+
+namespace kelvo {
+
+enum class BranchingStop { none, time_limit, aborted };
+
+class StrongBranching {
+ public:
+  /// The working LP stands at an optimal basis with its factor, within a session. `settings` are
+  /// those of the environment; display and limits are set here.
+  StrongBranching(const Model& model, WorkingLp& working, const SimplexSettings& settings,
+                  int iteration_limit);
+
+  /// Objectives in the model's sense after rounding column `j`, which has the value x: 1e75 times
+  /// the sense for a side that is infeasible. A value that is integral has its bound moved to it.
+  BranchingStop probe(int j, double x, double& down, double& up);
+
+  /// Brings factor and values of the optimal basis back; false when that is singular.
+  bool restore();
+
+ private:
+  BranchingStop run_side(int j, double lower, double upper, double& objective);
+
+  const Model& model_;
+  WorkingLp& working_;
+  SimplexSettings settings_;
+  SimplexState::BasisCopy optimal_;
+};
+
+}  // namespace kelvo
