@@ -7,8 +7,6 @@ using namespace kelvo;
 
 namespace {
 
-constexpr int kNoBasis = 1262;
-
 /// Reads the file into `basis`; what comes through a program counts when that has succeeded.
 Status read_basis_file(const char* filename, const Model& model, MessageSink& sink,
                        StoredBasis& basis) {
@@ -44,7 +42,7 @@ int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename) {
 int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename) {
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     if (filename == nullptr || filename[0] == '\0') return Status::failure(error::kNoFileName);
-    if (!problem.basis.present) return Status::failure(kNoBasis);
+    if (!problem.basis.present) return Status::failure(error::kNoBasis);
     MessageSink& sink = environment.messages();
     KELVO_TRY(check_basis_size(problem.model(), problem.basis, sink));
     FileStream stream;

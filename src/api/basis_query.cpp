@@ -232,11 +232,10 @@ struct RowBlockView {
 /// 1 + |a_B' B^-1|^2 of every row a, a_B its entries at the basic columns.
 Status row_weights(Environment& environment, Problem& problem, const RowBlockView& rows,
                    int dpriind, double* weight) {
-  constexpr int kBadPricing = 1257;
   const auto pricing = static_cast<DualPricing>(dpriind);
   if (dpriind < static_cast<int>(DualPricing::automatic) ||
       dpriind > static_cast<int>(DualPricing::devex)) {
-    return Status::failure(kBadPricing);
+    return Status::failure(error::kBadPricing);
   }
   if (pricing == DualPricing::steepest_unit || pricing == DualPricing::devex) {
     std::fill(weight, weight + rows.count, 1.0);

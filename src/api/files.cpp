@@ -6,8 +6,6 @@ using namespace kelvo;
 
 namespace {
 
-constexpr int kNoConflict = 1719;
-
 int write_as(KLVenv env, KLVprob lp, const char* filename, FileFormat format) {
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     return write_model_file(filename, format, environment.settings(), environment.messages(),
@@ -56,7 +54,7 @@ int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename) {
 int KLVclpwrite(KLVenv env, KLVprob lp, const char* filename) {
   return api_read(env, lp, [&](Environment&, Problem&) -> Status {
     const bool named = filename != nullptr && filename[0] != '\0';
-    return Status::failure(named ? kNoConflict : error::kNoFileName);
+    return Status::failure(named ? error::kNoConflict : error::kNoFileName);
   });
 }
 

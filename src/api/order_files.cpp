@@ -12,8 +12,6 @@ using namespace kelvo;
 
 namespace {
 
-constexpr int kNoOrder = 3016;
-
 /// An array of names as a store.
 struct NameArray {
   const char* const* names;
@@ -60,7 +58,7 @@ Status order_to_write(Environment& environment, const Model& model, PriorityOrde
     return {};
   }
   const int rule = environment.get_int(param::MIPORDTYPE);
-  if (rule <= 0) return Status::failure(kNoOrder);
+  if (rule <= 0) return Status::failure(error::kNoOrder);
   order = generate_order(model, static_cast<OrderRule>(rule));
   return {};
 }

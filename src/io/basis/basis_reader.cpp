@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "base/error_code.h"
 #include "base/name_index.h"
 #include "io/basis/basis_file.h"
 #include "io/capped_warnings.h"
@@ -10,12 +11,6 @@
 
 namespace kelvo {
 namespace {
-
-constexpr int kMissingBasics = 1550;
-constexpr int kUnknownCode = 1551;
-constexpr int kEndMissing = 1552;
-constexpr int kWrongEntries = 1553;
-constexpr int kSuperbasic = 1554;
 
 /// In place of a value that has not been read; no number of a file is like it.
 constexpr double kNotGiven = std::numeric_limits<double>::quiet_NaN();
@@ -125,7 +120,7 @@ Status BasisParser::parse(StoredBasis& result) {
   KELVO_TRY(fields_.read_named_lines([this] { return read_line(); }, ended));
   unknown_names_.close();
   messages_.close_file();
-  if (!ended) return messages_.error(kEndMissing);
+  if (!ended) return messages_.error(error::kEndMissing);
   KELVO_TRY(check());
   if (point_ != nullptr) finish_point();
   result = std::move(basis_);
@@ -138,11 +133,11 @@ Status BasisParser::read_line() {
       std::find_if(std::begin(kRecords), std::end(kRecords),
                    [code](const Record& known) { return equal_ignoring_case(code, known.code); });
   if (record == std::end(kRecords)) {
-    return messages_.error(kUnknownCode, fields_.line_number(), code);
+    return messages_.error(error::kUnknownBasisIndicator, fields_.line_number(), code);
   }
   const int names = (record->column ? 1 : 0) + (record->row ? 1 : 0);
   if (fields_.count() < 1 + names) {
-    return messages_.error(kWrongEntries, fields_.line_number());
+    return messages_.error(error::kWrongNumberOfEntries, fields_.line_number());
   }
   bool has_value = false;
   double value = 0.0;
@@ -217,7 +212,7 @@ Status BasisParser::set_column(int column, double value) {
   } else if (point_ != nullptr || (below && above && value == 0.0)) {
     status = kFree;
   } else {
-    return messages_.error(kSuperbasic);
+    return messages_.error(error::kSuperbasicNotAllowed);
   }
   return {};
 }
@@ -238,7 +233,7 @@ void BasisParser::set_row(int row, double activity) {
 Status BasisParser::check() const {
   const auto basics = std::count(basis_.col_status.begin(), basis_.col_status.end(), kBasic) +
                       std::count(basis_.row_status.begin(), basis_.row_status.end(), kBasic);
-  return basics == model_.num_rows ? Status() : Status::failure(kMissingBasics);
+  return basics == model_.num_rows ? Status() : Status::failure(error::kTooFewBasicVariables);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <charconv>
 #include <cstdlib>
 
+#include "base/error_code.h"
 #include "env/error_table.h"
 #include "io/basis/basis_file.h"
 #include "io/writer_names.h"
@@ -9,7 +10,6 @@
 namespace kelvo {
 namespace {
 
-constexpr int kWrongBasisSize = 1555;
 constexpr int kBasic = 1;
 constexpr int kAtUpper = 2;
 constexpr int kLongestName = 255;
@@ -49,7 +49,8 @@ void write_point(const Model& model, const StoredBasis& basis, const RestartPoin
 Status check_basis_size(const Model& model, const StoredBasis& basis, MessageSink& sink) {
   const int surplus = surplus_of_basics(model, basis);
   if (surplus == 0) return {};
-  return report_error(sink, kWrongBasisSize, std::abs(surplus), surplus < 0 ? "too few" : "extra");
+  return report_error(sink, error::kWrongBasisSize, std::abs(surplus),
+                      surplus < 0 ? "too few" : "extra");
 }
 
 void write_basis(const Model& model, const StoredBasis& basis, int solution_iterations,

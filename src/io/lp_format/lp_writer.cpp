@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/error_code.h"
 #include "base/name_index.h"
 #include "io/line_writer.h"
 #include "io/lp_format/reader/keywords.h"
@@ -16,7 +17,6 @@ namespace {
 constexpr int kWidestLabel = 32;
 // Coefficients this near to 1 are written without a number.
 constexpr double kUnit = 1e-13;
-constexpr int kNotRepresentable = 1650;
 // Names come from all over the memory; it is asked for so many terms earlier.
 constexpr int kPlacesAhead = 24;
 constexpr int kTextsAhead = 12;
@@ -106,7 +106,7 @@ Status LpFileWriter::write() {
   line_.put_lines("End\n");
   line_.send();
   announce_losses();
-  return token_.numbers().finite ? Status() : Status::failure(kNotRepresentable);
+  return token_.numbers().finite ? Status() : Status::failure(error::kNotRepresentable);
 }
 
 // --- Names ---------------------------------------------------------------------------------------

@@ -55,17 +55,17 @@ struct MpsParser::BoundType {
 };
 
 const MpsParser::BoundType MpsParser::kBoundTypes[] = {
-    {"UP", true, kUpperGiven, mps_error::kRepeatedUpper, 0, kFromField, TypeChange::none},
-    {"LO", true, kLowerGiven, mps_error::kRepeatedLower, kFromField, 0, TypeChange::none},
-    {"FX", true, kBothGiven, mps_error::kLateFixed, kFromField, kFromField, TypeChange::none},
-    {"FR", false, kBothGiven, mps_error::kLateFree, -kInfiniteBound, kInfiniteBound,
+    {"UP", true, kUpperGiven, error::kUpperBoundRepeats, 0, kFromField, TypeChange::none},
+    {"LO", true, kLowerGiven, error::kLowerBoundRepeats, kFromField, 0, TypeChange::none},
+    {"FX", true, kBothGiven, error::kFixedAfterBound, kFromField, kFromField, TypeChange::none},
+    {"FR", false, kBothGiven, error::kFreeAfterBound, -kInfiniteBound, kInfiniteBound,
      TypeChange::none},
-    {"MI", false, kLowerGiven, mps_error::kRepeatedLower, -kInfiniteBound, 0, TypeChange::none},
-    {"PL", false, kUpperGiven, mps_error::kRepeatedUpper, 0, kInfiniteBound, TypeChange::none},
-    {"BV", false, kBothGiven, mps_error::kLateBinary, 0, 1, TypeChange::binary},
-    {"UI", true, kUpperGiven, mps_error::kRepeatedUpper, 0, kFromField, TypeChange::integer},
-    {"LI", true, kLowerGiven, mps_error::kRepeatedLower, kFromField, 0, TypeChange::lower_integer},
-    {"SC", true, kUpperGiven, mps_error::kRepeatedUpper, 0, kFromField, TypeChange::semicontinuous},
+    {"MI", false, kLowerGiven, error::kLowerBoundRepeats, -kInfiniteBound, 0, TypeChange::none},
+    {"PL", false, kUpperGiven, error::kUpperBoundRepeats, 0, kInfiniteBound, TypeChange::none},
+    {"BV", false, kBothGiven, error::kBinaryAfterBound, 0, 1, TypeChange::binary},
+    {"UI", true, kUpperGiven, error::kUpperBoundRepeats, 0, kFromField, TypeChange::integer},
+    {"LI", true, kLowerGiven, error::kLowerBoundRepeats, kFromField, 0, TypeChange::lower_integer},
+    {"SC", true, kUpperGiven, error::kUpperBoundRepeats, 0, kFromField, TypeChange::semicontinuous},
 };
 
 const MpsParser::BoundType* MpsParser::find_bound_type(std::string_view code) {
@@ -109,12 +109,12 @@ Status MpsParser::read_bound_type(const BoundType*& type) {
   type = find_bound_type(fields_.raw(0));
   if (type != nullptr) return {};
   if (fields_.position(0) >= kNamesBegin) {
-    return messages_.error(mps_error::kNoBoundType, line_number());
+    return messages_.error(error::kNoBoundType, line_number());
   }
   const std::string_view code = fields_.code(0);
   type = find_bound_type(code);
   if (type != nullptr) return {};
-  return messages_.error(mps_error::kUnknownBoundType, line_number(), code);
+  return messages_.error(error::kUnknownBoundType, line_number(), code);
 }
 
 /// 1 when the line gives no set name, else 2.

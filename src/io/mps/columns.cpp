@@ -21,7 +21,7 @@ bool same_marker(std::string_view field, std::string_view marker) {
 
 Status MpsParser::read_columns() {
   if (fields_.kind() != MpsLine::header || !fields_.header_is("COLUMNS")) {
-    return messages_.error(mps_error::kNoColumns, line_number());
+    return messages_.error(error::kNoColumnsSection, line_number());
   }
   fields_.expect_names(&column_index_, &row_index_);
   for (;;) {
@@ -55,7 +55,7 @@ Status MpsParser::read_column_line() {
 
 Status MpsParser::begin_column(std::string_view name) {
   const int columns = model_.col_names.size();
-  if (columns >= kMostColumns) return messages_.error(mps_error::kTooManyColumns);
+  if (columns >= kMostColumns) return messages_.error(error::kTooManyColumns);
   column_ = column_index_.insert(name, columns, model_.col_names);
   column_name_length_ = name.size();
   skip_column_ = column_ != columns;
@@ -86,14 +86,14 @@ Status MpsParser::read_entry(int field) {
   KELVO_TRY(fields_.number(field + 1, value));
   DeclaredRow& declared = rows_[row];
   if (declared.last_column == column_) {
-    return messages_.error(mps_error::kRepeatedRow, model_.col_names.view(column_), name);
+    return messages_.error(error::kColumnRepeatsRow, model_.col_names.view(column_), name);
   }
   declared.last_column = column_;
   if (row == reference_row_ && set_block_) give_weight(value);
   const int line = declared.line;
   if (line >= 0) {
     if (entry_line_.size() >= kMostEntries) {
-      return messages_.error(mps_error::kTooManyCoefficients);
+      return messages_.error(error::kTooManyCoefficients);
     }
     entry_line_.push_back(line);
     entry_value_.push_back(value);
@@ -123,17 +123,17 @@ bool MpsParser::is_marker(int& field) const {
 Status MpsParser::read_marker(int field) {
   const std::string_view kind = fields_.raw(field + 1);
   if (same_marker(kind, "'INTORG'")) {
-    if (integer_block_) return messages_.error(mps_error::kInsideIntegers, line_number());
+    if (integer_block_) return messages_.error(error::kIntegersBeginTwice, line_number());
     integer_block_ = true;
   } else if (same_marker(kind, "'INTEND'")) {
-    if (!integer_block_) return messages_.error(mps_error::kOutsideIntegers, line_number());
+    if (!integer_block_) return messages_.error(error::kIntegersEndWithoutBegin, line_number());
     integer_block_ = false;
   } else if (same_marker(kind, "'SOSORG'")) {
-    if (set_block_) return messages_.error(mps_error::kInsideSet, line_number());
+    if (set_block_) return messages_.error(error::kSetBeginsTwice, line_number());
     KELVO_TRY(open_column_set(field));
     set_block_ = true;
   } else if (same_marker(kind, "'SOSEND'")) {
-    if (!set_block_) return messages_.error(mps_error::kOutsideSet, line_number());
+    if (!set_block_) return messages_.error(error::kSetEndsWithoutBegin, line_number());
     set_block_ = false;
   } else {
     messages_.unidentified_marker(line_number());

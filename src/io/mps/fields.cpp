@@ -114,8 +114,7 @@ Status MpsFields::take_lines() {
   const LineReader::Outcome outcome = lines_.next(kMostCharacters);
   line_number_ = lines_.line_number();
   if (outcome == LineReader::Outcome::piece) {
-    return messages_.error(mps_error::kLineTooLong, line_number_,
-                           static_cast<int>(kMostCharacters));
+    return messages_.error(error::kLineTooLong, line_number_, static_cast<int>(kMostCharacters));
   }
   if (outcome == LineReader::Outcome::failed) return Status::failure(error::kCannotReadFile);
   kind_ = MpsLine::end;
@@ -151,7 +150,7 @@ Status MpsFields::take_name() {
   KELVO_TRY(next());
   if (kind_ == MpsLine::header && header_is("NAME")) return {};
   // An empty file lacks its first line.
-  return messages_.error(mps_error::kNoName, std::max(line_number(), 1));
+  return messages_.error(error::kNoNameSection, std::max(line_number(), 1));
 }
 
 std::string_view MpsFields::cut_long(std::string_view whole, std::size_t limit) {

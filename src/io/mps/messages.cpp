@@ -30,21 +30,21 @@ using Text = Printable<std::string_view>;
 
 Status MpsMessages::number_error(int line, std::string_view text, const ParsedNumber& number) {
   if (number.fault == NumberFault::trailing_characters)
-    return error(mps_error::kNotANumber, line, text);
+    return error(error::kNotANumber, line, text);
   const std::string_view exponent =
       text.substr(static_cast<std::size_t>(number.exponent - text.data()));
   if (number.fault == NumberFault::exponent_too_large)
-    return error(mps_error::kExponentTooLarge, line, exponent);
+    return error(error::kExponentOutOfRange, line, exponent);
   const bool started = number.fault != NumberFault::exponent_not_started;
-  return error(mps_error::kExponentIncomplete, line, exponent, started ? "ended" : "started");
+  return error(error::kExponentIncomplete, line, exponent, started ? "ended" : "started");
 }
 
 void MpsMessages::row_repeats(std::string_view name) {
-  if (++row_repeats_ <= kMostPrinted) static_cast<void>(error(mps_error::kRowRepeats, name));
+  if (++row_repeats_ <= kMostPrinted) static_cast<void>(error(error::kRowRepeats, name));
 }
 
 void MpsMessages::column_repeats(std::string_view name) {
-  if (++column_repeats_ <= kMostPrinted) static_cast<void>(error(mps_error::kColumnRepeats, name));
+  if (++column_repeats_ <= kMostPrinted) static_cast<void>(error(error::kColumnRepeats, name));
 }
 
 Status MpsMessages::close_repeats(int code, int summary_code, int count) {

@@ -7,62 +7,13 @@
 
 #include <string_view>
 
+#include "base/error_code.h"
 #include "base/messages.h"
 #include "base/number_text.h"
 #include "base/status.h"
 #include "env/error_table.h"
 
 namespace kelvo {
-
-/// The codes that the MPS reader alone knows what to do with.
-namespace mps_error {
-
-inline constexpr int kTooManyRows = 1431;
-inline constexpr int kTooManyColumns = 1432;
-inline constexpr int kTooManyCoefficients = 1433;
-inline constexpr int kNotANumber = 1434;
-inline constexpr int kExponentTooLarge = 1435;
-inline constexpr int kQuadraticSense = 1437;
-inline constexpr int kIllegalCut = 1438;
-inline constexpr int kIllegalIndicator = 1439;
-inline constexpr int kNoName = 1441;
-inline constexpr int kUnknownSetType = 1442;
-inline constexpr int kRepeatedRow = 1443;
-inline constexpr int kRepeatedRowInSet = 1444;
-inline constexpr int kRowRepeats = 1445;
-inline constexpr int kColumnRepeats = 1446;
-inline constexpr int kNotARow = 1448;
-inline constexpr int kNotAColumn = 1449;
-inline constexpr int kNoRowSense = 1453;
-inline constexpr int kLateFixed = 1454;
-inline constexpr int kLateFree = 1455;
-inline constexpr int kLateBinary = 1456;
-inline constexpr int kUnknownBoundType = 1457;
-inline constexpr int kRepeatedUpper = 1458;
-inline constexpr int kRepeatedLower = 1459;
-inline constexpr int kNoBoundType = 1460;
-inline constexpr int kExpectingEnd = 1462;
-inline constexpr int kLineTooLong = 1465;
-inline constexpr int kNoRows = 1471;
-inline constexpr int kNoColumns = 1472;
-inline constexpr int kExpectingRanges = 1473;
-inline constexpr int kRangesOutOfOrder = 1474;
-inline constexpr int kExpectingQuadratic = 1475;
-inline constexpr int kNoObjectiveRow = 1476;
-inline constexpr int kRowRepeatsNotPrinted = 1477;
-inline constexpr int kColumnRepeatsNotPrinted = 1478;
-inline constexpr int kInsideIntegers = 1480;
-inline constexpr int kOutsideIntegers = 1481;
-inline constexpr int kInsideSet = 1482;
-inline constexpr int kOutsideSet = 1483;
-inline constexpr int kNoRowName = 1486;
-inline constexpr int kUnknownSense = 1487;
-inline constexpr int kQuadraticInConstraint = 1605;
-inline constexpr int kExponentIncomplete = 1618;
-inline constexpr int kNoSetType = 3301;
-inline constexpr int kNotSymmetric = 5012;
-
-}  // namespace mps_error
 
 /// An argument as printf takes it: a text becomes a zero-terminated copy, cut at a line's length.
 template <class T>
@@ -108,11 +59,10 @@ class MpsMessages {
   void column_repeats(std::string_view name);
   /// Success when no row (column) repeated; else how many were not printed, and the failure.
   Status close_row_repeats() {
-    return close_repeats(mps_error::kRowRepeats, mps_error::kRowRepeatsNotPrinted, row_repeats_);
+    return close_repeats(error::kRowRepeats, error::kRowRepeatsNotPrinted, row_repeats_);
   }
   Status close_column_repeats() {
-    return close_repeats(mps_error::kColumnRepeats, mps_error::kColumnRepeatsNotPrinted,
-                         column_repeats_);
+    return close_repeats(error::kColumnRepeats, error::kColumnRepeatsNotPrinted, column_repeats_);
   }
 
   // Choices.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/error_code.h"
 #include "io/number_format.h"
 #include "io/writer_names.h"
 
@@ -18,7 +19,6 @@ constexpr int kLastMarker = 9999;
 // The memory of names is asked for so many entries earlier.
 constexpr int kPlacesAhead = 24;
 constexpr int kTextsAhead = 12;
-constexpr int kNotRepresentable = 1650;
 
 /// The row indices of a matrix by columns in the order of the writer, from one that lies some way
 /// ahead of it.
@@ -129,7 +129,7 @@ Status MpsFileWriter::write() {
     sink_.print(Channel::warning, "Warning:  %d numbers cannot be read back from an MPS file.\n",
                 numbers_.unreadable);
   }
-  return numbers_.finite ? Status() : Status::failure(kNotRepresentable);
+  return numbers_.finite ? Status() : Status::failure(error::kNotRepresentable);
 }
 
 // --- Names and fields ----------------------------------------------------------------------------

@@ -26,12 +26,12 @@ int MpsParser::find_column(std::string_view name) const {
 
 Status MpsParser::require_row(std::string_view name, int& row) const {
   row = find_row(name);
-  return row != kNone ? Status() : messages_.error(mps_error::kNotARow, line_number(), name);
+  return row != kNone ? Status() : messages_.error(error::kNotARow, line_number(), name);
 }
 
 Status MpsParser::require_column(std::string_view name, int& column) const {
   column = find_column(name);
-  return column != kNone ? Status() : messages_.error(mps_error::kNotAColumn, line_number(), name);
+  return column != kNone ? Status() : messages_.error(error::kNotAColumn, line_number(), name);
 }
 
 Status MpsParser::skip_data() {
@@ -103,7 +103,7 @@ Status MpsParser::read_section(int& stage) {
     return {};
   }
   if (is("RANGES") && stage != kBeforeEnd) {
-    if (stage > kBeforeBounds) return messages_.error(mps_error::kRangesOutOfOrder, line_number());
+    if (stage > kBeforeBounds) return messages_.error(error::kRangesOutOfOrder, line_number());
     if (stage == kBeforeRanges) {
       stage = kBeforeBounds;
       return read_rim(true);
@@ -124,11 +124,11 @@ Status MpsParser::read_section(int& stage) {
     stage = kBeforeEnd;
     return read_indicators();
   }
-  if (stage <= kBeforeSets) return messages_.error(mps_error::kExpectingRanges, line_number());
+  if (stage <= kBeforeSets) return messages_.error(error::kExpectingRanges, line_number());
   if (stage == kBeforeQuadratic) {
-    return messages_.error(mps_error::kExpectingQuadratic, line_number());
+    return messages_.error(error::kExpectingQuadraticSection, line_number());
   }
-  return messages_.error(mps_error::kExpectingEnd, line_number());
+  return messages_.error(error::kExpectingEnd, line_number());
 }
 
 Status read_mps(LineReader& lines, const MpsReaderSettings& settings, MessageSink& sink,

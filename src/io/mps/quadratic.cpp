@@ -47,7 +47,7 @@ Status MpsParser::read_quadratic_objective(bool one_triangle) {
     KELVO_TRY(read_quadratic_columns(row, column, value));
     if (value == 0.0) continue;
     if (quadratic_terms_.size() >= kMostTerms) {
-      return messages_.error(mps_error::kTooManyCoefficients);
+      return messages_.error(error::kTooManyCoefficients);
     }
     quadratic_terms_.push_back({row, column, value});
     if (one_triangle && row != column) quadratic_terms_.push_back({column, row, value});
@@ -77,7 +77,7 @@ Status MpsParser::build_quadratic() {
   add_up_neighbours(q);
   const SparseMatrix by_row = transpose(q);
   if (q.start != by_row.start || q.index != by_row.index || q.value != by_row.value) {
-    return messages_.error(mps_error::kNotSymmetric, "objective");
+    return messages_.error(error::kNotSymmetric, "objective");
   }
   model_.quadratic = std::move(q);
   return {};
@@ -89,17 +89,17 @@ Status MpsParser::read_quadratic_constraint() {
   int row;
   KELVO_TRY(require_row(name, row));
   const int line = rows_[row].line;
-  if (line == kObjective) return messages_.error(mps_error::kNotARow, line_number(), name);
+  if (line == kObjective) return messages_.error(error::kNotARow, line_number(), name);
   const bool used = line >= 0;
   if (used) {
     if (line_kind_[line] == MpsLineKind::quadratic || line_kind_[line] == MpsLineKind::dropped) {
-      return messages_.error(mps_error::kRowRepeats, name);
+      return messages_.error(error::kRowRepeats, name);
     }
     if (line_kind_[line] != MpsLineKind::row) {
-      return messages_.error(mps_error::kIllegalCut, line_number());
+      return messages_.error(error::kIllegalCut, line_number());
     }
     if (model_.row_sense[line] == 'R') {
-      return messages_.error(mps_error::kQuadraticSense, line_number());
+      return messages_.error(error::kQuadraticConstraintSense, line_number());
     }
   }
   const bool kept = used && settings_.quadratic_constraints;
@@ -144,7 +144,7 @@ Status MpsParser::read_indicator() {
   for (int k = 0; k < 3; ++k) {
     if (equal_ignoring_case(fields_.raw(0), kRelations[k])) relation = k + 1;
   }
-  if (relation == 0) return messages_.error(mps_error::kIllegalIndicator, line_number());
+  if (relation == 0) return messages_.error(error::kIllegalIndicator, line_number());
   const std::string_view name = fields_.name(1);
   int row, column;
   KELVO_TRY(require_row(name, row));
@@ -155,19 +155,19 @@ Status MpsParser::read_indicator() {
   const char type = model_.column_type[column];
   if (line < 0 || model_.row_sense[line] == 'R' || (value != 0.0 && value != 1.0) ||
       fields_.count() < 4 || type == 'S' || type == 'N') {
-    return messages_.error(mps_error::kIllegalIndicator, line_number());
+    return messages_.error(error::kIllegalIndicator, line_number());
   }
   switch (line_kind_[line]) {
     case MpsLineKind::row:
       break;
     case MpsLineKind::indicator:
-      return messages_.error(mps_error::kRowRepeats, name);
+      return messages_.error(error::kRowRepeats, name);
     case MpsLineKind::quadratic:
     case MpsLineKind::dropped:
-      return messages_.error(mps_error::kQuadraticInConstraint, line_number());
+      return messages_.error(error::kQuadraticTermInConstraint, line_number());
     case MpsLineKind::user_cut:
     case MpsLineKind::lazy_constraint:
-      return messages_.error(mps_error::kIllegalIndicator, line_number());
+      return messages_.error(error::kIllegalIndicator, line_number());
   }
   line_kind_[line] = MpsLineKind::indicator;
   record_of_[line] = static_cast<int>(model_.indicators.column.size());

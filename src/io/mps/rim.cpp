@@ -69,8 +69,8 @@ Status MpsParser::read_rim_entry(int field, bool ranges, Vector<char>& given) {
     return {};
   }
   if (given[line] != 0) {
-    return messages_.error(mps_error::kRepeatedRowInSet, section_name(ranges),
-                           std::string_view(set_name_), name);
+    return messages_.error(error::kSetRepeatsRow, section_name(ranges), std::string_view(set_name_),
+                           name);
   }
   given[line] = 1;
   if (ranges) return set_range(line, value);
@@ -80,7 +80,7 @@ Status MpsParser::read_rim_entry(int field, bool ranges, Vector<char>& given) {
 
 Status MpsParser::set_range(int line, double value) {
   if (line_kind_[line] != MpsLineKind::row) {
-    return messages_.error(mps_error::kIllegalCut, line_number());
+    return messages_.error(error::kIllegalCut, line_number());
   }
   if (model_.range.empty()) model_.range.assign(line_kind_.size(), 0.0);
   char& sense = model_.row_sense[line];

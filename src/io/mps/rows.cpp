@@ -47,7 +47,7 @@ Status MpsParser::read_preamble() {
       KELVO_TRY(skip_data());
     }
   }
-  if (fields_.kind() == MpsLine::end) return messages_.error(mps_error::kNoRows, line_number());
+  if (fields_.kind() == MpsLine::end) return messages_.error(error::kNoRowsSection, line_number());
   if (!sense_given) messages_.sense_selected();
   return {};
 }
@@ -58,7 +58,7 @@ Status MpsParser::read_objective_sense() {
   if (fields_.kind() == MpsLine::data) {
     model_.sense = sense_of(fields_.raw(0));
     if (model_.sense == 0) {
-      return messages_.error(mps_error::kUnknownSense, line_number(), fields_.raw(0));
+      return messages_.error(error::kUnknownObjectiveSense, line_number(), fields_.raw(0));
     }
     KELVO_TRY(skip_data());
   } else {
@@ -66,7 +66,7 @@ Status MpsParser::read_objective_sense() {
     if (model_.sense == 0) {
       const std::string_view text =
           fields_.kind() == MpsLine::header ? fields_.raw(0) : std::string_view();
-      return messages_.error(mps_error::kUnknownSense, line_number(), text);
+      return messages_.error(error::kUnknownObjectiveSense, line_number(), text);
     }
   }
   messages_.sense_specified(model_.sense);
@@ -118,11 +118,11 @@ Status MpsParser::declare_row() {
       if (equal_ignoring_case(type, std::string_view(&letter, 1))) sense = letter;
     }
   }
-  if (sense == '\0') return messages_.error(mps_error::kNoRowSense, line_number());
-  if (fields_.count() < 2) return messages_.error(mps_error::kNoRowName, line_number());
+  if (sense == '\0') return messages_.error(error::kNoRowSense, line_number());
+  if (fields_.count() < 2) return messages_.error(error::kNoRowName, line_number());
   const std::string_view name = fields_.name(1);
   const int number = row_names_.size();
-  if (number >= kMostRows) return messages_.error(mps_error::kTooManyRows);
+  if (number >= kMostRows) return messages_.error(error::kTooManyRows);
   if (row_index_.insert(name, number, row_names_) != number) {
     messages_.row_repeats(name);
     return {};
@@ -147,7 +147,7 @@ Status MpsParser::choose_objective() {
     ++free_rows;
   }
   if (first_free == kNone) {
-    return messages_.error(mps_error::kNoObjectiveRow, line_number());
+    return messages_.error(error::kNoObjectiveRow, line_number());
   }
   if (objective_wanted_) {
     const int wanted = find_row(wanted_objective_);
@@ -177,7 +177,7 @@ Status MpsParser::read_cuts(MpsLineKind kind) {
     KELVO_TRY(declare_row());
     if (row_names_.size() == rows) continue;  // a repeated name
     if (line_kind_.size() == lines) {
-      return messages_.error(mps_error::kIllegalCut, line_number());
+      return messages_.error(error::kIllegalCut, line_number());
     }
     line_kind_.back() = kind;
   }

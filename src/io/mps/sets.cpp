@@ -7,10 +7,10 @@ namespace kelvo {
 
 /// Opens a set of the type that a code says; a missing code is 3301.
 Status MpsParser::open_set(std::string_view code, std::string_view name) {
-  if (code.empty()) return messages_.error(mps_error::kNoSetType, line_number());
+  if (code.empty()) return messages_.error(error::kNoSetType, line_number());
   const char second = code.size() > 1 ? code[1] : ' ';
   if (code.size() != 2 || (code[0] != 'S' && code[0] != 's') || (second != '1' && second != '2')) {
-    return messages_.error(mps_error::kUnknownSetType, line_number(), code[0], second);
+    return messages_.error(error::kUnknownSetType, line_number(), code[0], second);
   }
   SosSets& sets = model_.sos;
   sets.type.push_back(second);
@@ -35,7 +35,7 @@ Status MpsParser::read_sets() {
     }
     const std::string_view name = fields_.name(0);
     if (model_.sos.size() == sets_before) {
-      return messages_.error(mps_error::kNoSetType, line_number());
+      return messages_.error(error::kNoSetType, line_number());
     }
     const int column = find_column(name);
     if (column == kNone) {

@@ -1,16 +1,13 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/error_code.h"
 #include "io/capped_warnings.h"
 #include "io/mps/fields.h"
 #include "io/order/order_file.h"
 
 namespace kelvo {
 namespace {
-
-constexpr int kUnknownDirection = 3012;
-constexpr int kNegativePriority = 3006;
-constexpr int kPriorityTooLarge = 1463;
 
 char upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -103,7 +100,7 @@ Status OrderParser::read_direction(int& direction) {
   } else if (first == 'D' && second == 'N') {
     direction = -1;
   } else {
-    return messages_.error(kUnknownDirection, fields_.line_number(), first, second);
+    return messages_.error(error::kUnknownDirection, fields_.line_number(), first, second);
   }
   return {};
 }
@@ -115,9 +112,10 @@ Status OrderParser::read_priority(std::string_view field, int entry, int& priori
   if (number.fault != NumberFault::none) {
     return messages_.number_error(fields_.line_number(), field, number);
   }
-  if (number.value < 0.0) return messages_.error(kNegativePriority, entry);
+  if (number.value < 0.0) return messages_.error(error::kNegativePriority, entry);
   if (number.value > kLargestPriority) {
-    return messages_.error(kPriorityTooLarge, fields_.line_number(), int{kLargestPriority});
+    return messages_.error(error::kBeyondIntegerLimit, fields_.line_number(),
+                           int{kLargestPriority});
   }
   priority = static_cast<int>(number.value);
   return {};

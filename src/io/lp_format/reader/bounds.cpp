@@ -1,3 +1,4 @@
+#include "base/error_code.h"
 #include "io/lp_format/reader/sections.h"
 
 namespace kelvo {
@@ -68,7 +69,7 @@ Status BoundLine::split(std::string_view line) {
     const std::size_t end_of_part = at;
     while (at < line.size() && has_class(line[at], kLpRelation)) ++at;
     const char sense = sense_of(line.substr(end_of_part, at - end_of_part));
-    if (sense == '\0' || num_senses_ == 2) return diagnostics_.error(1622);
+    if (sense == '\0' || num_senses_ == 2) return diagnostics_.error(error::kBadBoundSense);
     part_[num_senses_] = line.substr(begin, end_of_part - begin);
     sense_[num_senses_++] = sense;
     begin = at;
@@ -87,10 +88,10 @@ Status BoundLine::read_free(std::string_view line) {
   constexpr std::string_view kFree = "FREE";
   if (line.size() < kFree.size() ||
       !equals_ignoring_case(line.substr(line.size() - kFree.size()), kFree)) {
-    return diagnostics_.error(1621);
+    return diagnostics_.error(error::kNoBoundSense);
   }
   line.remove_suffix(kFree.size());
-  if (line.empty()) return diagnostics_.error(1609);
+  if (line.empty()) return diagnostics_.error(error::kExpectedNameFirst);
   int column = -1;
   KELVO_TRY(read_name(line, column));
   add(column, 'G', -kInfiniteBound);
@@ -102,12 +103,12 @@ Status BoundLine::read_single() {
   const bool value_first = is_value(part_[0]);
   const std::string_view name = part_[value_first ? 1 : 0];
   const std::string_view number = part_[value_first ? 0 : 1];
-  if (name.empty()) return diagnostics_.error(1609);
-  if (!value_first && !is_value(number)) return diagnostics_.error(1623);
+  if (name.empty()) return diagnostics_.error(error::kExpectedNameFirst);
+  if (!value_first && !is_value(number)) return diagnostics_.error(error::kNoBoundNumber);
   double value = 0.0;
   int column = -1;
   KELVO_TRY(read_value(number, value));
-  if (value_first && is_value(name)) return diagnostics_.error_found(1616, name[0]);
+  if (value_first && is_value(name)) return diagnostics_.error_found(error::kExpectedName, name[0]);
   KELVO_TRY(read_name(name, column));
   // "3 <= x" says what "x >= 3" says.
   const char sense = sense_[0];
@@ -116,11 +117,11 @@ Status BoundLine::read_single() {
 }
 
 Status BoundLine::read_double() {
-  if (!is_value(part_[0])) return diagnostics_.error(1611);
-  if (part_[1].empty()) return diagnostics_.error(1609);
-  if (part_[2].empty()) return diagnostics_.error(1623);
-  if (is_value(part_[1])) return diagnostics_.error_found(1616, part_[1][0]);
-  if (!is_value(part_[2])) return diagnostics_.error_found(1615, part_[2][0]);
+  if (!is_value(part_[0])) return diagnostics_.error(error::kExpectedNumberFirst);
+  if (part_[1].empty()) return diagnostics_.error(error::kExpectedNameFirst);
+  if (part_[2].empty()) return diagnostics_.error(error::kNoBoundNumber);
+  if (is_value(part_[1])) return diagnostics_.error_found(error::kExpectedName, part_[1][0]);
+  if (!is_value(part_[2])) return diagnostics_.error_found(error::kExpectedNumber, part_[2][0]);
   double first = 0.0;
   double second = 0.0;
   int column = -1;
@@ -137,15 +138,17 @@ Status BoundLine::read_value(std::string_view text, double& value) {
   const bool has_sign = has_class(text[0], kLpSign);
   const bool negative = text[0] == '-';
   if (has_sign) text.remove_prefix(1);
-  if (text.empty()) return diagnostics_.error(1623);
+  if (text.empty()) return diagnostics_.error(error::kNoBoundNumber);
   if (is_infinity(text)) {
     value = kInfiniteBound;
   } else {
-    if (has_class(text[0], kLpSign)) return diagnostics_.error_pair(1602, diagnostics_.line);
-    if (!has_class(text[0], kLpNumeric)) return diagnostics_.error_found(1615, text[0]);
+    if (has_class(text[0], kLpSign))
+      return diagnostics_.error_pair(error::kAdjacentSigns, diagnostics_.line);
+    if (!has_class(text[0], kLpNumeric))
+      return diagnostics_.error_found(error::kExpectedNumber, text[0]);
     const char* at = text.data();
     KELVO_TRY(read_lp_number(at, diagnostics_, value));
-    if (at != text.data() + text.size()) return diagnostics_.error_word(1434, text);
+    if (at != text.data() + text.size()) return diagnostics_.error_word(error::kNotANumber, text);
   }
   if (negative) value = -value;
   return {};
@@ -153,10 +156,10 @@ Status BoundLine::read_value(std::string_view text, double& value) {
 
 /// Reads a part that is a name and nothing else; `column` stays -1 when it is not known.
 Status BoundLine::read_name(std::string_view text, int& column) {
-  if (!has_class(text[0], kLpStart)) return diagnostics_.error_found(1616, text[0]);
+  if (!has_class(text[0], kLpStart)) return diagnostics_.error_found(error::kExpectedName, text[0]);
   std::size_t length = 0;
   while (length < text.size() && !has_class(text[length], kLpDelimiter)) ++length;
-  if (length < text.size()) return diagnostics_.error(1622);
+  if (length < text.size()) return diagnostics_.error(error::kBadBoundSense);
   if (length > kLpNameLength) {
     text = text.substr(0, kLpNameLength);
     diagnostics_.warn_truncated(text);
@@ -191,7 +194,7 @@ Status read_lp_types(const char* text, LpSection section, LpCollector& collector
   for (;;) {
     while ((lp_classes(*text) & (kLpBlank | kLpEnd)) == kLpBlank) ++text;
     if (has_class(*text, kLpEnd)) return {};
-    if (!has_class(*text, kLpStart)) return diagnostics.error_found(1616, *text);
+    if (!has_class(*text, kLpStart)) return diagnostics.error_found(error::kExpectedName, *text);
     const std::string_view name = read_lp_name(text, diagnostics);
     if (!is_lp_identifier(name)) {
       diagnostics.warn_invalid_name(name);

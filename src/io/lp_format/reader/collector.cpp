@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/error_code.h"
+
 namespace kelvo {
 namespace {
 
@@ -60,9 +62,9 @@ Status enter_label(std::string_view label, int line, const char* kind, char lett
 Status LpCollector::reserve(const LpCapacities& capacities, std::size_t text_size) {
   for (const int capacity :
        {capacities.rows, capacities.columns, capacities.nonzeros, capacities.quadratic_nonzeros}) {
-    if (capacity > kSizeLimit) return diagnostics_.error(1012);
+    if (capacity > kSizeLimit) return diagnostics_.error(error::kProblemSizeLimits);
   }
-  if (capacities.columns > kSizeLimit / 2) return diagnostics_.error(1012);
+  if (capacities.columns > kSizeLimit / 2) return diagnostics_.error(error::kProblemSizeLimits);
   deferred_text_.reserve(kMostDeferred * kTypicalName);
   columns_.reserve(room(capacities.columns), kTypicalName * room(capacities.columns));
   rows_.data.rhs.reserve(room(capacities.rows));
@@ -160,7 +162,7 @@ Status LpCollector::append(LpRowGroup& group, const LpConstraint& constraint) {
   SparseMatrix& rows = data.rows;
   const LpLinearTerms& linear = *constraint.linear;
   if (rows.index.size() + linear.size() > std::numeric_limits<int>::max()) {
-    return diagnostics_.error(1433);
+    return diagnostics_.error(error::kTooManyCoefficients);
   }
   KELVO_TRY(enter_label(constraint.label, constraint.line, group.kind, group.letter, group.names,
                         diagnostics_));
@@ -277,15 +279,15 @@ Status LpCollector::close_set() {
     std::copy(sorted.value.begin(), sorted.value.end(), members.value.begin() + begin);
   }
   for (int k = begin + 1; k < end; ++k) {
-    if (members.value[k] == members.value[k - 1]) return diagnostics_.error(3010);
+    if (members.value[k] == members.value[k - 1]) return diagnostics_.error(error::kEqualWeights);
   }
   return {};
 }
 
 Status LpCollector::check_size() const {
-  if (rows_.data.size() > kSizeLimit) return diagnostics_.error(1431);
-  if (num_cols() > kSizeLimit) return diagnostics_.error(1432);
-  if (quadratic_.size() > kSizeLimit) return diagnostics_.error(1433);
+  if (rows_.data.size() > kSizeLimit) return diagnostics_.error(error::kTooManyRows);
+  if (num_cols() > kSizeLimit) return diagnostics_.error(error::kTooManyColumns);
+  if (quadratic_.size() > kSizeLimit) return diagnostics_.error(error::kTooManyCoefficients);
   return {};
 }
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/error_code.h"
 #include "env/error_table.h"
 
 namespace kelvo {
@@ -40,11 +41,11 @@ Status LpDiagnostics::error_pair(int code, int first_line) {
 }
 
 Status LpDiagnostics::error_exponent(std::string_view word, const char* which) {
-  return report_error(*sink_, 1618, line, WordText(word).text, which);
+  return report_error(*sink_, error::kExponentIncomplete, line, WordText(word).text, which);
 }
 
 Status LpDiagnostics::error_repeated(int at_line, const char* kind, std::string_view name) {
-  return report_error(*sink_, 1447, at_line, kind, WordText(name).text);
+  return report_error(*sink_, error::kNameRepeats, at_line, kind, WordText(name).text);
 }
 
 void LpDiagnostics::warn_unexpected_character(int code) {

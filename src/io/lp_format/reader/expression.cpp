@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "base/error_code.h"
+
 namespace kelvo {
 namespace {
 
@@ -115,26 +117,29 @@ Status LpExpressionParser::read_term() {
   }
   if (has_class(c, kLpRelation)) return misplaced_sense();
   if (has_class(c, kLpOperator)) {
-    if (state_ == State::signed_term) return diagnostics_.error_pair(1606, sign_line_);
-    if (state_ != State::variable) return diagnostics_.error(1609);
+    if (state_ == State::signed_term)
+      return diagnostics_.error_pair(error::kAdjacentSignAndOperator, sign_line_);
+    if (state_ != State::variable) return diagnostics_.error(error::kExpectedNameFirst);
   }
-  return diagnostics_.error_found(1616, c);
+  return diagnostics_.error_found(error::kExpectedName, c);
 }
 
 /// A sense where a term is due. A constraint that has nothing but a label is an empty row.
 Status LpExpressionParser::misplaced_sense() {
-  if (state_ == State::signed_term) return diagnostics_.error_pair(1604, sign_line_);
-  if (in_objective()) return diagnostics_.error(1603);
+  if (state_ == State::signed_term)
+    return diagnostics_.error_pair(error::kAdjacentSignAndSense, sign_line_);
+  if (in_objective()) return diagnostics_.error(error::kSenseInObjective);
   if (state_ == State::first_term && has_label_) {
     take_sense();
     return {};
   }
-  if (linear_.size() == 0 && quadratic_.size() == 0) return diagnostics_.error(1609);
-  return diagnostics_.error_found(1616, *at_);
+  if (linear_.size() == 0 && quadratic_.size() == 0)
+    return diagnostics_.error(error::kExpectedNameFirst);
+  return diagnostics_.error_found(error::kExpectedName, *at_);
 }
 
 Status LpExpressionParser::take_sign(State next) {
-  if (state_ == next) return diagnostics_.error_pair(1602, sign_line_);
+  if (state_ == next) return diagnostics_.error_pair(error::kAdjacentSigns, sign_line_);
   sign_ = *at_++ == '-' ? -1 : 1;
   sign_line_ = diagnostics_.line;
   state_ = next;
@@ -150,7 +155,7 @@ Status LpExpressionParser::take_coefficient(State next) {
 /// Reads a name that must be a valid identifier; `at_` is at a start character.
 Status LpExpressionParser::take_variable(std::string_view& name) {
   name = read_lp_name(at_, diagnostics_);
-  if (!is_lp_identifier(name)) return diagnostics_.error_word(1617, name);
+  if (!is_lp_identifier(name)) return diagnostics_.error_word(error::kNotAName, name);
   return {};
 }
 
@@ -174,11 +179,12 @@ Status LpExpressionParser::read_operator() {
   const char c = *at_;
   if (has_class(c, kLpSign)) return take_sign(State::signed_term);
   if (has_class(c, kLpRelation)) {
-    if (in_objective()) return diagnostics_.error(1603);
+    if (in_objective()) return diagnostics_.error(error::kSenseInObjective);
     take_sense();
     return {};
   }
-  return diagnostics_.error_found(in_objective() ? 1607 : 1608, c);
+  return diagnostics_.error_found(
+      in_objective() ? error::kExpectedSign : error::kExpectedSignOrSense, c);
 }
 
 /// "<", "<=", "=<", ">", ">=", "=>" and "=".
@@ -202,8 +208,8 @@ Status LpExpressionParser::read_rhs() {
     rhs_ *= sign_;
     return end_constraint();
   }
-  if (state_ == State::signed_rhs) return diagnostics_.error(1610);
-  return diagnostics_.error_found(1615, c);
+  if (state_ == State::signed_rhs) return diagnostics_.error(error::kExpectedRhs);
+  return diagnostics_.error_found(error::kExpectedNumber, c);
 }
 
 /// Behind a right-hand side: the end of the constraint or the arrow of an indicator.
@@ -226,12 +232,12 @@ Status LpExpressionParser::read_indicator_arrow(bool& found) {
   const std::string_view rest(at_);
   for (int k = 0; k < 3; ++k) {
     if (!rest.starts_with(kArrows[k])) continue;
-    if (section_ != LpSection::constraints) return diagnostics_.error(1438);
+    if (section_ != LpSection::constraints) return diagnostics_.error(error::kIllegalCut);
     const bool is_switch =
         !is_indicator_ && !has_bracket_ && linear_.size() == 1 &&
         std::fabs(linear_.value[0] - 1.0) <= kIndicatorTolerance && sense_ == 'E' &&
         (std::fabs(rhs_) <= kIndicatorTolerance || std::fabs(rhs_ - 1.0) <= kIndicatorTolerance);
-    if (!is_switch) return diagnostics_.error(1439);
+    if (!is_switch) return diagnostics_.error(error::kIllegalIndicator);
     at_ += kArrows[k].size();
     indicator_ = {linear_.index[0], kRelations[k], std::fabs(rhs_) <= kIndicatorTolerance};
     is_indicator_ = true;
@@ -268,7 +274,7 @@ Status LpExpressionParser::finish_constraint() {
 Status LpExpressionParser::close() {
   resolve_names();
   if (in_objective()) {
-    if (state_ == State::divisor_number) return diagnostics_.error(1619);
+    if (state_ == State::divisor_number) return diagnostics_.error(error::kBadQuadraticDivisor);
     if (state_ == State::divisor_slash) accept_bracket_without_divisor();
     if (state_ != State::begin && state_ != State::first_term && state_ != State::after_term) {
       diagnostics_.warn_objective_ended();

@@ -91,7 +91,7 @@ Status LpLines::cut_long_line(std::size_t& length) {
     length = i + 1;
     return {};
   }
-  return diagnostics_.error(1464);
+  return diagnostics_.error(error::kNameTooLong);
 }
 
 /// Copies the useful part of a piece without the bytes that have no class.

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/error_code.h"
 #include "io/lp_format/reader/expression.h"
 #include "io/lp_format/reader/keywords.h"
 #include "io/lp_format/reader/lines.h"
@@ -95,7 +96,7 @@ Status Parser::feed(const LpLines::Line& line) {
   const LpSection kind = classify(line, text);
   if (section_ == LpSection::none && !is_objective(kind)) {
     const bool skipped = mode_ == Mode::file && kind == LpSection::content;
-    return skipped ? Status() : diagnostics_.error(1436);
+    return skipped ? Status() : diagnostics_.error(error::kNoObjectiveSense);
   }
   if (kind == LpSection::content) return parse_content(text);
   if (!(is_objective(section_) && is_objective(kind))) KELVO_TRY(leave());
@@ -109,7 +110,7 @@ Status Parser::feed(const LpLines::Line& line) {
 
 Status Parser::finish() {
   if (!ended_) {
-    if (section_ == LpSection::none) return diagnostics_.error(1436);
+    if (section_ == LpSection::none) return diagnostics_.error(error::kNoObjectiveSense);
     KELVO_TRY(leave());
     diagnostics_.warn_end_missing();
   }

@@ -1,5 +1,6 @@
 // The quadratic parts of expressions: [ 2 x^2 - 4 x*y ] and the divisor behind them.
 
+#include "base/error_code.h"
 #include "io/lp_format/reader/expression.h"
 
 namespace kelvo {
@@ -16,7 +17,7 @@ bool is_number_start(char c) {
 
 Status LpExpressionParser::open_bracket() {
   const bool allowed = in_objective() || (section_ == LpSection::constraints && !is_indicator_);
-  if (!allowed) return diagnostics_.error(1605);
+  if (!allowed) return diagnostics_.error(error::kQuadraticTermInConstraint);
   resolve_names();
   ++at_;
   bracket_sign_ = sign_;
@@ -41,30 +42,32 @@ Status LpExpressionParser::read_quad_term() {
     if (has_class(c, kLpSign)) return take_sign(State::quad_signed);
   }
   if (state_ == State::quad_signed) {
-    if (has_class(c, kLpRelation)) return diagnostics_.error_pair(1604, sign_line_);
-    if (has_class(c, kLpOperator)) return diagnostics_.error_pair(1606, sign_line_);
+    if (has_class(c, kLpRelation))
+      return diagnostics_.error_pair(error::kAdjacentSignAndSense, sign_line_);
+    if (has_class(c, kLpOperator))
+      return diagnostics_.error_pair(error::kAdjacentSignAndOperator, sign_line_);
   }
-  if (c == '^' || c == '*') return diagnostics_.error(1609);
-  return diagnostics_.error_found(1616, c);
+  if (c == '^' || c == '*') return diagnostics_.error(error::kExpectedNameFirst);
+  return diagnostics_.error_found(error::kExpectedName, c);
 }
 
 Status LpExpressionParser::read_quad_operator() {
-  if (*at_ != '^' && *at_ != '*') return diagnostics_.error(1614);
+  if (*at_ != '^' && *at_ != '*') return diagnostics_.error(error::kExpectedPowerOrProduct);
   state_ = *at_++ == '^' ? State::quad_exponent : State::quad_second;
   return {};
 }
 
 Status LpExpressionParser::read_quad_exponent() {
-  if (!is_number_start(*at_)) return diagnostics_.error(1612);
+  if (!is_number_start(*at_)) return diagnostics_.error(error::kExpectedExponent);
   double exponent = 0.0;
   KELVO_TRY(read_lp_number(at_, diagnostics_, exponent));
-  if (exponent != 2.0) return diagnostics_.error(1613);
+  if (exponent != 2.0) return diagnostics_.error(error::kExponentNotTwo);
   add_quadratic_term(first_variable_);
   return {};
 }
 
 Status LpExpressionParser::read_quad_second() {
-  if (!has_class(*at_, kLpStart)) return diagnostics_.error_found(1616, *at_);
+  if (!has_class(*at_, kLpStart)) return diagnostics_.error_found(error::kExpectedName, *at_);
   std::string_view name;
   KELVO_TRY(take_variable(name));
   add_quadratic_term(collector_.column(name));
@@ -80,7 +83,7 @@ void LpExpressionParser::add_quadratic_term(int second) {
 
 Status LpExpressionParser::read_quad_after_term() {
   if (has_class(*at_, kLpSign)) return take_sign(State::quad_signed);
-  if (*at_ != ']') return diagnostics_.error_found(1607, *at_);
+  if (*at_ != ']') return diagnostics_.error_found(error::kExpectedSign, *at_);
   ++at_;
   state_ = in_objective() ? State::divisor_slash : State::after_term;
   return {};
@@ -96,10 +99,10 @@ Status LpExpressionParser::read_divisor() {
     }
     return {};
   }
-  if (!is_number_start(*at_)) return diagnostics_.error(1619);
+  if (!is_number_start(*at_)) return diagnostics_.error(error::kBadQuadraticDivisor);
   double divisor = 0.0;
   KELVO_TRY(read_lp_number(at_, diagnostics_, divisor));
-  if (divisor != 2.0) return diagnostics_.error(1619);
+  if (divisor != 2.0) return diagnostics_.error(error::kBadQuadraticDivisor);
   state_ = State::after_term;
   return {};
 }

@@ -1,5 +1,6 @@
 #include "io/lp_format/reader/tokens.h"
 
+#include "base/error_code.h"
 #include "base/number_text.h"
 
 namespace kelvo {
@@ -15,9 +16,9 @@ Status number_error(const ParsedNumber& number, std::string_view token,
     case NumberFault::exponent_not_ended:
       return diagnostics.error_exponent(exponent, "ended");
     case NumberFault::exponent_too_large:
-      return diagnostics.error_word(1435, exponent);
+      return diagnostics.error_word(error::kExponentOutOfRange, exponent);
     default:
-      return diagnostics.error_word(1434, token);
+      return diagnostics.error_word(error::kNotANumber, token);
   }
 }
 
