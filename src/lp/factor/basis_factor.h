@@ -62,6 +62,12 @@ struct FactorStatistics {
   double work = 0.0;         // total nonzeros touched by everything so far
 };
 
+/// A state of a factor, as returned by BasisFactor::checkpoint().
+struct FactorMark {
+  int level = -1;  // its place in the stack of outstanding marks
+  int serial = 0;  // tells it from earlier marks at the same place
+};
+
 class BasisFactor {
  public:
   /// `columns` (m rows) must outlive the object. `events` may be null.
@@ -95,6 +101,29 @@ class BasisFactor {
   /// `pivot` is that solve's entry at `position`; a disagreement with the updated factor beyond
   /// rounding asks for a refactorization. False: refactorize instead (nothing was changed).
   bool update(int position, double pivot);
+
+  // Checkpoints, for probes and dives. Marks form a stack; as many as one likes may be outstanding.
+  // All of these calls work whatever has happened since the mark: updates, refused updates, further
+  // marks, factorizations, also failed ones. The factor does not know the header: the caller puts
+  // its own back (entries of the positions updated since the mark, repairs).
+  //
+  // While a mark is outstanding, an update also writes down what it overwrites, and a factorization
+  // leaves the marked factors alone and works on a second set (one set for every factorization to
+  // which a mark refers; the sets are kept for the next use).
+
+  /// Marks the present state of a valid factor, in constant time. Throws std::bad_alloc, with
+  /// nothing changed.
+  FactorMark checkpoint();
+  /// Returns to the state at the mark, at a cost in proportion to the updates made since; a
+  /// factorization in between adds next to nothing. Solves, updates, the refactorization rule, the
+  /// Markowitz threshold and the budget of repairs continue exactly as they would have from the
+  /// mark; only the counts of work and factorizations go on. The mark stays outstanding, later ones
+  /// end. A column kept by ftran() before this call is no longer kept. False, with nothing
+  /// changed: the mark is not outstanding. Never throws.
+  bool rollback(FactorMark mark);
+  /// Ends the mark and all later ones without changing the factor. A mark that is not outstanding
+  /// is ignored. Never throws.
+  void release(FactorMark mark);
 
   /// True when a fresh factorization is cheaper than going on (the adaptive rule), or the update
   /// limit is reached.

@@ -124,4 +124,14 @@ void DenseBlock::clear_upper(int k) {
   for (int j = k + 1; j < order; ++j) column(j)[k] = 0.0;
 }
 
+void DenseBlock::save_upper(int k, Vector<double>& saved) const {
+  for (int i = 0; i < k; ++i) saved.push_back(column(k)[i]);
+  for (int j = k; j < order; ++j) saved.push_back(column(j)[k]);
+}
+
+void DenseBlock::restore_upper(int k, const double* saved) {
+  for (int i = 0; i < k; ++i) column(k)[i] = saved[i];
+  for (int j = k + 1; j < order; ++j) column(j)[k] = saved[j];
+}
+
 }  // namespace kelvo

@@ -29,6 +29,10 @@ struct DenseBlock {
   void solve_upper_transposed(double* x, const double* inverse, const int* place, int end) const;
   /// Clears row and column k of U.
   void clear_upper(int k);
+  /// Appends what clear_upper(k) clears, `order` numbers, to a list that has room for them.
+  void save_upper(int k, Vector<double>& saved) const;
+  /// Undoes clear_upper(k), given what save_upper(k) has appended.
+  void restore_upper(int k, const double* saved);
 };
 
 /// x[i] -= sum over c < 4 of factor[c] * columns[c * stride + i] for i < n.

@@ -12,19 +12,17 @@ constexpr int kRowSlack = 4;
 /// Pivots by which the sequence grows.
 constexpr int kSequenceRoom = 256;
 
-/// Room for one more, with the usual growth (reserve alone would copy every time).
-template <class T>
-void reserve_one(Vector<T>& list) {
-  if (list.size() == list.capacity()) list.reserve(2 * list.size() + kSequenceRoom);
-}
-
-void remove_entry(EntryFile& file, Span& line, int target) {
+/// Takes the entry of `target` out of a line and reports its place and value.
+LuJournal::Taken remove_entry(EntryFile& file, Vector<Span>& lines, int which, int target) {
+  Span& line = lines[which];
   int* index = file.index.data();
   int at = line.begin;
   while (index[at] != target) ++at;
+  const LuJournal::Taken taken{which, at, file.value[at]};
   --line.end;
   index[at] = index[line.end];
   file.value[at] = file.value[line.end];
+  return taken;
 }
 
 /// Entries that the rows of the spike need when those that are full move to the end of the file.
@@ -39,10 +37,11 @@ long row_growth(const LuFactors& lu, const PackedVector& spike, int pivot) {
   return needed;
 }
 
-void append_to_row(LuFactors& lu, int row, int column, double value) {
+void append_to_row(LuFactors& lu, int row, int column, double value, LuJournal* journal) {
   Span& line = lu.u_row[row];
   EntryFile& file = lu.u_rows;
   if (line.end == lu.u_row_limit[row]) {
+    if (journal != nullptr) journal->moved_rows.push_back({row, line, lu.u_row_limit[row]});
     const int size = line.size();
     std::copy_n(file.index.begin() + line.begin, size, file.index.begin() + file.used);
     std::copy_n(file.value.begin() + line.begin, size, file.value.begin() + file.used);
@@ -54,48 +53,85 @@ void append_to_row(LuFactors& lu, int row, int column, double value) {
   file.value[line.end++] = value;
 }
 
-}  // namespace
-
-void make_room_in_u(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, int more,
+/// Room for the new column of U and for the rows it enters. Lines keep their places when there is a
+/// journal: it refers to them.
+void make_room_in_u(LuFactors& lu, const PackedVector& spike, int pivot, bool keep_places,
                     Vector<int>& scratch) {
-  if (more <= file.capacity() - file.used) return;
-  compress_file(file, lines, limit, scratch);
-  if (file.capacity() - static_cast<double>(file.used) - more < kFreeShare * file.capacity()) {
-    file.enlarge(more);
+  const auto few_left = [](const EntryFile& file, long needed) {
+    return file.capacity() - static_cast<double>(file.used) - static_cast<double>(needed) <
+           kFreeShare * file.capacity();
+  };
+  if (keep_places) {
+    lu.u_columns.make_room(spike.count);
+    lu.u_rows.make_room(
+        static_cast<int>(std::min<long>(row_growth(lu, spike, pivot), kMaxFileEntries)));
+    return;
+  }
+  if (spike.count > lu.u_columns.capacity() - lu.u_columns.used) {
+    compress_file(lu.u_columns, lu.u_column, nullptr, scratch);
+    if (few_left(lu.u_columns, spike.count)) lu.u_columns.enlarge(spike.count);
+  }
+  if (row_growth(lu, spike, pivot) > lu.u_rows.capacity() - lu.u_rows.used) {
+    // Closing the gaps leaves all rows full, so the need is counted again.
+    compress_file(lu.u_rows, lu.u_row, &lu.u_row_limit, scratch);
+    const long needed = std::min<long>(row_growth(lu, spike, pivot), kMaxFileEntries);
+    if (few_left(lu.u_rows, needed)) lu.u_rows.enlarge(static_cast<int>(needed));
   }
 }
 
-void replace_column(LuFactors& lu, int position, const PackedVector& spike,
-                    const PackedVector& row_eta, double diagonal, Vector<int>& scratch) {
-  const int t = lu.pivot_of_position[position];
-  // Everything that may need memory comes first.
-  make_room_in_u(lu.u_columns, lu.u_column, nullptr, spike.count, scratch);
-  const long growth = row_growth(lu, spike, t);
-  if (growth > lu.u_rows.capacity() - lu.u_rows.used) {
-    // Closing the gaps leaves all rows full, so the need is counted anew.
-    compress_file(lu.u_rows, lu.u_row, &lu.u_row_limit, scratch);
-    const long needed = std::min<long>(row_growth(lu, spike, t), kMaxFileEntries);
-    const double free = lu.u_rows.capacity() - static_cast<double>(lu.u_rows.used) - needed;
-    if (free < kFreeShare * lu.u_rows.capacity()) lu.u_rows.enlarge(static_cast<int>(needed));
-  }
+/// Everything of an update that may need memory.
+void prepare(LuFactors& lu, int pivot, const PackedVector& spike, const PackedVector& row_eta,
+             LuJournal* journal, Vector<int>& scratch) {
+  make_room_in_u(lu, spike, pivot, journal != nullptr, scratch);
   lu.etas.make_room(row_eta.count);
-  reserve_one(lu.eta);
-  reserve_one(lu.eta_target);
+  make_room(lu.eta, 1);
+  make_room(lu.eta_target, 1);
   if (lu.sequence_size == static_cast<int>(lu.sequence.size())) {
     lu.sequence.resize(lu.sequence.size() + kSequenceRoom);
   }
+  if (journal == nullptr) return;
+  make_room(journal->updates, 1);
+  make_room(journal->from_rows, lu.u_column[pivot].size());
+  make_room(journal->from_columns, lu.u_row[pivot].size());
+  make_room(journal->moved_rows, spike.count);
+  make_room(journal->dense, lu.dense.order);
+}
 
-  if (t >= lu.block_begin() && !lu.moved(t)) lu.dense.clear_upper(t - lu.block_begin());
-  Span& old_column = lu.u_column[t];
-  for (int e = old_column.begin; e < old_column.end; ++e) {
-    remove_entry(lu.u_rows, lu.u_row[lu.u_columns.index[e]], t);
+/// Takes the old column and row of the pivot out of U.
+void clear_lines(LuFactors& lu, int t, LuJournal* journal) {
+  if (t >= lu.block_begin() && !lu.moved(t)) {
+    const int k = t - lu.block_begin();
+    if (journal != nullptr) lu.dense.save_upper(k, journal->dense);
+    lu.dense.clear_upper(k);
   }
-  Span& old_row = lu.u_row[t];
-  for (int e = old_row.begin; e < old_row.end; ++e) {
-    remove_entry(lu.u_columns, lu.u_column[lu.u_rows.index[e]], t);
+  const Span column = lu.u_column[t];
+  for (int e = column.begin; e < column.end; ++e) {
+    const auto taken = remove_entry(lu.u_rows, lu.u_row, lu.u_columns.index[e], t);
+    if (journal != nullptr) journal->from_rows.push_back(taken);
   }
-  lu.u_nonzeros -= old_column.size() + old_row.size();
-  old_row.end = old_row.begin;
+  Span& row = lu.u_row[t];
+  for (int e = row.begin; e < row.end; ++e) {
+    const auto taken = remove_entry(lu.u_columns, lu.u_column, lu.u_rows.index[e], t);
+    if (journal != nullptr) journal->from_columns.push_back(taken);
+  }
+  lu.u_nonzeros -= column.size() + row.size();
+  // The journal needs the entries where they are, so the row continues behind them.
+  if (journal != nullptr) {
+    row.begin = row.end;
+  } else {
+    row.end = row.begin;
+  }
+}
+
+}  // namespace
+
+void replace_column(LuFactors& lu, int position, const PackedVector& spike,
+                    const PackedVector& row_eta, double diagonal, LuJournal* journal,
+                    Vector<int>& scratch) {
+  const int t = lu.pivot_of_position[position];
+  prepare(lu, t, spike, row_eta, journal, scratch);
+  if (journal != nullptr) journal->open_update(lu, t);
+  clear_lines(lu, t, journal);
 
   const double inverse = 1.0 / diagonal;
   const int begin = lu.u_columns.used;
@@ -105,10 +141,10 @@ void replace_column(LuFactors& lu, int position, const PackedVector& spike,
     if (i == t) continue;
     lu.u_columns.index[end] = i;
     lu.u_columns.value[end++] = spike.value[k] * inverse;
-    append_to_row(lu, i, t, spike.value[k] * lu.inverse_diagonal[i]);
+    append_to_row(lu, i, t, spike.value[k] * lu.inverse_diagonal[i], journal);
   }
   lu.u_columns.used = end;
-  old_column = {begin, end};
+  lu.u_column[t] = {begin, end};
   lu.u_nonzeros += end - begin;
 
   lu.diagonal[t] = diagonal;

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "lp/factor/lu_factors.h"
+#include "lp/factor/lu_journal.h"
 
 namespace kelvo {
 
@@ -26,13 +27,10 @@ struct PackedVector {
 };
 
 /// Replaces the column at `position`. `row_eta` holds the multipliers r. `diagonal` is the new
-/// pivot. Throws std::bad_alloc before anything has changed.
+/// pivot. With a journal, undo_update() can take the update back. Throws std::bad_alloc before
+/// anything has changed.
 void replace_column(LuFactors& lu, int position, const PackedVector& spike,
-                    const PackedVector& row_eta, double diagonal, Vector<int>& scratch);
-
-/// Makes sure that `more` entries fit behind the used ones of a U file: closes the gaps first,
-/// then enlarges. `limit` as for compress_file().
-void make_room_in_u(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, int more,
+                    const PackedVector& row_eta, double diagonal, LuJournal* journal,
                     Vector<int>& scratch);
 
 }  // namespace kelvo

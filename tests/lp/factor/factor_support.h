@@ -1,13 +1,17 @@
 // Random bases and residuals for the tests of the factor.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/containers.h"
 #include "base/random.h"
 #include "base/sparse_matrix.h"
 #include "base/work_vector.h"
+#include "lp/factor/basis_factor.h"
 
 namespace kelvo::factor_testing {
 
@@ -141,5 +145,79 @@ inline bool list_is_exact(const WorkVector& x) {
   }
   return true;
 }
+
+/// A header of `structurals` distinct random columns, the rest logicals; any order.
+inline Vector<int> random_header(Random& random, const SparseMatrix& a, int structurals) {
+  const int m = a.num_minor;
+  Vector<int> columns(a.num_major), rows(m), header(m);
+  for (int j = 0; j < a.num_major; ++j) columns[j] = j;
+  for (int i = 0; i < m; ++i) rows[i] = i;
+  for (int k = 0; k < m; ++k) std::swap(rows[k], rows[k + random.below(m - k)]);
+  structurals = std::min({structurals, m, a.num_major});
+  for (int k = 0; k < m; ++k) {
+    if (k < structurals) {
+      std::swap(columns[k], columns[k + random.below(a.num_major - k)]);
+      header[k] = columns[k];
+    } else {
+      header[k] = a.num_major + rows[k];
+    }
+  }
+  for (int k = 0; k < m; ++k) std::swap(header[k], header[k + random.below(m - k)]);
+  return header;
+}
+
+/// A basis that changes column by column, as the simplex changes it, with its factor.
+struct BasisWalk {
+  enum class Step { none, updated, refused };
+
+  BasisWalk(const SparseMatrix& matrix, Vector<int> start, const FactorSettings& settings = {})
+      : a(matrix), header(std::move(start)), factor(matrix, settings, nullptr), x(a.num_minor) {
+    factorize();
+  }
+
+  void factorize() {
+    Vector<BasisRepair> repairs;
+    EXPECT_NE(factor.factorize(header, true, repairs), FactorOutcome::singular);
+  }
+
+  /// Exchanges a random basic variable for a random nonbasic one; half of the time the row of the
+  /// leaving position has been solved for before, as in the dual simplex.
+  Step step(Random& random) {
+    const int m = a.num_minor;
+    const int entering = random.below(a.num_major + m);
+    if (std::find(header.begin(), header.end(), entering) != header.end()) return Step::none;
+    x.clear();
+    Vector<double> column(m, 0.0);
+    add_column(a, entering, 1.0, column);
+    for (int i = 0; i < m; ++i) {
+      if (column[i] != 0.0) x.insert(i, column[i]);
+    }
+    const double expected = random.below(2);
+    factor.ftran(x, expected, true);
+    double largest = 1e-2;
+    for (double value : x.value) largest = std::max(largest, std::fabs(value));
+    int position = -1;
+    for (int p = 0; p < m; ++p) {
+      if (std::fabs(x.value[p]) < 0.1 * largest) continue;
+      if (position < 0 || random.below(3) == 0) position = p;
+    }
+    if (position < 0) return Step::none;
+    const double pivot = x.value[position];
+    if (random.below(2) == 0) {
+      x.clear();
+      x.insert(position, -2.0);
+      factor.btran(x, expected);
+    }
+    header[position] = entering;
+    if (factor.update(position, pivot)) return Step::updated;
+    factorize();
+    return Step::refused;
+  }
+
+  const SparseMatrix& a;
+  Vector<int> header;
+  BasisFactor factor;
+  WorkVector x;
+};
 
 }  // namespace kelvo::factor_testing

@@ -16,26 +16,6 @@ constexpr Shape kShapes[] = {{1, 2, 1.0, 0.0, false},      {2, 4, 1.5, 0.0, true
                              {300, 700, 2.5, 0.0, false},  {300, 700, 3.0, 2.0, false},
                              {2000, 3000, 1.8, 0.0, true}, {1200, 3000, 4.0, 0.0, false}};
 
-/// A header of `structurals` distinct random columns, the rest logicals; any order.
-Vector<int> random_header(Random& random, const SparseMatrix& a, int structurals) {
-  const int m = a.num_minor;
-  Vector<int> columns(a.num_major), rows(m), header(m);
-  for (int j = 0; j < a.num_major; ++j) columns[j] = j;
-  for (int i = 0; i < m; ++i) rows[i] = i;
-  for (int k = 0; k < m; ++k) std::swap(rows[k], rows[k + random.below(m - k)]);
-  structurals = std::min({structurals, m, a.num_major});
-  for (int k = 0; k < m; ++k) {
-    if (k < structurals) {
-      std::swap(columns[k], columns[k + random.below(a.num_major - k)]);
-      header[k] = columns[k];
-    } else {
-      header[k] = a.num_major + rows[k];
-    }
-  }
-  for (int k = 0; k < m; ++k) std::swap(header[k], header[k + random.below(m - k)]);
-  return header;
-}
-
 void expect_solves(BasisFactor& factor, const SparseMatrix& a, const Vector<int>& header,
                    Random& random, double tolerance = kSolveTolerance) {
   const int m = a.num_minor;
@@ -90,52 +70,15 @@ TEST(BasisFactor, UpdatesKeepTheFactorRight) {
     SCOPED_TRACE(testing::Message() << "m " << shape.rows << " seed " << seed);
     Random random(seed++);
     const SparseMatrix a = random_matrix(random, shape);
-    Vector<int> header = random_header(random, a, shape.rows / 2);
-    BasisFactor factor(a, FactorSettings{}, nullptr);
-    Vector<BasisRepair> repairs;
-    ASSERT_NE(factor.factorize(header, true, repairs), FactorOutcome::singular);
-    const int m = shape.rows;
-    Vector<char> basic(a.num_major + m, 0);
-    for (int variable : header) basic[variable] = 1;
-    WorkVector x(m), y(m);
+    BasisWalk walk(a, random_header(random, a, shape.rows / 2));
     int refused = 0, done = 0;
     for (int step = 0; step < 400; ++step) {
-      const int entering = random.below(a.num_major + m);
-      if (basic[entering]) continue;
-      x.clear();
-      Vector<double> column(m, 0.0);
-      add_column(a, entering, 1.0, column);
-      for (int i = 0; i < m; ++i) {
-        if (column[i] != 0.0) x.insert(i, column[i]);
-      }
-      const double expected = random.below(2);
-      factor.ftran(x, expected, true);
-      double largest = 1e-2;
-      for (double value : x.value) largest = std::max(largest, std::fabs(value));
-      int position = -1;
-      for (int p = 0; p < m; ++p) {
-        if (std::fabs(x.value[p]) < 0.1 * largest) continue;
-        if (position < 0 || random.below(3) == 0) position = p;
-      }
-      if (position < 0) continue;
-      if (step % 2 == 0) {
-        y.clear();
-        y.insert(position, -2.0);
-        factor.btran(y, expected);
-      }
-      basic[header[position]] = 0;
-      basic[entering] = 1;
-      header[position] = entering;
-      if (!factor.update(position, x.value[position])) {
-        ++refused;
-        ASSERT_NE(factor.factorize(header, true, repairs), FactorOutcome::singular);
-        std::fill(basic.begin(), basic.end(), 0);
-        for (int variable : header) basic[variable] = 1;
-      }
-      ++done;
-      if (done % 97 == 0) expect_solves(factor, a, header, random, 1e-6);
+      const BasisWalk::Step outcome = walk.step(random);
+      refused += outcome == BasisWalk::Step::refused;
+      done += outcome != BasisWalk::Step::none;
+      if (done % 97 == 0) expect_solves(walk.factor, a, walk.header, random, 1e-6);
     }
-    expect_solves(factor, a, header, random, 1e-6);
+    expect_solves(walk.factor, a, walk.header, random, 1e-6);
     EXPECT_LE(refused, 5);
   }
 }
