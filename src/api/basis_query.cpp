@@ -194,20 +194,16 @@ Status strong_branch(Environment& environment, Problem& problem, const int* indi
   WorkingLp* held = nullptr;
   KELVO_TRY(hold_factor(environment, problem, held));
   Vector<double> down(cnt), up(cnt);
-  const CallContext context{environment.messages(), environment.stop_check()};
+  const RunContext context{&environment.messages(), &environment.stop_check()};
   const TimeLimitScope time_limit(environment);
   SimplexSettings settings =
       read_driver_settings(environment.settings(), problem.objective_sense()).simplex;
   Owned<WorkingLp> working = take_working_lp(problem);
-  StrongBranching branching(model, *working, settings, itlim);
+  StrongBranching branching(model, *working, settings, itlim, context);
   BranchingStop stop = BranchingStop::none;
-  {
-    const WorkingLp::Session session(*working, context);
-    for (int k = 0; k < cnt && stop == BranchingStop::none; ++k) {
-      stop = branching.probe(indices[k], problem.solution.x[indices[k]], down[k], up[k]);
-    }
+  for (int k = 0; k < cnt && stop == BranchingStop::none; ++k) {
+    stop = branching.probe(indices[k], problem.solution.x[indices[k]], down[k], up[k]);
   }
-  // Outside the session, where nothing stops it.
   if (!branching.restore()) return Status::failure(error::kBasisSingular);
   problem.working_lp = std::move(working);
   if (stop == BranchingStop::time_limit) {

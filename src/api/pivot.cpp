@@ -31,9 +31,9 @@ void say_count(Environment& environment, int count, const char* one, const char*
   }
 }
 
-/// Runs change(working) -> ExchangeOutcome on the working LP that stands at the stored basis (the
-/// slack basis when there is none) and stores what comes out. Whatever fails leaves the problem as
-/// it was.
+/// Runs change(working, exchange) -> ExchangeOutcome on the working LP that is at the stored basis
+/// (the slack basis when there is none) and stores what comes out. Whatever fails leaves the
+/// problem as it was.
 template <class Change>
 Status change_basis(Environment& environment, Problem& problem, bool careful, Change change) {
   DriverSettings settings = read_driver_settings(environment.settings(), problem.objective_sense());
@@ -46,9 +46,9 @@ Status change_basis(Environment& environment, Problem& problem, bool careful, Ch
   }
   Owned<WorkingLp> working = take_working_lp(problem);
   {
-    NoStop no_stop;
-    const WorkingLp::Session session(*working, CallContext{environment.messages(), no_stop});
-    const ExchangeOutcome outcome = change(*working);
+    BasisExchange exchange(*working, {.sink = &environment.messages()});
+    const ExchangeOutcome outcome = change(*working, exchange);
+    if (outcome == ExchangeOutcome::done) exchange.compute_values();
     if (outcome == ExchangeOutcome::singular) return Status::failure(error::kBasisSingular);
     if (outcome == ExchangeOutcome::illegal) {
       problem.working_lp = std::move(working);
@@ -100,11 +100,8 @@ Status pivot_in(Environment& environment, Problem& problem, const int* rlist, in
   }
   const Vector<int> rows(rlist, rlist + rlen);
   int count = 0;
-  KELVO_TRY(change_basis(environment, problem, true, [&](WorkingLp& working) {
-    BasisExchange exchange(working);
-    const ExchangeOutcome outcome = exchange.pivot_in(rows, count);
-    if (outcome == ExchangeOutcome::done) exchange.compute_values();
-    return outcome;
+  KELVO_TRY(change_basis(environment, problem, true, [&](WorkingLp&, BasisExchange& exchange) {
+    return exchange.pivot_in(rows, count);
   }));
   say_count(environment, count, "1 row pivoted in.\n", "%d rows pivoted in.\n");
   return Status();
@@ -131,11 +128,8 @@ Status pivot_out(Environment& environment, Problem& problem, const int* clist, i
     return Status();
   }
   int count = 0;
-  KELVO_TRY(change_basis(environment, problem, true, [&](WorkingLp& working) {
-    BasisExchange exchange(working);
-    const ExchangeOutcome outcome = exchange.pivot_out(variables, count);
-    if (outcome == ExchangeOutcome::done) exchange.compute_values();
-    return outcome;
+  KELVO_TRY(change_basis(environment, problem, true, [&](WorkingLp&, BasisExchange& exchange) {
+    return exchange.pivot_out(variables, count);
   }));
   say_count(environment, count, "One variable pivoted out.\n", "%d variables pivoted out.\n");
   return Status();
@@ -165,10 +159,9 @@ ExchangeOutcome let_system_choose_leaving(const Model& model, CallerTableau& tab
                            engine_status(model, leaving, ratio.leaves_at));
 }
 
-ExchangeOutcome pivot(const Model& model, WorkingLp& working, int entering, int leaving,
-                      BasisStatus leaves_at) {
+ExchangeOutcome pivot(const Model& model, WorkingLp& working, BasisExchange& exchange, int entering,
+                      int leaving, BasisStatus leaves_at) {
   CallerTableau tableau(model, working);
-  BasisExchange exchange(working);
   if (entering >= 0 && tableau.status(entering) == kBasic) return ExchangeOutcome::illegal;
   if (leaving < 0) return let_system_choose_leaving(model, tableau, exchange, entering);
   const BasisStatus at = engine_status(model, leaving, leaves_at);
@@ -186,7 +179,7 @@ ExchangeOutcome pivot(const Model& model, WorkingLp& working, int entering, int 
 
 Status set_phase_two(Environment& environment, Problem& problem) {
   return change_basis(environment, problem, false,
-                      [](WorkingLp&) { return ExchangeOutcome::done; });
+                      [](WorkingLp&, BasisExchange&) { return ExchangeOutcome::done; });
 }
 
 Status pivot_once(Environment& environment, Problem& problem, int jenter, int jleave,
@@ -200,12 +193,11 @@ Status pivot_once(Environment& environment, Problem& problem, int jenter, int jl
   if (leaving >= 0 && leavestat != kAtLower && leavestat != kAtUpper) {
     return Status::failure(error::kBadArgument);
   }
-  return change_basis(environment, problem, false, [&](WorkingLp& working) {
-    const ExchangeOutcome outcome =
-        pivot(model, working, entering, leaving, static_cast<BasisStatus>(leavestat));
-    if (outcome == ExchangeOutcome::done) BasisExchange(working).compute_values();
-    return outcome;
-  });
+  return change_basis(environment, problem, false,
+                      [&](WorkingLp& working, BasisExchange& exchange) {
+                        return pivot(model, working, exchange, entering, leaving,
+                                     static_cast<BasisStatus>(leavestat));
+                      });
 }
 
 }  // namespace

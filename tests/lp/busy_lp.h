@@ -25,7 +25,7 @@ struct Solved {
 
 inline Solved solve(const LpProblem& lp, const Vector<int>* start = nullptr,
                     const double* values = nullptr) {
-  Simplex simplex(lp, silent, never);
+  Simplex simplex(lp);
   if (start != nullptr) {
     simplex.set_basis(*start, values);
   } else {

@@ -264,7 +264,7 @@ void ColumnSubset::fill_work() {
 }
 
 void ColumnSubset::start_work() {
-  simplex_ = make_owned<Simplex>(work_, silent_, stop_, hook_);
+  simplex_ = make_owned<Simplex>(work_);
   Vector<int> start(work_.num_vars());
   for (int k = 0; k < work_.num_cols; ++k) start[k] = status_[columns_[k]];
   std::copy(status_.begin() + n_, status_.end(), start.begin() + work_.num_cols);
@@ -286,7 +286,9 @@ SimplexOutcome ColumnSubset::solve_work() {
   run.primal_pricing = PrimalPricing::devex;  // the dual weights of the whole are not at hand
   const int left = std::max(0, settings_.iteration_limit - iterations_);
   run.iteration_limit = std::min(left, std::max(0, run_limit()));
-  SimplexOutcome outcome = rounds_ == 0 ? simplex_->run_dual(run) : simplex_->run_primal(run);
+  const RunContext context{.stop = &stop_, .hook = hook_};
+  SimplexOutcome outcome =
+      rounds_ == 0 ? simplex_->run_dual(run, context) : simplex_->run_primal(run, context);
   // A limit of its own is no reason to stop.
   if (outcome == SimplexOutcome::iteration_limit && run.iteration_limit < left) {
     outcome = SimplexOutcome::non_optimal;
@@ -400,7 +402,10 @@ SubsetEnd ColumnSubset::run(const SimplexSettings& settings) {
       case SimplexOutcome::aborted:
         stop_outcome_ = outcome;
         return SubsetEnd::stopped;
-      default:
+      case SimplexOutcome::objective_limit:
+      case SimplexOutcome::superseded:
+      case SimplexOutcome::singular:
+      case SimplexOutcome::non_optimal:
         return SubsetEnd::given_up;
     }
     add_attractive();

@@ -104,8 +104,7 @@ class ColumnSubset {
   Vector<double> norm_;           // [n] 1 + |a_j|^2
   Vector<Candidate> candidates_;  // columns left out that are attractive
   LpProblem work_;
-  Vector<int> columns_;  // [columns of work_] which they are, ascending
-  SilentSink silent_;
+  Vector<int> columns_;     // [columns of work_] which they are, ascending
   Owned<Simplex> simplex_;  // over work_
   SimplexOutcome stop_outcome_ = SimplexOutcome::aborted;
   bool feasible_ = false;  // a work program had a feasible point

@@ -6,8 +6,7 @@
 
 namespace kelvo {
 
-Simplex::Simplex(const LpProblem& problem, MessageSink& sink, StopCheck& stop, IterationHook* hook)
-    : state_(make_owned<SimplexState>(problem, sink, stop, hook)) {}
+Simplex::Simplex(const LpProblem& problem) : state_(make_owned<SimplexState>(problem)) {}
 Simplex::~Simplex() = default;
 
 void Simplex::set_slack_basis() {
@@ -24,13 +23,15 @@ void Simplex::costs_changed() {
   state_->restore_costs();
 }
 
-SimplexOutcome Simplex::run_dual(const SimplexSettings& settings) {
+SimplexOutcome Simplex::run_dual(const SimplexSettings& settings, const RunContext& context) {
+  const LentContext lent(*state_, context);
   state_->begin_run(settings);
   const SimplexOutcome outcome = run_dual_simplex(*state_);
   if (outcome == SimplexOutcome::optimal) polish_optimum(*state_);
   return outcome;
 }
-SimplexOutcome Simplex::run_primal(const SimplexSettings& settings) {
+SimplexOutcome Simplex::run_primal(const SimplexSettings& settings, const RunContext& context) {
+  const LentContext lent(*state_, context);
   state_->begin_run(settings);
   const SimplexOutcome outcome = run_primal_simplex(*state_);
   if (outcome == SimplexOutcome::optimal) polish_optimum(*state_);
@@ -60,6 +61,10 @@ int Simplex::iterations() const {
 }
 int Simplex::phase_one_iterations() const {
   return state_->phase_one_iterations;
+}
+void Simplex::count_iterations(int all, int phase_one) {
+  state_->iterations += all;
+  state_->phase_one_iterations += phase_one;
 }
 const Vector<double>& Simplex::farkas_dual() const {
   return state_->farkas;

@@ -6,9 +6,9 @@
 #pragma once
 
 #include "base/containers.h"
-#include "base/messages.h"
-#include "base/stop_check.h"
+#include "base/memory.h"
 #include "lp/form/lp_problem.h"
+#include "lp/simplex/run_context.h"
 
 namespace kelvo {
 
@@ -29,18 +29,7 @@ enum class PrimalPricing {
   full = 4
 };
 
-/// Somebody who works at a better start than the basis of a run that takes long. Work is counted in
-/// nonzeros touched, so that runs repeat exactly.
-class Rival {
- public:
-  virtual ~Rival() = default;
-  /// The work of the run at which the next turn is due.
-  virtual double due() const = 0;
-  /// Works for a while; true ends the run as superseded.
-  virtual bool take_turn() = 0;
-};
-
-/// What a run needs to know; a copy of the parameters made when it starts.
+/// The numbers that a run depends on.
 struct SimplexSettings {
   double feasibility_tolerance = 1e-6;
   double optimality_tolerance = 1e-6;
@@ -62,9 +51,8 @@ struct SimplexSettings {
   int price_limit = 0;         // candidates of partial pricing; 0 automatic
   int display = 0;             // 0 nothing, 1 a line per refactorization, 2 a line per iteration
   int service_period = 2100000000;
-  bool scaled = false;     // the problem is a scaled one: log lines say so
-  double sense = 1.0;      // the caller's: objectives in the log are sense * (internal value)
-  Rival* rival = nullptr;  // may be null
+  bool scaled = false;  // the problem is a scaled one: log lines say so
+  double sense = 1.0;   // the caller's: objectives in the log are sense * (internal value)
 };
 
 enum class SimplexOutcome {
@@ -80,21 +68,13 @@ enum class SimplexOutcome {
   non_optimal,  // numerical trouble: stopped at the best known basis
 };
 
-/// Called before each iteration; non-zero stops the run as aborted. `phase_one` tells the phase.
-class IterationHook {
- public:
-  virtual ~IterationHook() = default;
-  virtual int before_iteration(bool dual, bool phase_one) = 0;
-};
-
 class SimplexState;
 
 class Simplex {
  public:
-  /// The problem, sink and stop check must outlive the object; `hook` may be null. The problem's
-  /// costs and bounds may change between runs (then call bounds_changed() or costs_changed()).
-  Simplex(const LpProblem& problem, MessageSink& sink, StopCheck& stop,
-          IterationHook* hook = nullptr);
+  /// The problem must outlive the object. Its costs and bounds may change between runs (then call
+  /// bounds_changed() or costs_changed()).
+  explicit Simplex(const LpProblem& problem);
   ~Simplex();
   Simplex(const Simplex&) = delete;
   Simplex& operator=(const Simplex&) = delete;
@@ -111,8 +91,8 @@ class Simplex {
   void bounds_changed();
   void costs_changed();
 
-  SimplexOutcome run_dual(const SimplexSettings& settings);
-  SimplexOutcome run_primal(const SimplexSettings& settings);
+  SimplexOutcome run_dual(const SimplexSettings& settings, const RunContext& context = {});
+  SimplexOutcome run_primal(const SimplexSettings& settings, const RunContext& context = {});
 
   // Results of the last run; lengths num_vars() where not said otherwise.
   const Vector<int>& status() const;            // BasisStatus of every variable
@@ -123,6 +103,8 @@ class Simplex {
   double objective() const;                     // c'x + offset of the minimization
   int iterations() const;                       // all runs since the construction
   int phase_one_iterations() const;
+  /// Adds iterations that were made elsewhere on the way to this object's basis.
+  void count_iterations(int all, int phase_one);
   /// After `infeasible`: y [num_rows] such that the bounds on (A I)'y prove that no point exists:
   /// max over the box of y'(A x + s) < 0 or min > 0.
   const Vector<double>& farkas_dual() const;

@@ -13,7 +13,10 @@ namespace kelvo {
 
 class SimplexLog final : public FactorEvents {
  public:
-  SimplexLog(const LpProblem& problem, MessageSink& sink) : problem_(problem), sink_(sink) {}
+  explicit SimplexLog(const LpProblem& problem);
+
+  /// Where the messages go from now on; null drops them.
+  void write_to(MessageSink* sink);
 
   /// Starts a run: the header is due again and the clock starts.
   void begin_run(const SimplexSettings& settings, int iterations);
@@ -72,7 +75,7 @@ class SimplexLog final : public FactorEvents {
   const char* variable_name(int variable, char* buffer, int size) const;
 
   const LpProblem& problem_;
-  MessageSink& sink_;
+  MessageSink* sink_;  // never null
   SimplexSettings settings_;
   int display_ = 0;
   int logged_factorizations_ = -1;

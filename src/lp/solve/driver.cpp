@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "lp/sifting/column_subset.h"
-#include "lp/simplex/state/simplex_state.h"
+#include "lp/simplex/simplex_log.h"
 #include "lp/solve/driver_log.h"
 #include "lp/solve/first_order_start.h"
 #include "lp/solve/presolved_lp.h"
@@ -51,7 +51,8 @@ struct Judged {
 /// Shows the rounds of a subset start as lines of the iteration log.
 class SubsetLog final : public SubsetObserver {
  public:
-  SubsetLog(SimplexLog& log, const SimplexSettings& settings) : log_(log) {
+  SubsetLog(const LpProblem& lp, const SimplexSettings& settings, MessageSink* sink) : log_(lp) {
+    log_.write_to(sink);
     log_.begin_run(settings, 0);
   }
   void after_round(int iterations, double objective) override {
@@ -59,7 +60,7 @@ class SubsetLog final : public SubsetObserver {
   }
 
  private:
-  SimplexLog& log_;
+  SimplexLog log_;
 };
 
 class Driver {
@@ -80,9 +81,11 @@ class Driver {
  private:
   Judged first_attempt();
   /// Runs a method on a working LP and judges the outcome. `limit` counts all iterations of this
-  /// driver.
-  Judged attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit);
-  SimplexOutcome run_from_subset(WorkingLp& working, SimplexSettings run);
+  /// driver. `rival` may be null.
+  Judged attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit,
+                 Rival* rival = nullptr);
+  SimplexOutcome run_from_subset(WorkingLp& working, SimplexSettings run,
+                                 const RunContext& context);
   bool is_ordinary() const;
   void judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged);
   void improve_optimum(Judged& judged);
@@ -117,17 +120,22 @@ int status_of(SimplexOutcome outcome) {
       return kUserAborted;
     case SimplexOutcome::objective_limit:
       return kObjectiveLimit;
-    default:
+    case SimplexOutcome::superseded:
+    case SimplexOutcome::singular:
+    case SimplexOutcome::non_optimal:
       return kNonOptimal;
   }
+  return kNonOptimal;
 }
 
 LpMethod other(LpMethod method) {
   return method == LpMethod::dual ? LpMethod::primal : LpMethod::dual;
 }
 
-SimplexOutcome run_method(Simplex& simplex, LpMethod method, const SimplexSettings& run) {
-  return method == LpMethod::dual ? simplex.run_dual(run) : simplex.run_primal(run);
+SimplexOutcome run_method(Simplex& simplex, LpMethod method, const SimplexSettings& run,
+                          const RunContext& context) {
+  return method == LpMethod::dual ? simplex.run_dual(run, context)
+                                  : simplex.run_primal(run, context);
 }
 
 /// Runs that ask for something special take the way they ask for.
@@ -142,27 +150,24 @@ bool Driver::is_ordinary() const {
 
 /// The method from a start basis of its own making; the primal method takes such a basis over, as
 /// it is primal feasible and next to an optimum.
-SimplexOutcome Driver::run_from_subset(WorkingLp& working, SimplexSettings run) {
+SimplexOutcome Driver::run_from_subset(WorkingLp& working, SimplexSettings run,
+                                       const RunContext& context) {
   Simplex& simplex = working.simplex();
-  SimplexState& state = simplex.state();
-  SubsetLog log(state.log, run);
-  ColumnSubset subset(working.lp(), state.stop, state.hook, &log);
-  SimplexSettings parts = run;
-  parts.rival = nullptr;
-  const SubsetEnd end = subset.run(parts);
-  state.iterations += subset.iterations();
-  state.phase_one_iterations += subset.phase_one_iterations();
+  SubsetLog log(working.lp(), run, context.sink);
+  ColumnSubset subset(working.lp(), context_.stop, context.hook, &log);
+  const SubsetEnd end = subset.run(run);
+  simplex.count_iterations(subset.iterations(), subset.phase_one_iterations());
   run.iteration_limit -= subset.iterations();
-  if (end == SubsetEnd::given_up) return run_method(simplex, method_, run);
+  if (end == SubsetEnd::given_up) return run_method(simplex, method_, run, context);
   simplex.set_basis(subset.status());
-  if (end != SubsetEnd::stopped) return simplex.run_primal(run);
+  if (end != SubsetEnd::stopped) return simplex.run_primal(run, context);
   run.iteration_limit = 0;
-  const SimplexOutcome outcome = simplex.run_primal(run);
+  const SimplexOutcome outcome = simplex.run_primal(run, context);
   return outcome == SimplexOutcome::iteration_limit ? subset.stop_outcome() : outcome;
 }
 
-Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base,
-                       int limit) {
+Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit,
+                       Rival* rival) {
   SimplexSettings run = base;
   run.iteration_limit = std::max(0, limit - iterations_);
   run.scaled = working.scaling().active();
@@ -170,10 +175,10 @@ Judged Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSetting
   Simplex& simplex = working.simplex();
   const int before = simplex.iterations();
   const int phase_one_before = simplex.phase_one_iterations();
-  const WorkingLp::Session session(working, context_);
+  const RunContext context = context_.for_run(rival);
   const bool by_parts = own_start_ && is_ordinary() && ColumnSubset::pays(working.lp());
   const SimplexOutcome outcome =
-      by_parts ? run_from_subset(working, run) : run_method(simplex, method, run);
+      by_parts ? run_from_subset(working, run, context) : run_method(simplex, method, run, context);
   own_start_ = false;
   iterations_ += simplex.iterations() - before;
   phase_one_iterations_ += simplex.phase_one_iterations() - phase_one_before;
@@ -217,8 +222,15 @@ void Driver::judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged) {
       judged.trustworthy = record.primal_feasible && record.dual_feasible;
       if (judged.trustworthy) judged.status = kOptimal;
       break;
-    default:
+    case SimplexOutcome::iteration_limit:
+    case SimplexOutcome::time_limit:
+    case SimplexOutcome::aborted:
+    case SimplexOutcome::objective_limit:
       judged.trustworthy = true;
+      break;
+    case SimplexOutcome::superseded:
+    case SimplexOutcome::singular:
+      break;
   }
 }
 
@@ -304,8 +316,7 @@ Judged Driver::first_attempt() {
   run.keep_optimal_start = !own_start_;
   if (!own_start_ || !is_ordinary()) return attempt(*working_, method_, run, limit);
   FirstOrderStart rival(model_, context_.stop);
-  run.rival = &rival;
-  Judged judged = attempt(*working_, method_, run, limit);
+  Judged judged = attempt(*working_, method_, run, limit, &rival);
   if (!judged.superseded) return judged;
   log_.first_order_start(iterations_);
   rival.give_basis(*working_);
@@ -367,8 +378,7 @@ StartPlan plan_start(const Model& model, Owned<WorkingLp>& working, const Stored
   if (!settings.use_basis || !start.present) return StartPlan::none;
   if (start.has_norms() && !settings.always_crush) return StartPlan::as_it_stands;
   prepare_working_lp(model, working, start, settings, context);
-  const WorkingLp::Session session(*working, context);
-  const StartQuality quality = judge_start(*working, settings.simplex);
+  const StartQuality quality = judge_start(*working, settings.simplex, context.for_run());
   if (!quality.factored) return StartPlan::crush;
   const bool feasible = quality.primal_wrong == 0 || quality.dual_wrong == 0;
   const double share = feasible ? kShareWrongOfFeasible : kShareWrong;

@@ -19,9 +19,10 @@ bool has_wrong_sign(const LpProblem& lp, int v, int status, double reduced_cost,
 
 }  // namespace
 
-StartQuality judge_start(WorkingLp& working, const SimplexSettings& settings) {
+StartQuality judge_start(WorkingLp& working, const SimplexSettings& settings,
+                         const RunContext& context) {
   StartQuality quality;
-  if (!working.compute_basic_solution(settings)) return quality;
+  if (!working.compute_basic_solution(settings, context)) return quality;
   quality.factored = true;
   const LpProblem& lp = working.lp();
   const Simplex& simplex = working.simplex();
@@ -39,7 +40,7 @@ StartQuality judge_start(WorkingLp& working, const SimplexSettings& settings) {
 }
 
 bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings) {
-  const StartQuality quality = judge_start(working, settings);
+  const StartQuality quality = judge_start(working, settings, {});
   return quality.factored && quality.primal_wrong == 0;
 }
 

@@ -12,7 +12,8 @@ struct StartQuality {
 };
 
 /// Factors the basis in force, computes its values and counts.
-StartQuality judge_start(WorkingLp& working, const SimplexSettings& settings);
+StartQuality judge_start(WorkingLp& working, const SimplexSettings& settings,
+                         const RunContext& context);
 
 /// True when the basic solution of the working LP satisfies its bounds.
 bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings);

@@ -14,18 +14,6 @@ bool is_weight(double norm) {
 
 }  // namespace
 
-WorkingLp::Session::Session(WorkingLp& working, const CallContext& context) : working_(working) {
-  working_.sink_.target = &context.sink;
-  working_.stop_.target = &context.stop;
-  working_.hook_.target = context.hook;
-}
-
-WorkingLp::Session::~Session() {
-  working_.sink_.target = nullptr;
-  working_.stop_.target = nullptr;
-  working_.hook_.target = nullptr;
-}
-
 WorkingLp::WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink)
     : requested_(method), lp_(make_lp_problem(model)) {
   close_crossed_bounds(lp_);
@@ -35,7 +23,7 @@ WorkingLp::WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink
 
 void WorkingLp::make_simplex() {
   simplex_.reset();
-  simplex_ = make_owned<Simplex>(lp_, sink_, stop_, &hook_);
+  simplex_ = make_owned<Simplex>(lp_);
   simplex_->set_slack_basis();
 }
 
@@ -122,8 +110,9 @@ void WorkingLp::change_bounds(int column, double lower, double upper) {
   simplex_->bounds_changed();
 }
 
-bool WorkingLp::compute_basic_solution(const SimplexSettings& settings) {
+bool WorkingLp::compute_basic_solution(const SimplexSettings& settings, const RunContext& context) {
   SimplexState& state = simplex_->state();
+  const LentContext lent(state, context);
   state.begin_run(settings);
   if (no_factor(state.refactorize())) return false;
   state.store_results();

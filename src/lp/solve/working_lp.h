@@ -2,11 +2,10 @@
 //
 // It is kept between calls, so that a call after a change of bounds, right-hand sides or costs
 // continues with the factor and the pricing weights of the last one. Whether it still fits the
-// model is not a matter of trust: prepare() compares the numbers themselves, which costs no more
-// than the check of the answer that ends every call.
+// model is not a matter of trust: fits() compares the numbers themselves, which costs no more than
+// the check of the answer that ends every call.
 //
-// The message sink, the stop check and the hook belong to a call, the working LP outlives it;
-// attach() connects the two for the life of a WorkingLp::Session.
+// The message sink, the stop check and the hook belong to a call, which hands them to each run.
 #pragma once
 
 #include "lp/form/scaling.h"
@@ -22,24 +21,15 @@ struct CallContext {
   MessageSink& sink;
   StopCheck& stop;
   IterationHook* hook = nullptr;  // may be null
+
+  /// For one run of a simplex method.
+  RunContext for_run(Rival* rival = nullptr) const { return {&sink, &stop, hook, rival}; }
 };
 
 class WorkingLp final : public Attachment {
  public:
   /// Copies and scales the model and starts with the slack basis.
   WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink);
-
-  /// Connects the engines to a call.
-  class Session {
-   public:
-    Session(WorkingLp& working, const CallContext& context);
-    ~Session();
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-
-   private:
-    WorkingLp& working_;
-  };
 
   /// True when the matrix of the model and the scaling asked for are those of this object.
   bool fits(const Model& model, ScalingMethod method) const;
@@ -57,7 +47,7 @@ class WorkingLp final : public Attachment {
   bool has_basic_variables_of(const StoredBasis& basis) const;
   /// Factors the basis in force and computes its values without iterating; false when the basis is
   /// singular.
-  bool compute_basic_solution(const SimplexSettings& settings);
+  bool compute_basic_solution(const SimplexSettings& settings, const RunContext& context);
 
   const LpProblem& lp() const { return lp_; }
   const Scaling& scaling() const { return scaling_; }
@@ -88,38 +78,12 @@ class WorkingLp final : public Attachment {
  private:
   static constexpr Revisions kNoRevisions{.structure = ~std::uint64_t{0}};
 
-  class SinkRelay final : public MessageSink {
-   public:
-    void send(Channel channel, const char* text) override {
-      if (target != nullptr) target->send(channel, text);
-    }
-    void flush(Channel channel) override {
-      if (target != nullptr) target->flush(channel);
-    }
-    MessageSink* target = nullptr;
-  };
-  class StopRelay final : public StopCheck {
-   public:
-    int check() override { return target == nullptr ? 0 : target->check(); }
-    StopCheck* target = nullptr;
-  };
-  class HookRelay final : public IterationHook {
-   public:
-    int before_iteration(bool dual, bool phase_one) override {
-      return target == nullptr ? 0 : target->before_iteration(dual, phase_one);
-    }
-    IterationHook* target = nullptr;
-  };
-
   void make_simplex();
 
   ScalingMethod requested_;
   Revisions agrees_with_ = kNoRevisions;
   LpProblem lp_;
   Scaling scaling_;
-  SinkRelay sink_;
-  StopRelay stop_;
-  HookRelay hook_;
   Owned<Simplex> simplex_;  // over lp_
 };
 

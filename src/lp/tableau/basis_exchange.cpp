@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "lp/simplex/simplex_tolerances.h"
-#include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
 
@@ -18,8 +17,8 @@ constexpr double kLeastPivotShare = 1e-5;
 
 }  // namespace
 
-BasisExchange::BasisExchange(WorkingLp& working)
-    : state_(working.simplex().state()), m_(state_.m), n_(state_.n) {}
+BasisExchange::BasisExchange(WorkingLp& working, const RunContext& context)
+    : state_(working.simplex().state()), lent_(state_, context), m_(state_.m), n_(state_.n) {}
 
 void BasisExchange::compute_column(int variable) {
   state_.entering.clear();

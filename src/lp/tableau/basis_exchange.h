@@ -6,6 +6,7 @@
 // working LP must be thrown away.
 #pragma once
 
+#include "lp/simplex/state/simplex_state.h"
 #include "lp/solve/working_lp.h"
 
 namespace kelvo {
@@ -14,7 +15,8 @@ enum class ExchangeOutcome { done, illegal, singular };
 
 class BasisExchange {
  public:
-  explicit BasisExchange(WorkingLp& working);
+  /// `context` must outlive the object.
+  BasisExchange(WorkingLp& working, const RunContext& context);
 
   /// Makes the slacks of rows basic. Each takes the place of a variable that is not among them:
   /// of those with large enough pivots the one nearest to a bound, so that the solution moves
@@ -44,6 +46,7 @@ class BasisExchange {
   BasisStatus nearest_bound(int variable, double value) const;
 
   SimplexState& state_;
+  const LentContext lent_;
   const int m_;
   const int n_;
 };

@@ -33,11 +33,8 @@ WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, MessageS
     const bool has_x = solution.has_primal && solution.has_basis;
     working->start_from(problem.basis, model, has_x ? solution.x.data() : nullptr);
   }
-  {
-    NoStop no_stop;
-    const WorkingLp::Session session(*working, CallContext{sink, no_stop});
-    if (!working->compute_basic_solution(settings.simplex)) return nullptr;
-  }
+  // A look at a basis does not stop half-way: one factorization is all it takes.
+  if (!working->compute_basic_solution(settings.simplex, {.sink = &sink})) return nullptr;
   if (!allow_repair && problem.basis.present && !working->has_basic_variables_of(problem.basis)) {
     return nullptr;
   }

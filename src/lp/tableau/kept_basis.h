@@ -18,12 +18,6 @@ inline Owned<WorkingLp> take_working_lp(Problem& problem) {
   return Owned<WorkingLp>(static_cast<WorkingLp*>(problem.working_lp.release()));
 }
 
-/// What looks at a basis does not stop half-way: one factorization is all it takes.
-class NoStop final : public StopCheck {
- public:
-  int check() override { return 0; }
-};
-
 /// Makes the problem's working LP stand at the stored basis (the slack basis when it stores none)
 /// with a valid factor, primal values and reduced costs. Null when the stored basis is singular,
 /// unless `allow_repair`: then dependent columns give way to slacks.

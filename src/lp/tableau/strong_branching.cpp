@@ -16,8 +16,9 @@ constexpr double kWorstObjective = 1e75;
 }  // namespace
 
 StrongBranching::StrongBranching(const Model& model, WorkingLp& working,
-                                 const SimplexSettings& settings, int iteration_limit)
-    : model_(model), working_(working), settings_(settings) {
+                                 const SimplexSettings& settings, int iteration_limit,
+                                 const RunContext& context)
+    : model_(model), working_(working), settings_(settings), context_(context) {
   settings_.iteration_limit = iteration_limit;
   settings_.display = 0;
   settings_.objective_lower_limit = -kWorstObjective;
@@ -31,7 +32,7 @@ BranchingStop StrongBranching::run_side(int j, double lower, double upper, doubl
   if (lower > upper) return BranchingStop::none;
   working_.change_bounds(j, lower, upper);
   Simplex& simplex = working_.simplex();
-  const SimplexOutcome outcome = simplex.run_dual(settings_);
+  const SimplexOutcome outcome = simplex.run_dual(settings_, context_);
   if (outcome != SimplexOutcome::infeasible) {
     objective = model_.sense * (simplex.objective() - working_.lp().offset);
   }
@@ -44,9 +45,16 @@ BranchingStop StrongBranching::run_side(int j, double lower, double upper, doubl
     case SimplexOutcome::aborted:
     case SimplexOutcome::singular:
       return BranchingStop::aborted;
-    default:
-      return BranchingStop::none;
+    case SimplexOutcome::optimal:
+    case SimplexOutcome::infeasible:
+    case SimplexOutcome::unbounded:
+    case SimplexOutcome::iteration_limit:
+    case SimplexOutcome::objective_limit:
+    case SimplexOutcome::superseded:
+    case SimplexOutcome::non_optimal:
+      break;
   }
+  return BranchingStop::none;
 }
 
 BranchingStop StrongBranching::probe(int j, double x, double& down, double& up) {
@@ -61,7 +69,7 @@ BranchingStop StrongBranching::probe(int j, double x, double& down, double& up) 
 
 bool StrongBranching::restore() {
   working_.simplex().state().restore_basis(optimal_);
-  return working_.compute_basic_solution(settings_);
+  return working_.compute_basic_solution(settings_, {});
 }
 
 }  // namespace kelvo

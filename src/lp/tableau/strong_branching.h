@@ -16,16 +16,17 @@ enum class BranchingStop { none, time_limit, aborted };
 
 class StrongBranching {
  public:
-  /// The working LP stands at an optimal basis with its factor, within a session. `settings` are
-  /// those of the environment; display and limits are set here.
+  /// The working LP is at an optimal basis with its factor. `settings` are those of the
+  /// environment; display and limits are set here. All arguments must outlive the object.
   StrongBranching(const Model& model, WorkingLp& working, const SimplexSettings& settings,
-                  int iteration_limit);
+                  int iteration_limit, const RunContext& context);
 
   /// Objectives in the model's sense after rounding column `j`, which has the value x: 1e75 times
   /// the sense for a side that is infeasible. A value that is integral has its bound moved to it.
   BranchingStop probe(int j, double x, double& down, double& up);
 
-  /// Brings factor and values of the optimal basis back; false when that is singular.
+  /// Brings factor and values of the optimal basis back, whatever the stop check says; false when
+  /// that is singular.
   bool restore();
 
  private:
@@ -34,6 +35,7 @@ class StrongBranching {
   const Model& model_;
   WorkingLp& working_;
   SimplexSettings settings_;
+  const RunContext& context_;
   SimplexState::BasisCopy optimal_;
 };
 

@@ -18,9 +18,7 @@ using test::StopAt;
 using test::TextSink;
 
 double exact_objective(const LpProblem& lp) {
-  SilentSink sink;
-  NeverStop stop;
-  Simplex simplex(lp, sink, stop);
+  Simplex simplex(lp);
   EXPECT_EQ(simplex.run_dual({}), SimplexOutcome::optimal);
   return simplex.objective();
 }

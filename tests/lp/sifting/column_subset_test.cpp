@@ -102,18 +102,15 @@ struct Trial {
 };
 
 double optimal_value(const LpProblem& lp) {
-  SilentSink sink;
   NeverStop never;
-  Simplex simplex(lp, sink, never);
+  Simplex simplex(lp);
   EXPECT_EQ(simplex.run_dual({}), SimplexOutcome::optimal);
   return simplex.objective();
 }
 
 /// The basis is an optimum of the whole program, without any more work.
 void expect_priced_out(const LpProblem& lp, const ColumnSubset& subset) {
-  SilentSink sink;
-  NeverStop never;
-  Simplex simplex(lp, sink, never);
+  Simplex simplex(lp);
   simplex.set_basis(subset.status());
   ASSERT_EQ(simplex.run_primal({}), SimplexOutcome::optimal);
   EXPECT_EQ(simplex.iterations(), 0);
@@ -189,9 +186,7 @@ TEST(ColumnSubset, LeavesInfeasibleAndUnboundedProgramsToOthers) {
   for (int j = 100; j < 110; ++j) endless.cost[j] = -1.0;
   const Trial run(endless);
   ASSERT_EQ(run.end, SubsetEnd::unfinished);
-  SilentSink sink;
-  NeverStop never;
-  Simplex simplex(endless, sink, never);
+  Simplex simplex(endless);
   simplex.set_basis(run.subset.status());
   EXPECT_EQ(simplex.run_primal({}), SimplexOutcome::unbounded);
 }

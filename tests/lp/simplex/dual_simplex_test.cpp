@@ -17,12 +17,10 @@ using test::TextSink;
 
 class DualSimplex : public ::testing::Test {
  protected:
-  SilentSink sink;
-  NeverStop stop;
   SimplexSettings settings;
 
   void solve_to(const LpProblem& lp, double objective) {
-    Simplex simplex(lp, sink, stop);
+    Simplex simplex(lp);
     ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::optimal);
     expect_optimal(lp, simplex);
     EXPECT_NEAR(simplex.objective(), objective, 1e-6);
@@ -74,7 +72,7 @@ TEST_F(DualSimplex, InfeasibleAndUnboundedPrograms) {
       dense_lp({{-1, 0, kInf}, {-1, 0, kInf}}, {{1, -1}, {-1, 1}}, {{1, kInf}, {1, kInf}}),
   };
   for (const LpProblem& lp : infeasible) {
-    Simplex simplex(lp, sink, stop);
+    Simplex simplex(lp);
     ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::infeasible);
     expect_infeasibility_proof(lp, simplex.farkas_dual());
   }
@@ -84,7 +82,7 @@ TEST_F(DualSimplex, InfeasibleAndUnboundedPrograms) {
       dense_lp({{1, -kInf, kInf}, {1, 0, kInf}}, {{1, 1}}, {{-kInf, 4}}),
   };
   for (const LpProblem& lp : unbounded) {
-    Simplex simplex(lp, sink, stop);
+    Simplex simplex(lp);
     EXPECT_EQ(simplex.run_dual(settings), SimplexOutcome::unbounded);
   }
 }
@@ -97,7 +95,7 @@ TEST_F(DualSimplex, RandomProgramsUnderEveryPricing) {
         random_feasible_lp(random, 1 + random.below(25), 1 + random.below(30), seed % 2 == 0);
     double first = 0.0;
     for (int pricing = 0; pricing <= 5; ++pricing) {
-      Simplex simplex(lp, sink, stop);
+      Simplex simplex(lp);
       settings.dual_pricing = static_cast<DualPricing>(pricing);
       settings.refactor_frequency = pricing == 2 ? 3 : 0;
       ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::optimal);
@@ -119,8 +117,8 @@ TEST_F(DualSimplex, RandomInfeasibleProgramsAreProved) {
       lp.lower[i] += push;
       lp.upper[i] += push;
     }
-    Simplex simplex(lp, sink, stop);
-    Simplex other(lp, sink, stop);
+    Simplex simplex(lp);
+    Simplex other(lp);
     const SimplexOutcome outcome = simplex.run_dual(settings);
     ASSERT_EQ(outcome, other.run_primal(settings));
     if (outcome == SimplexOutcome::infeasible) {
@@ -142,7 +140,7 @@ TEST_F(DualSimplex, WarmStartsAgreeWithColdOnesAndAreShort) {
     SCOPED_TRACE(seed);
     Random random(seed * 31337);
     LpProblem lp = random_feasible_lp(random, 20 + random.below(20), 40, false);
-    Simplex warm(lp, sink, stop);
+    Simplex warm(lp);
     ASSERT_EQ(warm.run_dual(settings), SimplexOutcome::optimal);
     for (int change = 0; change < 5; ++change) {
       // A branch: one variable loses half of its range, or is given it back.
@@ -153,7 +151,7 @@ TEST_F(DualSimplex, WarmStartsAgreeWithColdOnesAndAreShort) {
       const int before = warm.iterations();
       const SimplexOutcome outcome = warm.run_dual(settings);
       warm_iterations += warm.iterations() - before;
-      Simplex cold(lp, sink, stop);
+      Simplex cold(lp);
       ASSERT_EQ(outcome, cold.run_dual(settings));
       cold_iterations += cold.iterations();
       if (outcome != SimplexOutcome::optimal) break;
@@ -167,9 +165,9 @@ TEST_F(DualSimplex, WarmStartsAgreeWithColdOnesAndAreShort) {
 TEST_F(DualSimplex, AGivenBasisIsCompletedAndUsed) {
   Random random(5);
   const LpProblem lp = random_feasible_lp(random, 30, 40, true);
-  Simplex first(lp, sink, stop);
+  Simplex first(lp);
   ASSERT_EQ(first.run_dual(settings), SimplexOutcome::optimal);
-  Simplex again(lp, sink, stop);
+  Simplex again(lp);
   again.set_basis(first.status());
   ASSERT_EQ(again.run_dual(settings), SimplexOutcome::optimal);
   EXPECT_EQ(again.iterations(), 0);
@@ -177,7 +175,7 @@ TEST_F(DualSimplex, AGivenBasisIsCompletedAndUsed) {
   // Everything nonbasic, everything basic, twice the same column among the basic ones.
   Vector<int> status(lp.num_vars(), kAtUpper);
   for (int kind = 0; kind < 3; ++kind) {
-    Simplex simplex(lp, sink, stop);
+    Simplex simplex(lp);
     if (kind == 1) status.assign(lp.num_vars(), kBasic);
     if (kind == 2) {
       status.assign(lp.num_vars(), kFreeSuper);
@@ -195,10 +193,10 @@ TEST_F(DualSimplex, ASingularBasisIsRepaired) {
       dense_lp({{1, 0, 10}, {1, 0, 10}, {2, 0, 10}}, {{1, 1, 2}, {1, 1, 1}}, {{3, 8}, {2, kInf}});
   TextSink text;
   settings.display = 1;
-  Simplex simplex(lp, text, stop);
+  Simplex simplex(lp);
   Vector<int> status{kBasic, kBasic, kAtLower, kAtLower, kAtLower};
   simplex.set_basis(status);
-  ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::optimal);
+  ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   expect_optimal(lp, simplex);
   EXPECT_NE(text.text.find("Repairing basis singularity.\n"), std::string::npos);
   EXPECT_NE(text.text.find("fixed because of singularity.\n"), std::string::npos);
@@ -207,12 +205,12 @@ TEST_F(DualSimplex, ASingularBasisIsRepaired) {
 TEST_F(DualSimplex, LimitsStopTheRun) {
   Random random(11);
   const LpProblem lp = random_feasible_lp(random, 40, 60, true);
-  Simplex full(lp, sink, stop);
+  Simplex full(lp);
   ASSERT_EQ(full.run_dual(settings), SimplexOutcome::optimal);
   ASSERT_GT(full.iterations(), 10);
 
   settings.iteration_limit = 0;
-  Simplex limited(lp, sink, stop);
+  Simplex limited(lp);
   EXPECT_EQ(limited.run_dual(settings), SimplexOutcome::iteration_limit);
   EXPECT_EQ(limited.iterations(), 0);
   for (int i = 0; i < lp.num_rows; ++i) EXPECT_EQ(limited.status()[lp.num_cols + i], kBasic);
@@ -225,14 +223,14 @@ TEST_F(DualSimplex, LimitsStopTheRun) {
 
   for (const int at : {0, 1, 5, 9}) {
     StopAt time(at, 11);
-    Simplex timed(lp, sink, time);
-    EXPECT_EQ(timed.run_dual(settings), SimplexOutcome::time_limit);
+    Simplex timed(lp);
+    EXPECT_EQ(timed.run_dual(settings, {.stop = &time}), SimplexOutcome::time_limit);
     StopAt abort(at, 13);
-    Simplex aborted(lp, sink, abort);
-    EXPECT_EQ(aborted.run_dual(settings), SimplexOutcome::aborted);
+    Simplex aborted(lp);
+    EXPECT_EQ(aborted.run_dual(settings, {.stop = &abort}), SimplexOutcome::aborted);
     StopAt hook(at, 1);
-    Simplex hooked(lp, sink, stop, &hook);
-    EXPECT_EQ(hooked.run_dual(settings), SimplexOutcome::aborted);
+    Simplex hooked(lp);
+    EXPECT_EQ(hooked.run_dual(settings, {.hook = &hook}), SimplexOutcome::aborted);
     EXPECT_LE(hooked.iterations(), at);
   }
 }
@@ -241,7 +239,7 @@ TEST_F(DualSimplex, LimitsStopTheRun) {
 TEST_F(DualSimplex, AnOptimumIsPolished) {
   const LpProblem lp = dense_lp({{1e5, 0, 1}, {1, 0, 1}}, {{1, 0}, {1, 1}}, {{5e-9, kInf}, {0, 1}});
   for (const bool dual : {true, false}) {
-    Simplex simplex(lp, sink, stop);
+    Simplex simplex(lp);
     ASSERT_EQ(dual ? simplex.run_dual(settings) : simplex.run_primal(settings),
               SimplexOutcome::optimal);
     EXPECT_NEAR(simplex.objective(), 5e-4, 1e-9);
@@ -255,16 +253,17 @@ TEST_F(DualSimplex, AStopAtAnyMomentLeavesAStateToGoOnFrom) {
   Random random(23);
   const LpProblem lp = random_feasible_lp(random, 150, 200, true);
   settings.refactor_frequency = 10;
-  Simplex full(lp, sink, stop);
+  Simplex full(lp);
   ASSERT_EQ(full.run_dual(settings), SimplexOutcome::optimal);
   int next = 0;
   for (const bool dual : {true, false}) {
     for (int at = 0; at < 400; at += 1 + next++ % 7) {
       SCOPED_TRACE(at);
       StopAt time(at, 11);
-      Simplex simplex(lp, sink, time);
+      Simplex simplex(lp);
       const auto run = [&] {
-        return dual ? simplex.run_dual(settings) : simplex.run_primal(settings);
+        return dual ? simplex.run_dual(settings, {.stop = &time})
+                    : simplex.run_primal(settings, {.stop = &time});
       };
       if (run() == SimplexOutcome::optimal) continue;
       EXPECT_EQ(std::count(simplex.status().begin(), simplex.status().end(), kBasic), lp.num_rows);
@@ -283,14 +282,14 @@ TEST_F(DualSimplex, TheObjectiveLimitIsProved) {
     Random random(seed * 65537);
     const LpProblem lp = random_feasible_lp(random, 30, 40, false);
     settings.objective_upper_limit = 1e75;
-    Simplex full(lp, sink, stop);
+    Simplex full(lp);
     ASSERT_EQ(full.run_dual(settings), SimplexOutcome::optimal);
     const double optimum = full.objective();
     settings.objective_upper_limit = optimum + 1.0;
-    Simplex above(lp, sink, stop);
+    Simplex above(lp);
     EXPECT_EQ(above.run_dual(settings), SimplexOutcome::optimal);
     settings.objective_upper_limit = optimum - 1.0;
-    Simplex below(lp, sink, stop);
+    Simplex below(lp);
     const SimplexOutcome outcome = below.run_dual(settings);
     EXPECT_TRUE(outcome == SimplexOutcome::objective_limit || outcome == SimplexOutcome::optimal);
     stopped += outcome == SimplexOutcome::objective_limit;
@@ -304,8 +303,8 @@ TEST_F(DualSimplex, LogLines) {
   TextSink text;
   settings.display = 1;
   settings.perturbation = 1e-8;
-  Simplex simplex(lp, text, stop);
-  ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::optimal);
+  Simplex simplex(lp);
+  ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   const std::string start =
       "Perturbation started.\n\nIteration log . . .\n"
       "Iteration:     0   Dual objective     =             0.000000\n";
@@ -314,21 +313,21 @@ TEST_F(DualSimplex, LogLines) {
 
   // From the optimal basis there is one line and nothing else.
   text.text.clear();
-  ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::optimal);
+  ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   EXPECT_EQ(
       text.text,
       "\nIteration log . . .\nIteration:     2   Dual objective     =            10.000000\n");
   // The caller's sense turns objectives around.
   text.text.clear();
   settings.sense = -1.0;
-  ASSERT_EQ(simplex.run_dual(settings), SimplexOutcome::optimal);
+  ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   EXPECT_NE(text.text.find("Dual objective     =           -10.000000\n"), std::string::npos);
 
   text.text.clear();
   settings.scaled = true;
   const LpProblem open = dense_lp({{-2, 0, kInf}, {3, 0, kInf}}, {{1, 1}}, {{1, 7}});
-  Simplex phased(open, text, stop);
-  ASSERT_EQ(phased.run_dual(settings), SimplexOutcome::optimal);
+  Simplex phased(open);
+  ASSERT_EQ(phased.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   EXPECT_NE(text.text.find("Iteration:     0   Scaled dual infeas =             2.0000"),
             std::string::npos)
       << text.text;

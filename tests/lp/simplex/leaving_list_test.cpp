@@ -16,9 +16,7 @@ TEST(LeavingList, FindsAPositionAmongManyEqualOnes) {
   model.rhs.assign(kRows, 1.0);
   model.row_sense.assign(kRows, 'L');
   const LpProblem lp = make_lp_problem(model);
-  SilentSink sink;
-  NeverStop stop;
-  SimplexState state(lp, sink, stop, nullptr);
+  SimplexState state(lp);
   state.set_slack_basis();
   state.basic_lower.assign(kRows, 0.0);
   state.basic_upper.assign(kRows, kInf);

@@ -19,13 +19,12 @@ LpProblem program() {
 
 struct DualRun {
   explicit DualRun(const LpProblem& lp, int polls = 2100000000)
-      : stop(polls, kTimeLimit), simplex(lp, sink, stop) {
+      : stop(polls, kTimeLimit), simplex(lp) {
     simplex.set_slack_basis();
   }
-  SimplexOutcome dual() { return simplex.run_dual(SimplexSettings()); }
+  SimplexOutcome dual() { return simplex.run_dual(SimplexSettings(), {.stop = &stop}); }
 
   static constexpr int kTimeLimit = 11;
-  SilentSink sink;
   test::StopAt stop;
   Simplex simplex;
 };

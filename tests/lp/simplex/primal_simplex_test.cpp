@@ -18,8 +18,6 @@ using test::TextSink;
 
 class PrimalSimplex : public ::testing::Test {
  protected:
-  SilentSink sink;
-  NeverStop stop;
   SimplexSettings settings;
 };
 
@@ -34,7 +32,7 @@ TEST_F(PrimalSimplex, RandomProgramsUnderEveryPricing) {
     double first = 0.0;
     for (int pricing = -1; pricing <= 4; ++pricing) {
       SCOPED_TRACE(pricing);
-      Simplex simplex(lp, sink, stop);
+      Simplex simplex(lp);
       settings.primal_pricing = static_cast<PrimalPricing>(pricing);
       ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
       expect_optimal(lp, simplex);
@@ -70,15 +68,15 @@ LpProblem transportation(Random& random, int sources, int sinks) {
 TEST_F(PrimalSimplex, AutomaticPricingChangesItsRuleAndStaysRight) {
   Random random(3);
   const LpProblem lp = transportation(random, 60, 70);
-  Simplex reference(lp, sink, stop);
+  Simplex reference(lp);
   ASSERT_EQ(reference.run_dual(settings), SimplexOutcome::optimal);
   for (const int threshold : {0, 1}) {
     TextSink text;
     settings.display = 1;
     settings.perturbation_limit = threshold;
     settings.refactor_frequency = 20;
-    Simplex simplex(lp, text, stop);
-    ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+    Simplex simplex(lp);
+    ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
     expect_optimal(lp, simplex);
     EXPECT_NEAR(simplex.objective(), reference.objective(), 1e-6);
     const std::size_t steepest = text.text.find("Switched to steepest-edge.\n");
@@ -111,8 +109,8 @@ TEST_F(PrimalSimplex, LogLines) {
   for (const auto& c : cases) {
     TextSink text;
     settings.primal_pricing = c.pricing;
-    Simplex simplex(lp, text, stop);
-    ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+    Simplex simplex(lp);
+    ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
     EXPECT_NEAR(simplex.objective(), -4.0, 1e-9);
     const std::string expected =
         std::string(c.start) + "Iteration:     0    Objective     =             0.000000\n";
@@ -122,7 +120,7 @@ TEST_F(PrimalSimplex, LogLines) {
 
 TEST_F(PrimalSimplex, PerturbationsBecomeSmallerButNotLostInRounding) {
   const LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}}, {{1, 1}}, {{4, kInf}});
-  Simplex simplex(lp, sink, stop);
+  Simplex simplex(lp);
   simplex.set_basis(Vector<int>{kBasic, kAtLower, kAtUpper});
   SimplexState& state = simplex.state();
   settings.perturbation_limit = 1;
@@ -149,9 +147,9 @@ TEST_F(PrimalSimplex, DroppedVariablesArePricedAtTheEnd) {
                                   {{1, 1, 2}, {1, 1, 1}}, {{3, 8}, {2, kInf}});
     TextSink text;
     settings.display = 1;
-    Simplex simplex(lp, text, stop);
+    Simplex simplex(lp);
     simplex.set_basis(Vector<int>{kBasic, kBasic, kAtLower, kAtLower, kAtLower});
-    ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+    ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
     expect_optimal(lp, simplex);
     EXPECT_NE(text.text.find("fixed because of singularity.\n"), std::string::npos);
     satisfied +=
@@ -169,10 +167,10 @@ TEST_F(PrimalSimplex, SuperbasicsAreCountedAndPriced) {
   const LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}, {-1, 0, 5}}, {{1, 1, 1}}, {{4, kInf}});
   TextSink text;
   settings.display = 1;
-  Simplex simplex(lp, text, stop);
+  Simplex simplex(lp);
   const double values[] = {2.5, 0.0, 1.0, 0.0};
   simplex.set_basis(Vector<int>{kFreeSuper, kAtLower, kFreeSuper, kBasic}, values);
-  ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+  ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
   EXPECT_NE(text.text.find("Primal superbasis exists (2).\n"), std::string::npos);
   EXPECT_NEAR(simplex.objective(), -5.0, 1e-9);
 }
@@ -181,7 +179,7 @@ TEST_F(PrimalSimplex, AnOptimumBetweenVerticesIsMovedToOne) {
   // x + y + z >= 4 costs the same whoever pays; f is free and stands anywhere between -9 and 1.
   const LpProblem lp = dense_lp({{1, 0, 3}, {1, -1, 3}, {1, -kInf, 2}, {0, -kInf, kInf}},
                                 {{1, 1, 1, 0}, {0, 0, 0, 1}}, {{4, kInf}, {-9, 1}});
-  Simplex simplex(lp, sink, stop);
+  Simplex simplex(lp);
   const double values[] = {1.5, 2.0, 0.5, 0.75, 0.0, 0.0};
   simplex.set_basis(Vector<int>{kFreeSuper, kFreeSuper, kFreeSuper, kFreeSuper, kBasic, kBasic},
                     values);
@@ -205,12 +203,12 @@ TEST_F(PrimalSimplex, ProofsOfInfeasibilityAndUnboundedness) {
     settings.primal_pricing = static_cast<PrimalPricing>(pricing);
     // x + y >= 5 with x, y in [0, 2].
     const LpProblem none = dense_lp({{1, 0, 2}, {1, 0, 2}}, {{1, 1}}, {{5, kInf}});
-    Simplex infeasible(none, sink, stop);
+    Simplex infeasible(none);
     ASSERT_EQ(infeasible.run_primal(settings), SimplexOutcome::infeasible);
     expect_infeasibility_proof(none, infeasible.farkas_dual());
     // min -x, x - y <= 1, x, y >= 0.
     const LpProblem open = dense_lp({{-1, 0, kInf}, {0, 0, kInf}}, {{1, -1}}, {{-kInf, 1}});
-    Simplex unbounded(open, sink, stop);
+    Simplex unbounded(open);
     ASSERT_EQ(unbounded.run_primal(settings), SimplexOutcome::unbounded);
     const Vector<double>& ray = unbounded.primal_ray();
     EXPECT_GT(ray[0], 0.0);
@@ -223,12 +221,12 @@ TEST_F(PrimalSimplex, ProofsOfInfeasibilityAndUnboundedness) {
 TEST_F(PrimalSimplex, LimitsStopTheRun) {
   Random random(5);
   const LpProblem lp = random_feasible_lp(random, 20, 30, false);
-  Simplex full(lp, sink, stop);
+  Simplex full(lp);
   ASSERT_EQ(full.run_primal(settings), SimplexOutcome::optimal);
   const double optimum = full.objective();
 
   settings.iteration_limit = 3;
-  Simplex limited(lp, sink, stop);
+  Simplex limited(lp);
   EXPECT_EQ(limited.run_primal(settings), SimplexOutcome::iteration_limit);
   EXPECT_EQ(limited.iterations(), 3);
   settings.iteration_limit = 100000;
@@ -236,11 +234,11 @@ TEST_F(PrimalSimplex, LimitsStopTheRun) {
   expect_optimal(lp, limited);
   for (const int at : {0, 1, 5}) {
     StopAt time(at, 11);
-    Simplex timed(lp, sink, time);
-    EXPECT_EQ(timed.run_primal(settings), SimplexOutcome::time_limit);
+    Simplex timed(lp);
+    EXPECT_EQ(timed.run_primal(settings, {.stop = &time}), SimplexOutcome::time_limit);
     StopAt hook(at, 1);
-    Simplex hooked(lp, sink, stop, &hook);
-    EXPECT_EQ(hooked.run_primal(settings), SimplexOutcome::aborted);
+    Simplex hooked(lp);
+    EXPECT_EQ(hooked.run_primal(settings, {.hook = &hook}), SimplexOutcome::aborted);
   }
 
   // The objective limit stops at a feasible point below it, perturbed bounds or not, and never
@@ -248,7 +246,7 @@ TEST_F(PrimalSimplex, LimitsStopTheRun) {
   for (const bool perturbed : {false, true}) {
     settings.perturb_at_start = perturbed;
     settings.objective_lower_limit = optimum + 0.5;
-    Simplex below(lp, sink, stop);
+    Simplex below(lp);
     ASSERT_EQ(below.run_primal(settings), SimplexOutcome::objective_limit);
     EXPECT_LT(below.objective(), optimum + 0.5);
     for (int j = 0; j < lp.num_vars(); ++j) {
@@ -256,7 +254,7 @@ TEST_F(PrimalSimplex, LimitsStopTheRun) {
       EXPECT_LE(below.values()[j], lp.upper[j] + 1e-6);
     }
     settings.objective_lower_limit = optimum - 0.5;
-    Simplex above(lp, sink, stop);
+    Simplex above(lp);
     EXPECT_EQ(above.run_primal(settings), SimplexOutcome::optimal);
   }
 }

@@ -18,6 +18,8 @@ constexpr double kQuickFactorization = 2e7;
 constexpr double kOwnTolerance = 1e-8;     // working tolerances are not looser than this
 constexpr std::uint64_t kTieSeed = 20071;  // any number: ties must only be broken repeatably
 
+NeverStop never_stop;  // has no state
+
 BasisStatus present_status(int wanted, double lower, double upper) {
   const bool has_lower = lower > -kInf;
   const bool has_upper = upper < kInf;
@@ -28,12 +30,9 @@ BasisStatus present_status(int wanted, double lower, double upper) {
 
 }  // namespace
 
-SimplexState::SimplexState(const LpProblem& lp, MessageSink& sink, StopCheck& stop_check,
-                           IterationHook* iteration_hook)
+SimplexState::SimplexState(const LpProblem& lp)
     : problem(lp),
-      stop(stop_check),
-      hook(iteration_hook),
-      log(lp, sink),
+      log(lp),
       random(kTieSeed),
       m(lp.num_rows),
       n(lp.num_cols),
@@ -41,7 +40,8 @@ SimplexState::SimplexState(const LpProblem& lp, MessageSink& sink, StopCheck& st
       cost(lp.cost),
       lower(lp.lower),
       upper(lp.upper),
-      rows(lp) {
+      rows(lp),
+      stop_(&never_stop) {
   status.assign(num_vars, kAtLower);
   move.assign(num_vars, kStays);
   value.assign(num_vars, 0.0);
@@ -91,6 +91,12 @@ void SimplexState::make_factor() {
 }
 
 // --- Setting up ----------------------------------------------------------------------------------
+
+void SimplexState::set_context(const RunContext& context) {
+  context_ = context;
+  stop_ = context.stop != nullptr ? context.stop : &never_stop;
+  log.write_to(context.sink);
+}
 
 void SimplexState::set_slack_basis() {
   for (int j = 0; j < n; ++j) {
@@ -288,7 +294,7 @@ Refactored SimplexState::refactorize() {
   bool restored = false;
   while (true) {
     repairs_.clear();
-    const FactorOutcome outcome = factor_->factorize(header, !saved_, repairs_, &stop);
+    const FactorOutcome outcome = factor_->factorize(header, !saved_, repairs_, stop_);
     if (outcome == FactorOutcome::ok) break;
     if (outcome == FactorOutcome::stopped) {
       factor_current_ = false;
@@ -317,7 +323,7 @@ SimplexOutcome SimplexState::outcome_of_stop(int code) {
 }
 
 SimplexOutcome SimplexState::outcome_without_factor() {
-  return factorization_stopped_ ? outcome_of_stop(stop.check()) : SimplexOutcome::singular;
+  return factorization_stopped_ ? outcome_of_stop(stop_->check()) : SimplexOutcome::singular;
 }
 
 void SimplexState::apply_repairs() {
@@ -541,12 +547,14 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
   if (iterations - run_start_iteration >= settings.iteration_limit) {
     return SimplexOutcome::iteration_limit;
   }
-  const int code = stop.check();
+  const int code = stop_->check();
   if (code != 0) return outcome_of_stop(code);
+  IterationHook* const hook = context_.hook;
   if (hook != nullptr && hook->before_iteration(dual, phase_one) != 0) {
     return SimplexOutcome::aborted;
   }
-  if (settings.rival != nullptr && work() >= settings.rival->due() && settings.rival->take_turn()) {
+  Rival* const rival = context_.rival;
+  if (rival != nullptr && work() >= rival->due() && rival->take_turn()) {
     return SimplexOutcome::superseded;
   }
   return std::nullopt;
@@ -558,7 +566,7 @@ void SimplexState::store_results() {
   // A run that was stopped does not wait for a long factorization: values from the updated factor
   // are good enough, and without any factor those kept by the last iterations.
   const bool quick = factor_->statistics().factor_work <= kQuickFactorization;
-  if (!freshly_factored() && (quick || !factor_current_ || stop.check() == 0)) {
+  if (!freshly_factored() && (quick || !factor_current_ || stop_->check() == 0)) {
     if (refactorize() == Refactored::singular) return;
   }
   if (factor_current_) {

@@ -64,12 +64,10 @@ inline bool no_factor(Refactored result) {
 
 class SimplexState {
  public:
-  SimplexState(const LpProblem& problem, MessageSink& sink, StopCheck& stop, IterationHook* hook);
+  explicit SimplexState(const LpProblem& problem);
 
   // --- The problem and the run -----------------------------------------------------------------
   const LpProblem& problem;
-  StopCheck& stop;
-  IterationHook* hook;  // may be null
   SimplexSettings settings;
   // Tolerances the dual method works with: never looser than the settings', and tight enough that
   // the objective of an accepted basis is right to more digits than anybody asks for.
@@ -130,6 +128,10 @@ class SimplexState {
   Vector<double> ray;            // [num_vars]
 
   // --- Setting up --------------------------------------------------------------------------------
+  /// What a call lends to the engine; empty between calls (LentContext).
+  const RunContext& context() const { return context_; }
+  void set_context(const RunContext& context);
+  StopCheck& stop() const { return *stop_; }
   void set_slack_basis();
   /// Statuses as a caller gives them, see Simplex::set_basis. `values` [num_vars] gives the places
   /// of superbasic variables; null puts them at their point nearest to 0.
@@ -231,6 +233,8 @@ class SimplexState {
   bool restore_saved_basis();
   static SimplexOutcome outcome_of_stop(int code);
 
+  RunContext context_;
+  StopCheck* stop_;  // that of the context, or one that never stops
   FactorSettings factor_settings_;
   Owned<BasisFactor> factor_;
   bool factor_current_ = false;
@@ -242,6 +246,20 @@ class SimplexState {
   Vector<double> saved_weights_;  // [m]
   bool saved_ = false;
   bool saved_weights_valid_ = false;
+};
+
+/// Lends a context to the engine for the life of this object.
+class LentContext {
+ public:
+  LentContext(SimplexState& state, const RunContext& context) : state_(state) {
+    state_.set_context(context);
+  }
+  ~LentContext() { state_.set_context({}); }
+  LentContext(const LentContext&) = delete;
+  LentContext& operator=(const LentContext&) = delete;
+
+ private:
+  SimplexState& state_;
 };
 
 }  // namespace kelvo
