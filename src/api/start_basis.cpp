@@ -23,12 +23,12 @@ Status check_norms(const Problem& problem, int len) {
 StoredBasis resting_basis(const Model& model) {
   StoredBasis basis;
   basis.present = true;
-  basis.row_status.assign(model.num_rows, kStartBasic);
+  basis.row_status.assign(model.num_rows, kBasic);
   basis.col_status.reserve(model.num_cols);
   for (int j = 0; j < model.num_cols; ++j) {
     const double below = std::fabs(model.lower[j]), above = std::fabs(model.upper[j]);
     const bool is_free = below >= kInfiniteBound && above >= kInfiniteBound;
-    basis.col_status.push_back(is_free ? kStartFree : above < below ? kStartUpper : kStartLower);
+    basis.col_status.push_back(is_free ? kFreeSuper : above < below ? kAtUpper : kAtLower);
   }
   return basis;
 }
@@ -65,7 +65,7 @@ int KLVcopybasednorms(KLVenv env, KLVprob lp, const int* cstat, const int* rstat
     KELVO_TRY(check_pointers(dnorm));
     const auto name_basic = [&basis](const Vector<int>& status, bool columns) {
       for (int k = 0; k < static_cast<int>(status.size()); ++k) {
-        if (status[k] == kStartBasic) basis.head.push_back(columns ? k : -1 - k);
+        if (status[k] == kBasic) basis.head.push_back(columns ? k : -1 - k);
       }
     };
     name_basic(basis.col_status, true);

@@ -3,18 +3,25 @@
 
 namespace kelvo {
 
+/// Why a computation is to stop.
+enum class StopReason {
+  none,
+  time_limit,
+  user_abort,  // the caller's flag, callback or host
+};
+
 class StopCheck {
  public:
   virtual ~StopCheck() = default;
-  /// 0 to go on, 11 when the time limit has passed, 13 when the user asked to stop, or a hook's
-  /// own result. Cheap enough to be called at every iteration.
-  virtual int check() = 0;
+  /// StopReason::none to go on. Cheap enough to be called at every iteration.
+  virtual StopReason check() = 0;
+  bool requested() { return check() != StopReason::none; }
 };
 
 /// Never stops.
 class NeverStop final : public StopCheck {
  public:
-  int check() override { return 0; }
+  StopReason check() override { return StopReason::none; }
 };
 
 }  // namespace kelvo

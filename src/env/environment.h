@@ -115,7 +115,16 @@ class Environment {
   class Stop final : public StopCheck {
    public:
     explicit Stop(Environment& environment) : environment_(environment) {}
-    int check() override { return environment_.check_stop(); }
+    StopReason check() override {
+      switch (environment_.check_stop()) {
+        case 0:
+          return StopReason::none;
+        case kStopTimeLimit:
+          return StopReason::time_limit;
+        default:  // any other answer of the host's hook is an abort
+          return StopReason::user_abort;
+      }
+    }
 
    private:
     Environment& environment_;

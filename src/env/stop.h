@@ -5,7 +5,7 @@
 
 namespace kelvo {
 
-/// Answers of the stop check; they are solution status codes at the same time.
+/// Answers of Environment::check_stop(); they are solution status codes at the same time.
 inline constexpr int kStopTimeLimit = 11;
 inline constexpr int kStopUserAbort = 13;
 

@@ -11,6 +11,7 @@
 //                           [0, range] or [range, 0] that makes the row an equality.
 #pragma once
 
+#include "base/basis_status.h"
 #include "base/containers.h"
 
 namespace kelvo {
@@ -42,8 +43,8 @@ enum SolutionMethod : int {
   kMethodMip = 12
 };
 
-/// A start basis by columns and rows, status codes 0 at lower, 1 basic, 2 at upper, 3 free or
-/// superbasic. A row's status is that of its slack variable, whose bounds are [0, inf) for 'L',
+/// A start basis by columns and rows, BasisStatus codes. A row's status is that of its slack
+/// variable, whose bounds are [0, inf) for 'L',
 /// (-inf, 0] for 'G', {0} for 'E', and those of the range variable for 'R'. A nonbasic slack with
 /// one bound sits there whatever code (0 or 2) it carries; the optimizers store 0 for it. For 'R'
 /// 0 means that the activity is at the lower end of the range, 2 at the upper end.

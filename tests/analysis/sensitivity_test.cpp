@@ -12,11 +12,6 @@
 namespace kelvo::test {
 namespace {
 
-class NeverStop final : public StopCheck {
- public:
-  int check() override { return 0; }
-};
-
 /// Equations and inequalities over boxes, feasible at 1 everywhere.
 Model random_model(int seed) {
   Random random(seed);

@@ -74,7 +74,7 @@ TEST(StopCheck, TimeLimitsNestAndExistOnlyWithALimit) {
     TimeLimitScope outer(env);
     {
       TimeLimitScope inner(env);
-      EXPECT_EQ(env.stop_check().check(), kStopTimeLimit);
+      EXPECT_EQ(env.stop_check().check(), StopReason::time_limit);
     }
     EXPECT_EQ(env.check_stop(), kStopTimeLimit);
     env.time_limit_reset(1000.0);

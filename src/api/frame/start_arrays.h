@@ -7,9 +7,6 @@
 
 namespace kelvo {
 
-/// Codes of a StoredBasis.
-enum StartCode : int { kStartLower = 0, kStartBasic = 1, kStartUpper = 2, kStartFree = 3 };
-
 /// Refuses problems that have no basis of their own.
 inline Status check_has_bases(const Problem& problem) {
   if (is_mixed_integer(problem)) return Status::failure(error::kNotForMixedInteger);
@@ -20,7 +17,7 @@ inline Status check_has_bases(const Problem& problem) {
 
 /// A code that means nothing, which only comes without data checking, is taken for "at lower".
 inline int valid_code(int code) {
-  return code < kStartLower || code > kStartFree ? kStartLower : code;
+  return code < kAtLower || code > kFreeSuper ? kAtLower : code;
 }
 
 /// Checks the arrays cstat [columns] and rstat [rows] and fills the basis.

@@ -15,8 +15,6 @@ namespace {
 /// In place of a value that has not been read; no number of a file is like it.
 constexpr double kNotGiven = std::numeric_limits<double>::quiet_NaN();
 
-enum Code : int { kAtLower = 0, kBasic = 1, kAtUpper = 2, kFree = 3 };
-
 /// A value counts as a bound when it agrees with it to so many times its magnitude (at least 1):
 /// more than what fifteen digits lose, less than what a solver tells apart.
 constexpr double kAtBound = 1e-12;
@@ -95,7 +93,7 @@ void BasisParser::start() {
   basis_.col_status.assign(model_.num_cols, kAtLower);
   for (int j = 0; j < model_.num_cols; ++j) {
     if (model_.lower[j] > -kInfiniteBound) continue;
-    basis_.col_status[j] = model_.upper[j] < kInfiniteBound ? kAtUpper : kFree;
+    basis_.col_status[j] = model_.upper[j] < kInfiniteBound ? kAtUpper : kFreeSuper;
   }
 }
 
@@ -210,7 +208,7 @@ Status BasisParser::set_column(int column, double value) {
   } else if (!above && same_value(value, upper)) {
     status = kAtUpper;
   } else if (point_ != nullptr || (below && above && value == 0.0)) {
-    status = kFree;
+    status = kFreeSuper;
   } else {
     return messages_.error(error::kSuperbasicNotAllowed);
   }

@@ -10,8 +10,6 @@
 namespace kelvo {
 namespace {
 
-constexpr int kBasic = 1;
-constexpr int kAtUpper = 2;
 constexpr int kLongestName = 255;
 
 int surplus_of_basics(const Model& model, const StoredBasis& basis) {

@@ -248,7 +248,7 @@ bool DualPush::run() {
   if (!start()) return false;
   for (int p = 0; p < lp_.num_rows; ++p) {
     if (!is_priced(header_[p])) continue;
-    if (stop_.check() != 0 || !push(p)) return false;
+    if (stop_.requested() || !push(p)) return false;
   }
   return true;
 }

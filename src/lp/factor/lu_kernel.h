@@ -100,7 +100,7 @@ class LuKernel {
   bool worth_dense() const;
   bool load_dense();
   bool worth_block() const;
-  bool stop_asked() const { return settings_.stop != nullptr && settings_.stop->check() != 0; }
+  bool stop_asked() const { return settings_.stop != nullptr && settings_.stop->requested(); }
   KernelOutcome factor_dense();
   void store_dense_pivot(int k, const double* dense, int order);
 

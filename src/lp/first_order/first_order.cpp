@@ -219,7 +219,7 @@ void FirstOrderMethod::measure() {
 
 /// Once it was told to stop, the method does nothing more.
 bool FirstOrderMethod::stopped() {
-  stopped_ = stopped_ || stop_.check() != 0;
+  stopped_ = stopped_ || stop_.requested();
   return stopped_;
 }
 

@@ -10,15 +10,13 @@
 
 #include <limits>
 
+#include "base/basis_status.h"
 #include "base/containers.h"
 #include "base/sparse_matrix.h"
 
 namespace kelvo {
 
 inline constexpr double kInf = std::numeric_limits<double>::infinity();
-
-/// Basis status codes, the same in every interface of the library.
-enum BasisStatus : int { kAtLower = 0, kBasic = 1, kAtUpper = 2, kFreeSuper = 3 };
 
 struct LpProblem {
   int num_rows = 0;

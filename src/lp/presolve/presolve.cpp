@@ -171,7 +171,6 @@ void Reducer::run() {
 }
 
 PresolveOutcome outcome_of(const PresolveLp& lp) {
-  constexpr int kUserAbort = 13;
   switch (lp.finding.kind) {
     case FindingKind::none:
       break;
@@ -182,8 +181,9 @@ PresolveOutcome outcome_of(const PresolveLp& lp) {
     default:
       return PresolveOutcome::infeasible;
   }
-  if (lp.stopped() != 0) {
-    return lp.stopped() == kUserAbort ? PresolveOutcome::aborted : PresolveOutcome::time_limit;
+  if (lp.stopped() != StopReason::none) {
+    return lp.stopped() == StopReason::user_abort ? PresolveOutcome::aborted
+                                                  : PresolveOutcome::time_limit;
   }
   return lp.stack.size() > 0 ? PresolveOutcome::reduced : PresolveOutcome::unchanged;
 }

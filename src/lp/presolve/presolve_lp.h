@@ -88,15 +88,15 @@ class PresolveLp {
   }
 
   /// True when a reduction found that there is nothing to solve, or somebody wants to stop.
-  bool ended() const { return finding.kind != FindingKind::none || stopped_ != 0; }
+  bool ended() const { return finding.kind != FindingKind::none || stopped_ != StopReason::none; }
   /// True also when the work is done that presolve may do.
   bool tired() const { return ended() || work > work_limit; }
-  int stopped() const { return stopped_; }
+  StopReason stopped() const { return stopped_; }
   /// Asks the stop check once in a while.
   void poll() {
     if (work < next_poll_) return;
     next_poll_ = work + kPollInterval;
-    if (stopped_ == 0) stopped_ = stop_.check();
+    if (stopped_ == StopReason::none) stopped_ = stop_.check();
     if (progress_ != nullptr) progress_->report(stats);
   }
 
@@ -163,7 +163,7 @@ class PresolveLp {
   };
   Vector<RowCopy> row_copy_;  // [rows] empty: none that is up to date
   std::int64_t next_poll_ = kPollInterval;
-  int stopped_ = 0;
+  StopReason stopped_ = StopReason::none;
 };
 
 }  // namespace kelvo

@@ -52,7 +52,7 @@ Vector<double> improve_row_prices(const CoveringProgram& program, const Vector<d
   double best_bound = -std::numeric_limits<double>::infinity();
   double step = 1.0;
   int idle = 0;
-  for (int pass = 0; pass < passes && step > kSmallestStep && stop.check() == 0; ++pass) {
+  for (int pass = 0; pass < passes && step > kSmallestStep && !stop.requested(); ++pass) {
     const double bound = bound_of(program, y, subgradient);
     if (bound > best_bound) {
       if (bound > best_bound + kLeastGain * std::fabs(best_bound)) idle = 0;

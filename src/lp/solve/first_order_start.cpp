@@ -56,7 +56,7 @@ bool FirstOrderStart::find_point() {
     found = method_->run(kTolerance, trial_ / 2);
     const double error_at_half = method_->best_error();
     found = found || method_->run(kTolerance, trial_);
-    promising = stop_.check() == 0 && is_promising(error_at_half);
+    promising = !stop_.requested() && is_promising(error_at_half);
   }
   due_ *= kTurnGrowth;
   return found;

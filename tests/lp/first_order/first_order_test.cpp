@@ -165,7 +165,7 @@ TEST_F(StartCase, LimitsAndStopsHoldThroughTheRestart) {
   bool stopped_in_turn = false;
   for (int calls = all / 2; calls < 8 * all && !stopped_in_turn; calls += all / 4) {
     sink.text.clear();
-    StopAt stop(calls, kUserAborted);
+    StopAt stop(calls);
     const LpAnswer answer = solve(LpMethod::dual, stop);
     if (answer.status == kOptimal) break;
     EXPECT_EQ(answer.status, kUserAborted);

@@ -206,11 +206,11 @@ TEST(ColumnSubset, StopsWhenAsked) {
     const Trial limited(lp, nullptr, nullptr, limit);
     expect_stopped(limited, SimplexOutcome::iteration_limit);
     EXPECT_EQ(limited.subset.iterations(), limit);
-    StopAt hook(limit, 1);
+    StopAt hook(limit);
     const Trial hooked(lp, nullptr, &hook);
     expect_stopped(hooked, SimplexOutcome::aborted);
     EXPECT_LE(hooked.subset.iterations(), limit);
-    StopAt clock(limit, 11);
+    StopAt clock(limit, StopReason::time_limit);
     expect_stopped(Trial(lp, &clock), SimplexOutcome::time_limit);
   }
 }

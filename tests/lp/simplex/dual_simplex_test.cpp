@@ -222,13 +222,13 @@ TEST_F(DualSimplex, LimitsStopTheRun) {
   EXPECT_NEAR(limited.objective(), full.objective(), 1e-6);
 
   for (const int at : {0, 1, 5, 9}) {
-    StopAt time(at, 11);
+    StopAt time(at, StopReason::time_limit);
     Simplex timed(lp);
     EXPECT_EQ(timed.run_dual(settings, {.stop = &time}), SimplexOutcome::time_limit);
-    StopAt abort(at, 13);
+    StopAt abort(at);
     Simplex aborted(lp);
     EXPECT_EQ(aborted.run_dual(settings, {.stop = &abort}), SimplexOutcome::aborted);
-    StopAt hook(at, 1);
+    StopAt hook(at);
     Simplex hooked(lp);
     EXPECT_EQ(hooked.run_dual(settings, {.hook = &hook}), SimplexOutcome::aborted);
     EXPECT_LE(hooked.iterations(), at);
@@ -259,7 +259,7 @@ TEST_F(DualSimplex, AStopAtAnyMomentLeavesAStateToGoOnFrom) {
   for (const bool dual : {true, false}) {
     for (int at = 0; at < 400; at += 1 + next++ % 7) {
       SCOPED_TRACE(at);
-      StopAt time(at, 11);
+      StopAt time(at, StopReason::time_limit);
       Simplex simplex(lp);
       const auto run = [&] {
         return dual ? simplex.run_dual(settings, {.stop = &time})

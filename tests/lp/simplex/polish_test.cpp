@@ -19,12 +19,11 @@ LpProblem program() {
 
 struct DualRun {
   explicit DualRun(const LpProblem& lp, int polls = 2100000000)
-      : stop(polls, kTimeLimit), simplex(lp) {
+      : stop(polls, StopReason::time_limit), simplex(lp) {
     simplex.set_slack_basis();
   }
   SimplexOutcome dual() { return simplex.run_dual(SimplexSettings(), {.stop = &stop}); }
 
-  static constexpr int kTimeLimit = 11;
   test::StopAt stop;
   Simplex simplex;
 };

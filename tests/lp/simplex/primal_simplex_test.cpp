@@ -233,10 +233,10 @@ TEST_F(PrimalSimplex, LimitsStopTheRun) {
   EXPECT_EQ(limited.run_primal(settings), SimplexOutcome::optimal);
   expect_optimal(lp, limited);
   for (const int at : {0, 1, 5}) {
-    StopAt time(at, 11);
+    StopAt time(at, StopReason::time_limit);
     Simplex timed(lp);
     EXPECT_EQ(timed.run_primal(settings, {.stop = &time}), SimplexOutcome::time_limit);
-    StopAt hook(at, 1);
+    StopAt hook(at);
     Simplex hooked(lp);
     EXPECT_EQ(hooked.run_primal(settings, {.hook = &hook}), SimplexOutcome::aborted);
   }

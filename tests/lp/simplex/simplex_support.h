@@ -24,14 +24,15 @@ class TextSink final : public MessageSink {
 /// Stops at the call of that number, as a stop check or as a hook.
 class StopAt final : public StopCheck, public IterationHook {
  public:
-  StopAt(int calls, int code) : calls_(calls), code_(code) {}
-  int check() override { return seen_++ >= calls_ ? code_ : 0; }
-  int before_iteration(bool, bool) override { return check(); }
+  explicit StopAt(int calls, StopReason reason = StopReason::user_abort)
+      : calls_(calls), reason_(reason) {}
+  StopReason check() override { return seen_++ >= calls_ ? reason_ : StopReason::none; }
+  int before_iteration(bool, bool) override { return requested() ? 1 : 0; }
   void never_again() { calls_ = 2100000000; }
 
  private:
   int calls_;
-  int code_;
+  StopReason reason_;
   int seen_ = 0;
 };
 

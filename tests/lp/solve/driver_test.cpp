@@ -270,11 +270,11 @@ TEST(Driver, KeepsTheWorkingLpWhileTheMatrixStands) {
 }
 
 struct StopAfter final : StopCheck, IterationHook {
-  StopAfter(int calls, int result) : calls_left(calls), code(result) {}
-  int check() override { return calls_left-- > 0 ? 0 : code; }
-  int before_iteration(bool, bool) override { return check(); }
+  StopAfter(int calls, StopReason why) : calls_left(calls), reason(why) {}
+  StopReason check() override { return calls_left-- > 0 ? StopReason::none : reason; }
+  int before_iteration(bool, bool) override { return requested() ? 1 : 0; }
   int calls_left;
-  int code;
+  StopReason reason;
 };
 
 TEST(Driver, LimitsLeaveTheLastBasis) {
@@ -286,18 +286,18 @@ TEST(Driver, LimitsLeaveTheLastBasis) {
   EXPECT_EQ(answer.basis.row_status, (Vector<int>{kBasic, kBasic}));
   EXPECT_TRUE(answer.record.has_primal && answer.record.has_basis);
 
-  for (const int code : {kTimeLimit, kUserAborted}) {
-    StopAfter stop(1, code);
+  for (const StopReason reason : {StopReason::time_limit, StopReason::user_abort}) {
+    StopAfter stop(1, reason);
     Bench stopped;
     stopped.stop = &stop;
     answer = stopped.solve(textbook());
-    EXPECT_EQ(answer.status, code);
+    EXPECT_EQ(answer.status, reason == StopReason::time_limit ? kTimeLimit : kUserAborted);
     EXPECT_TRUE(answer.record.has_primal);
     // What was reached is where the next call goes on.
     stopped.stop = &stopped.never;
     EXPECT_EQ(stopped.solve(textbook()).status, kOptimal);
   }
-  StopAfter hook(0, 1);
+  StopAfter hook(0, StopReason::user_abort);
   Bench hooked;
   hooked.hook = &hook;
   EXPECT_EQ(hooked.solve(textbook()).status, kUserAborted);
@@ -354,7 +354,7 @@ TEST(Driver, StartsWideModelsFromAPartOfTheirColumns) {
     EXPECT_EQ(part.record.iterations, half);
     EXPECT_TRUE(part.record.has_primal && part.basis.present);
     for (const bool by_hook : {true, false}) {
-      StopAfter stop(half, by_hook ? 1 : kTimeLimit);
+      StopAfter stop(half, StopReason::time_limit);
       Bench stopped;
       if (by_hook) stopped.hook = &stop;
       if (!by_hook) stopped.stop = &stop;

@@ -52,7 +52,7 @@ int DualEngine::compute_exact_weights(bool all) {
   int computed = 0;
   for (int p = 0; p < s_.m; ++p) {
     if (!all && s_.factor().statistics().work > budget) break;
-    if (s_.stop().check() != 0) break;
+    if (s_.stop().requested()) break;
     s_.compute_row_ep(p);
     double norm = 0.0;
     for (int k = 0; k < s_.row_ep.count; ++k) {

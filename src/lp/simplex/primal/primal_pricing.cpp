@@ -199,7 +199,7 @@ void PrimalPricer::exact_norms() {
 
 void PrimalPricer::exact_norms_rowwise() {
   std::fill(weight_.begin(), weight_.end(), 1.0);
-  for (int p = 0; p < state_.m && state_.stop().check() == 0; ++p) {
+  for (int p = 0; p < state_.m && !state_.stop().requested(); ++p) {
     state_.compute_row_ep(p);
     state_.compute_pivot_row();
     const WorkVector& row = state_.pivot_row;
@@ -212,7 +212,7 @@ void PrimalPricer::exact_norms_rowwise() {
 
 void PrimalPricer::exact_norms_columnwise() {
   WorkVector& x = state_.full;
-  for (int j = 0; j < state_.num_vars && state_.stop().check() == 0; ++j) {
+  for (int j = 0; j < state_.num_vars && !state_.stop().requested(); ++j) {
     if (state_.move[j] == SimplexState::kStays) continue;
     x.clear();
     state_.load_column(j, x);

@@ -317,9 +317,8 @@ Refactored SimplexState::refactorize() {
   return restored ? Refactored::restored : Refactored::ok;
 }
 
-SimplexOutcome SimplexState::outcome_of_stop(int code) {
-  constexpr int kTimeLimit = 11;
-  return code == kTimeLimit ? SimplexOutcome::time_limit : SimplexOutcome::aborted;
+SimplexOutcome SimplexState::outcome_of_stop(StopReason reason) {
+  return reason == StopReason::time_limit ? SimplexOutcome::time_limit : SimplexOutcome::aborted;
 }
 
 SimplexOutcome SimplexState::outcome_without_factor() {
@@ -547,8 +546,8 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
   if (iterations - run_start_iteration >= settings.iteration_limit) {
     return SimplexOutcome::iteration_limit;
   }
-  const int code = stop_->check();
-  if (code != 0) return outcome_of_stop(code);
+  const StopReason reason = stop_->check();
+  if (reason != StopReason::none) return outcome_of_stop(reason);
   IterationHook* const hook = context_.hook;
   if (hook != nullptr && hook->before_iteration(dual, phase_one) != 0) {
     return SimplexOutcome::aborted;
@@ -566,7 +565,7 @@ void SimplexState::store_results() {
   // A run that was stopped does not wait for a long factorization: values from the updated factor
   // are good enough, and without any factor those kept by the last iterations.
   const bool quick = factor_->statistics().factor_work <= kQuickFactorization;
-  if (!freshly_factored() && (quick || !factor_current_ || stop_->check() == 0)) {
+  if (!freshly_factored() && (quick || !factor_current_ || !stop_->requested())) {
     if (refactorize() == Refactored::singular) return;
   }
   if (factor_current_) {

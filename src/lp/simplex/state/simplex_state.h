@@ -231,7 +231,7 @@ class SimplexState {
   void apply_repairs();
   void save_basis();
   bool restore_saved_basis();
-  static SimplexOutcome outcome_of_stop(int code);
+  static SimplexOutcome outcome_of_stop(StopReason reason);
 
   RunContext context_;
   StopCheck* stop_;  // that of the context, or one that never stops
