@@ -187,6 +187,20 @@ void scale_problem(LpProblem& lp, ScalingMethod method, Scaling& scaling, Messag
   scaling.state = ScalingState::scaled;
 }
 
+void magnify_variables(LpProblem& lp, const Vector<double>& factor, Scaling& scaling) {
+  const Vector<double> col(factor.begin(), factor.begin() + lp.num_cols);
+  Vector<double> row(factor.begin() + lp.num_cols, factor.end());
+  for (double& r : row) r = 1.0 / r;
+  apply(lp, row, col);
+  if (!scaling.active()) {
+    scaling.row.assign(lp.num_rows, 1.0);
+    scaling.col.assign(lp.num_cols, 1.0);
+    scaling.state = ScalingState::scaled;
+  }
+  for (int i = 0; i < lp.num_rows; ++i) scaling.row[i] *= row[i];
+  for (int j = 0; j < lp.num_cols; ++j) scaling.col[j] *= col[j];
+}
+
 void unscale_problem(LpProblem& lp, Scaling& scaling) {
   if (scaling.active()) {
     for (double& factor : scaling.row) factor = 1.0 / factor;

@@ -45,6 +45,9 @@ struct Scaling {
 /// the program as it was.
 void scale_problem(LpProblem& lp, ScalingMethod method, Scaling& scaling, MessageSink& sink);
 
+/// Multiplies the factor f_v of each variable by factor[v], a power of two.
+void magnify_variables(LpProblem& lp, const Vector<double>& factor, Scaling& scaling);
+
 /// Restores the unscaled program and frees the factors.
 void unscale_problem(LpProblem& lp, Scaling& scaling);
 

@@ -31,6 +31,8 @@ constexpr double kShareWrong = 0.01;
 constexpr double kShareWrongOfFeasible = 0.1;  // of a primal or dual feasible one
 // A fresh start after a singular basis factors with at least this pivot threshold.
 constexpr double kCarefulThreshold = 0.5;
+// So many directions of unboundedness that do not hold are blocked one after the other.
+constexpr int kDirections = 10;
 
 /// The result of one simplex run, judged on the model.
 struct Judged {
@@ -39,6 +41,7 @@ struct Judged {
   bool singular = false;
   bool superseded = false;  // by a better start; nothing else is valid
   Violations violations;
+  Vector<double> direction;  // [num_vars] scaled, of an unboundedness that does not hold
   SolutionRecord record;
   StoredBasis basis;
 
@@ -90,6 +93,7 @@ class Driver {
   void judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged);
   void improve_optimum(Judged& judged);
   void recover(Judged& judged);
+  void block_directions(Judged& judged);
   Owned<WorkingLp> unscaled_copy();
   bool stopped(const Judged& judged) const;
 
@@ -213,7 +217,8 @@ void Driver::judge(WorkingLp& working, SimplexOutcome outcome, Judged& judged) {
       if (!judged.trustworthy) record.farkas.clear();
       break;
     case SimplexOutcome::unbounded:
-      working.unscaled_ray(record.ray);
+      working.exact_direction(judged.direction);
+      working.unscale_direction(judged.direction, record.ray);
       judged.trustworthy = record.primal_feasible && verify_ray(model_, record.ray);
       if (!judged.trustworthy) record.ray.clear();
       break;
@@ -306,6 +311,22 @@ void Driver::recover(Judged& judged) {
   Judged last = attempt(*unscaled, claimed ? LpMethod::primal : method_, careful, limit);
   working_ = std::move(unscaled);
   judged = std::move(last);
+  block_directions(judged);
+}
+
+/// What blocks a refused direction moves so slowly along it that the methods pass such pivots over.
+/// In a unit as small as that motion it is a pivot like any other; the primal method then goes on
+/// to the optimum, past several such directions if need be.
+void Driver::block_directions(Judged& judged) {
+  const int limit = settings_.simplex.iteration_limit;
+  SimplexSettings careful = settings_.simplex;
+  careful.markowitz_threshold = std::max(careful.markowitz_threshold, kCarefulThreshold);
+  for (int round = 0; round < kDirections && !judged.trustworthy; ++round) {
+    if (judged.status != kUnbounded || judged.direction.empty()) return;
+    log_.new_phase(iterations_);
+    if (!working_->magnify_blocking(judged.direction)) return;
+    judged = attempt(*working_, LpMethod::primal, careful, limit);
+  }
 }
 
 /// A run that takes long gives way to one from a better start, unless it asks for something that

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "lp/form/lp_problem.h"
 #include "prob/model/row_limits.h"
@@ -19,9 +20,13 @@ constexpr double kProofRounding = 1e-11;
 constexpr double kProofEntry = 1e-13;
 // The gap that proves infeasibility must be above this share of its terms.
 constexpr double kProofGap = 1e-12;
-// A direction of largest entry 1 keeps a limit when it moves by no more than this share of its
-// terms (at least of 1) against it.
-constexpr double kRayRounding = 1e-9;
+// A direction of largest entry 1 improves the objective when it gains more than this share of the
+// terms.
+constexpr double kRayGain = 1e-9;
+// Entries of a direction up to this size may be what rounding has left of zeros.
+constexpr double kRayNoise = 1e-12;
+// What rounding its entries to doubles does to the row sums of a direction: so much of the terms.
+constexpr double kEntryRounding = 4.0 * std::numeric_limits<double>::epsilon();
 
 /// A sum with the magnitude of its terms.
 struct Sum {
@@ -163,9 +168,44 @@ double largest_magnitude(const Vector<double>& values) {
   return largest;
 }
 
-bool keeps_limits(double move, double magnitude, double lower, double upper) {
-  const double allowed = kRayRounding * std::max(1.0, magnitude);
-  return (move >= -allowed || lower == -kInf) && (move <= allowed || upper == kInf);
+bool keeps_limits(double move, double lower, double upper) {
+  return (move >= 0.0 || lower == -kInf) && (move <= 0.0 || upper == kInf);
+}
+
+/// Takes out the entries up to `negligible`, and those up to kRayNoise that run into a bound. False
+/// when another one does.
+bool keep_bounds(const Model& model, double negligible, Vector<double>& r) {
+  for (int j = 0; j < model.num_cols; ++j) {
+    if (std::fabs(r[j]) <= negligible) r[j] = 0.0;
+    if (keeps_limits(r[j], finite_or_infinite(model.lower[j]),
+                     finite_or_infinite(model.upper[j]))) {
+      continue;
+    }
+    if (std::fabs(r[j]) > kRayNoise) return false;
+    r[j] = 0.0;
+  }
+  return true;
+}
+
+/// No row moves against a limit by more than the rounding of the entries explains.
+bool keeps_rows(const Model& model, const Vector<double>& r) {
+  Vector<Sum> sums;
+  sum_rows(model, r.data(), sums);
+  for (int i = 0; i < model.num_rows; ++i) {
+    const RowLimits limits = row_limits(model, i);
+    const double move = static_cast<double>(sums[i].value);
+    const double rounding = kEntryRounding * static_cast<double>(sums[i].magnitude);
+    if (std::fabs(move) > rounding && !keeps_limits(move, limits.lower, limits.upper)) return false;
+  }
+  return true;
+}
+
+bool improves(const Model& model, const Vector<double>& r) {
+  Sum gain;
+  for (int j = 0; j < model.num_cols; ++j) {
+    gain.add(static_cast<long double>(-model.sense) * model.objective[j] * r[j]);
+  }
+  return gain.value > kRayGain * gain.magnitude;
 }
 
 }  // namespace
@@ -232,26 +272,18 @@ double farkas_proof(const Model& model, const Vector<double>& y) {
 bool verify_ray(const Model& model, Vector<double>& r) {
   const double largest = largest_magnitude(r);
   if (largest == 0.0 || !std::isfinite(largest)) return false;
-  Sum gain;
-  for (int j = 0; j < model.num_cols; ++j) {
-    r[j] /= largest;
-    if (!keeps_limits(r[j], 0.0, finite_or_infinite(model.lower[j]),
-                      finite_or_infinite(model.upper[j]))) {
-      return false;
+  // Small entries may be rounding errors or what makes a row add up: both are tried.
+  for (const double negligible : {0.0, kRayNoise}) {
+    Vector<double> direction(r);
+    for (double& entry : direction) entry /= largest;
+    if (!keep_bounds(model, negligible, direction) || !keeps_rows(model, direction) ||
+        !improves(model, direction)) {
+      continue;
     }
-    gain.add(static_cast<long double>(-model.sense) * model.objective[j] * r[j]);
+    r.swap(direction);
+    return true;
   }
-  if (!(gain.value > kRayRounding * gain.magnitude)) return false;
-  Vector<Sum> sums;
-  sum_rows(model, r.data(), sums);
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
-    if (!keeps_limits(static_cast<double>(sums[i].value), static_cast<double>(sums[i].magnitude),
-                      limits.lower, limits.upper)) {
-      return false;
-    }
-  }
-  return true;
+  return false;
 }
 
 }  // namespace kelvo

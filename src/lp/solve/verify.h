@@ -40,7 +40,9 @@ bool verify_farkas(const Model& model, Vector<double>& y);
 double farkas_proof(const Model& model, const Vector<double>& y);
 
 /// Tests a direction r [num_cols] of unboundedness: the objective improves along it, and no row
-/// limit or column bound is ever left. On success it is scaled to largest entry 1.
+/// limit or column bound is ever left: a row that moves against a limit by more than the rounding
+/// of the entries of r to doubles refuses it, however slowly it moves. On success r is scaled to
+/// largest entry 1, and entries that can only be rounding are taken out.
 bool verify_ray(const Model& model, Vector<double>& r);
 
 }  // namespace kelvo

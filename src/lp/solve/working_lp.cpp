@@ -4,9 +4,15 @@
 #include <cmath>
 
 #include "lp/simplex/state/simplex_state.h"
+#include "lp/solve/refine_ray.h"
 
 namespace kelvo {
 namespace {
+
+// Along a direction of largest entry 1 a variable moves slowly up to the first, and not at all up
+// to the second: that much may be rounding.
+constexpr double kSlowMove = 1e-4;
+constexpr double kNoMove = 1e-13;
 
 bool is_weight(double norm) {
   return norm > 0.0 && std::isfinite(norm);
@@ -110,6 +116,24 @@ void WorkingLp::change_bounds(int column, double lower, double upper) {
   simplex_->bounds_changed();
 }
 
+bool WorkingLp::magnify_blocking(const Vector<double>& direction) {
+  double largest = 0.0;
+  for (const double move : direction) largest = std::max(largest, std::fabs(move));
+  Vector<double> factor(lp_.num_vars(), 1.0);
+  bool any = false;
+  for (int v = 0; v < lp_.num_vars(); ++v) {
+    const double move = direction[v] / largest;
+    const double bound = move < 0.0 ? lp_.lower[v] : lp_.upper[v];
+    if (std::fabs(move) > kSlowMove || std::fabs(move) <= kNoMove || std::isinf(bound)) continue;
+    factor[v] = nearest_power_of_two(1.0 / std::fabs(move));
+    any = true;
+  }
+  if (!any) return false;
+  magnify_variables(lp_, factor, scaling_);
+  make_simplex();
+  return true;
+}
+
 bool WorkingLp::compute_basic_solution(const SimplexSettings& settings, const RunContext& context) {
   SimplexState& state = simplex_->state();
   const LentContext lent(state, context);
@@ -146,10 +170,13 @@ void WorkingLp::unscaled_farkas(Vector<double>& y) const {
   }
 }
 
-void WorkingLp::unscaled_ray(Vector<double>& ray) const {
-  const Vector<double>& direction = simplex_->primal_ray();
-  ray.assign(lp_.num_cols, 0.0);
-  if (static_cast<int>(direction.size()) < lp_.num_cols) return;
+void WorkingLp::exact_direction(Vector<double>& direction) const {
+  direction = simplex_->primal_ray();
+  refine_ray(lp_, simplex_->status(), direction);
+}
+
+void WorkingLp::unscale_direction(const Vector<double>& direction, Vector<double>& ray) const {
+  ray.resize(lp_.num_cols);
   for (int j = 0; j < lp_.num_cols; ++j) {
     ray[j] = direction[j] / scaling_.variable_factor(j, lp_.num_cols);
   }

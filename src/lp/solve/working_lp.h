@@ -57,6 +57,10 @@ class WorkingLp final : public Attachment {
   bool has_factor() const;
   /// New bounds of a column in the model's units, until the next refresh().
   void change_bounds(int column, double lower, double upper);
+  /// Of the basic variables that move towards a bound along a direction [num_vars], but far more
+  /// slowly than others do, makes the unit so small that they move as fast. The slack basis again;
+  /// false when there is none.
+  bool magnify_blocking(const Vector<double>& direction);
   /// The revisions of the problem that this object agrees with, by the word of its owner.
   const Revisions& agrees_with() const { return agrees_with_; }
   void set_agrees_with(const Revisions& revisions) { agrees_with_ = revisions; }
@@ -71,9 +75,12 @@ class WorkingLp final : public Attachment {
   void unscaled_x(Vector<double>& x) const;
   /// Duals [num_rows] in the model's units and its objective's sense.
   void unscaled_pi(const Model& model, Vector<double>& pi) const;
-  /// A multiplier vector [num_rows] or a direction (structural part) in the model's units.
+  /// A multiplier vector [num_rows] in the model's units.
   void unscaled_farkas(Vector<double>& y) const;
-  void unscaled_ray(Vector<double>& ray) const;
+  /// The direction [num_vars] of unboundedness of the last run to full precision, scaled.
+  void exact_direction(Vector<double>& direction) const;
+  /// The structural part [num_cols] of a direction in the model's units.
+  void unscale_direction(const Vector<double>& direction, Vector<double>& ray) const;
 
  private:
   static constexpr Revisions kNoRevisions{.structure = ~std::uint64_t{0}};

@@ -111,6 +111,66 @@ TEST(Driver, UnboundedComesWithADirection) {
   }
 }
 
+/// Methods, each without and with presolve.
+template <class Check>
+void solve_every_way(const Model& model, Check check) {
+  for (const LpMethod method : {LpMethod::dual, LpMethod::primal}) {
+    for (const bool presolve : {false, true}) {
+      Bench bench;
+      bench.settings.presolve.on = presolve;
+      check(bench.solve(model, method));
+    }
+  }
+}
+
+/// min -x - y/2 + z,  x - (1 - 1e-9) y + z <= 10,  y - x <= 5,  x + y - z >= 1: along (1, 1, 0)
+/// the first row is broken by 1e-9 per unit, far beyond what pivots of the usual size show.
+TEST(Driver, ADirectionThatIsBlockedFarAwayIsNone) {
+  const Model model = small_model(
+      1, {-1, -0.5, 1}, {{'L', 10, {1, -1 + 1e-9, 1}}, {'L', 5, {-1, 1, 0}}, {'G', 1, {1, 1, -1}}});
+  solve_every_way(model, [](const LpAnswer& answer) {
+    EXPECT_EQ(answer.status, kOptimal);
+    EXPECT_NEAR(answer.record.objective, -2.25e10, 1e4);
+  });
+}
+
+/// Equations whose coefficients are no short fractions, with a direction along which all columns
+/// grow: no double can hold it exactly, and yet it is there.
+TEST(Driver, DirectionsThatDoublesCannotHold) {
+  for (int seed = 1; seed <= 40; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    Random random(seed);
+    Model model;
+    const int m = 2 + random.below(12), n = m + 1 + random.below(m);
+    model.num_rows = m;
+    model.num_cols = n;
+    SparseMatrix rows;
+    rows.num_major = m;
+    rows.num_minor = n;
+    for (int i = 0; i < m; ++i) {
+      double sum = 0.0;
+      for (int j = 0; j < n; ++j) {
+        if (random.below(3) != 0 && j != i) continue;
+        rows.index.push_back(j);
+        rows.value.push_back((random.uniform() - 0.5) * std::pow(10.0, random.below(4) - 1));
+        sum += rows.value.back() * (1.0 + j);
+      }
+      rows.value.back() -= sum / (1.0 + rows.index.back());  // A (1, 2, ..., n)' = 0
+      rows.start.push_back(static_cast<int>(rows.index.size()));
+      model.row_sense.push_back('E');
+      model.rhs.push_back(0.0);
+    }
+    model.matrix.assign(transpose(rows));
+    model.objective.assign(n, -1.0);
+    model.lower.assign(n, 0.0);
+    model.upper.assign(n, kInfiniteBound);
+    solve_every_way(model, [](const LpAnswer& answer) {
+      EXPECT_TRUE(answer.status == kUnbounded || answer.status == kInfeasibleOrUnbounded)
+          << answer.status;
+    });
+  }
+}
+
 TEST(Driver, ProgramsWithoutRowsOrColumnsOrRoom) {
   Model columns_only = small_model(-1, {1, -1, 0}, {});
   columns_only.upper[0] = 5;

@@ -110,6 +110,13 @@ TEST(Verify, Rays) {
   EXPECT_FALSE(verify_ray(model, gains_nothing));
   Vector<double> leaves_bound = {-1, -1};
   EXPECT_FALSE(verify_ray(model, leaves_bound));
+  // However slowly a row is broken; but the rounding of a third breaks none.
+  Model slow = small_model(1, {-1, 0}, {{'L', 1, {1, -1 + 1e-13}}, {'L', 5, {-1, 1}}});
+  Vector<double> seems = {1, 1};
+  EXPECT_FALSE(verify_ray(slow, seems));
+  Model thirds = small_model(1, {-1, 0, 0}, {{'E', 1, {0.1, -0.3, 0}}, {'E', 0, {0, 0.7, -1.1}}});
+  Vector<double> rounded = {1, 0.1 / 0.3, 0.1 / 0.3 * 0.7 / 1.1};
+  EXPECT_TRUE(verify_ray(thirds, rounded));
   model.upper[1] = 100;
   ray = {1, 1};
   EXPECT_FALSE(verify_ray(model, ray));
