@@ -183,29 +183,59 @@ FactorOutcome BasisFactor::factorize(Vector<int>& header, bool allow_repair,
   return impl_->factorize(header, allow_repair, repairs);
 }
 
+// Solves between the caller's numbering and the one inside differ only while rows are deleted.
+
 void BasisFactor::ftran(WorkVector& x, double expected_density, bool keep_for_update) {
-  impl_->transform(x, expected_density, keep_for_update);
-  impl_->collect_work();
+  Impl& impl = *impl_;
+  if (impl.row_map.active()) {
+    WorkVector& inside = impl.inside[0];
+    impl.row_map.enter(x, inside);
+    impl.transform(inside, expected_density, keep_for_update);
+    impl.position_map.leave(inside, x);
+  } else {
+    impl.transform(x, expected_density, keep_for_update);
+  }
+  impl.collect_work();
 }
 
 void BasisFactor::ftran_pair(WorkVector& a, double density_a, WorkVector& b, double density_b,
                              bool keep_a_for_update) {
-  impl_->transform_pair(a, density_a, b, density_b, keep_a_for_update);
-  impl_->collect_work();
+  Impl& impl = *impl_;
+  if (impl.row_map.active()) {
+    ftran(a, density_a, keep_a_for_update);
+    ftran(b, density_b);
+    return;
+  }
+  impl.transform_pair(a, density_a, b, density_b, keep_a_for_update);
+  impl.collect_work();
 }
 
 void BasisFactor::btran(WorkVector& y, double expected_density) {
-  impl_->transform_transposed(y, expected_density);
-  impl_->collect_work();
+  Impl& impl = *impl_;
+  if (impl.row_map.active()) {
+    WorkVector& inside = impl.inside[0];
+    impl.position_map.enter(y, inside);
+    impl.transform_transposed(inside, expected_density);
+    impl.row_map.leave(inside, y);
+  } else {
+    impl.transform_transposed(y, expected_density);
+  }
+  impl.collect_work();
 }
 
 void BasisFactor::btran_pair(WorkVector& a, double density_a, WorkVector& b, double density_b) {
-  impl_->transform_transposed_pair(a, density_a, b, density_b);
-  impl_->collect_work();
+  Impl& impl = *impl_;
+  if (impl.row_map.active()) {
+    btran(a, density_a);
+    btran(b, density_b);
+    return;
+  }
+  impl.transform_transposed_pair(a, density_a, b, density_b);
+  impl.collect_work();
 }
 
 bool BasisFactor::update(int position, double pivot) {
-  const bool done = impl_->update(position, pivot);
+  const bool done = impl_->update(impl_->position_map.inner(position), pivot);
   impl_->collect_work();
   return done;
 }
@@ -213,6 +243,16 @@ bool BasisFactor::update(int position, double pivot) {
 bool BasisFactor::should_refactor() const {
   return impl_->statistics.updates >= impl_->settings.update_limit ||
          (impl_->settings.adaptive_refactor && impl_->average_rises);
+}
+
+bool BasisFactor::add_rows(const SparseMatrix& rows) {
+  const bool done = impl_->add_rows(rows);
+  impl_->collect_work();
+  return done;
+}
+
+bool BasisFactor::delete_rows(const Vector<int>& rows, const Vector<int>& positions) {
+  return impl_->delete_rows(rows, positions);
 }
 
 FactorMark BasisFactor::checkpoint() {

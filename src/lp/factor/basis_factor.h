@@ -102,10 +102,26 @@ class BasisFactor {
   /// rounding asks for a refactorization. False: refactorize instead (nothing was changed).
   bool update(int position, double pivot);
 
+  // Rows that join and leave while their logicals are basic. The caller changes `columns`, its
+  // numbering of logicals and the header in the same way; the factor looks at `columns` again only
+  // when it factorizes. A column kept by ftran() is no longer kept. All or nothing.
+
+  /// Appends k rows whose logicals are basic at k new positions behind the others, in the same
+  /// order: B' = [B 0; R I]. `rows` holds the k rows of R, its indices are basis positions (each
+  /// once a row). Costs one sparse solve a row; later solves cost more by the entries that these
+  /// have. False: factorize instead (no memory, or no valid factor).
+  bool add_rows(const SparseMatrix& rows);
+  /// Deletes rows whose logicals are basic: the rows `rows` and the positions `positions` of their
+  /// logicals, both ascending. What remains closes up and keeps its order. Costs O(m); until the
+  /// next factorization the deleted rows still cost their share of the solves. False: factorize
+  /// instead (a mark of this factorization is outstanding, half of the rows would be deleted ones,
+  /// no memory, or no valid factor).
+  bool delete_rows(const Vector<int>& rows, const Vector<int>& positions);
+
   // Checkpoints, for probes and dives. Marks form a stack; as many as one likes may be outstanding.
-  // All of these calls work whatever has happened since the mark: updates, refused updates, further
-  // marks, factorizations, also failed ones. The factor does not know the header: the caller puts
-  // its own back (entries of the positions updated since the mark, repairs).
+  // All of these calls work whatever has happened since the mark: updates, refused updates, added
+  // rows, further marks, factorizations, also failed ones. The factor does not know the header: the
+  // caller puts its own back (entries of the positions updated since the mark, repairs).
   //
   // While a mark is outstanding, an update also writes down what it overwrites, and a factorization
   // leaves the marked factors alone and works on a second set (one set for every factorization to

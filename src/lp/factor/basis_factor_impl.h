@@ -7,6 +7,7 @@
 #pragma once
 
 #include "lp/factor/basis_factor.h"
+#include "lp/factor/line_map.h"
 #include "lp/factor/lu_journal.h"
 #include "lp/factor/lu_kernel.h"
 #include "lp/factor/lu_solve.h"
@@ -19,17 +20,18 @@ struct BasisFactor::Impl {
   struct Parked {
     LuFactors lu;
     LuJournal journal;
+    LineMap row_map, position_map;
     FactorStatistics statistics;
     double factor_work = 0.0;
   };
   /// A state to return to: that of the parked factor of this number (or of the current factor, when
-  /// none is parked beyond it) before all updates of its journal from `updates` on.
+  /// none is parked beyond it) before all records of its journal from `journaled` on.
   struct Mark {
     int serial;
     int parked;
-    std::size_t updates;
+    std::size_t journaled;
+    int updates, repairs;
     double threshold;
-    int repairs;
     double work_since, average_work;
     bool average_rises;
   };
@@ -60,6 +62,13 @@ struct BasisFactor::Impl {
   bool update(int position, double solve_pivot);
   void note_update();
 
+  // factor_rows.cpp
+  bool add_rows(const SparseMatrix& rows);
+  bool delete_rows(const Vector<int>& rows, const Vector<int>& positions);
+  void clear_maps();
+  void setup_work_arrays(int order);
+
+  // factor_marks.cpp
   FactorMark checkpoint();
   bool outstanding(FactorMark mark) const;
   void rollback(FactorMark mark);
@@ -82,12 +91,14 @@ struct BasisFactor::Impl {
   bool valid = false;
 
   LuFactors lu;
-  LuJournal journal;  // of the updates since the first mark of this factorization
+  LuJournal journal;              // of the updates since the first mark of this factorization
+  LineMap row_map, position_map;  // active while rows are deleted
   LuKernel kernel;
   LuSolver solver;
   PackedVector spike;    // column of the last ftran that was to be kept
   PackedVector row_eta;  // of the last btran of a unit vector, for its position
-  Vector<int> scratch;
+  WorkVector inside[2];  // right-hand sides and results while rows are deleted
+  Vector<int> scratch, inner_positions;
 
   FactorStatistics statistics;
   double factor_work = 0.0;   // of the last factorization

@@ -62,6 +62,7 @@ KernelOutcome BasisFactor::Impl::run_kernel(const Vector<int>& header) {
 FactorOutcome BasisFactor::Impl::factorize(Vector<int>& header, bool allow_repair,
                                            Vector<BasisRepair>& repairs) {
   if (marked()) park();
+  clear_maps();
   valid = spike.valid = row_eta.valid = false;
   factor_work = 0.0;
   int passes = 0;
@@ -140,10 +141,7 @@ void BasisFactor::Impl::repair(Vector<int>& header, Vector<BasisRepair>& repairs
 }
 
 void BasisFactor::Impl::finish_factorization() {
-  const int m = lu.m;
-  solver.setup();
-  spike.setup(m);
-  row_eta.setup(m);
+  setup_work_arrays(lu.m);
   ++statistics.factorizations;
   statistics.updates = 0;
   statistics.basis_nonzeros = kernel.nonzeros();

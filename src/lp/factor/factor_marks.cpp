@@ -7,8 +7,8 @@
 namespace kelvo {
 
 FactorMark BasisFactor::Impl::checkpoint() {
-  marks.push_back({++last_serial, num_parked, journal.updates.size(), threshold, statistics.repairs,
-                   work_since, average_work, average_rises});
+  marks.push_back({++last_serial, num_parked, journal.updates.size(), statistics.updates,
+                   statistics.repairs, threshold, work_since, average_work, average_rises});
   return {static_cast<int>(marks.size()) - 1, last_serial};
 }
 
@@ -21,12 +21,13 @@ void BasisFactor::Impl::rollback(FactorMark mark) {
   marks.erase(marks.begin() + mark.level + 1, marks.end());
   const Mark& state = marks.back();
   while (num_parked > state.parked) unpark();
+  const int order = lu.m;
   long touched = 0;
-  while (journal.updates.size() > state.updates) {
-    touched += undo_update(lu, journal);
-    --statistics.updates;
-  }
+  while (journal.updates.size() > state.journaled) touched += undo_update(lu, journal);
+  row_map.drop_last(order - lu.m);
+  position_map.drop_last(order - lu.m);
   statistics.work += static_cast<double>(touched);
+  statistics.updates = state.updates;
   statistics.repairs = state.repairs;
   threshold = state.threshold;
   work_since = state.work_since;
@@ -49,6 +50,8 @@ void BasisFactor::Impl::park() {
   place.journal.clear();
   std::swap(place.lu, lu);
   std::swap(place.journal, journal);
+  std::swap(place.row_map, row_map);
+  std::swap(place.position_map, position_map);
   place.statistics = statistics;
   place.factor_work = factor_work;
   ++num_parked;
@@ -58,6 +61,8 @@ void BasisFactor::Impl::unpark() {
   Parked& place = *parked[--num_parked];
   std::swap(place.lu, lu);
   std::swap(place.journal, journal);
+  std::swap(place.row_map, row_map);
+  std::swap(place.position_map, position_map);
   const FactorStatistics later = statistics;
   statistics = place.statistics;
   statistics.factorizations = later.factorizations;

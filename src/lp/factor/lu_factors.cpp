@@ -53,7 +53,7 @@ void compress_file(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, Vec
 }
 
 void LuFactors::reset(int num_rows, int num_positions) {
-  m = num_rows;
+  m = num_factored = num_rows;
   num_pivots = num_logical = num_triangular = 0;
   row_of_pivot.resize(m);
   position_of_pivot.resize(m);

@@ -6,12 +6,18 @@
 //
 //     P B Q' = L R_1^{-1} ... R_u^{-1} U
 //
+// Rows added later with their logicals basic, B' = [B 0; R I], extend this without touching what is
+// there: they are pivots m, m+1, ... with unit lines in L and U, and row etas with the multipliers
+// R Q'U^{-1}, as [M 0; W I] with M = L R_1^{-1} ... R_u^{-1} is M with the etas x_new -= W x
+// appended.
+//
 // L:   unit lower triangular in the order of the pivots; kept by columns and by rows.
-// R_u: the row eta of update u: row `target` -= sum of value * row index (Forrest and Tomlin 1972).
+// R_u: the row eta of update u (Forrest and Tomlin 1972) or of an added row: row `target` -= sum of
+//      value * row index.
 // U:   upper triangular in the order of `sequence`; kept by columns, each divided by its diagonal
 //      entry, and by rows, likewise, which keeps that division off the critical path of a solve.
 //      Both change in every update: its pivot moves to the end of the sequence and leaves a gap
-//      (-1) where it stood; pivots are never renumbered.
+//      (-1) behind; pivots are never renumbered. Added pivots join the sequence at its end.
 //
 // Solves with few nonzeros find what they can reach by a depth-first search, hence both
 // orientations of each factor (Gilbert and Peierls 1988).
@@ -58,7 +64,8 @@ struct EntryFile {
 void compress_file(EntryFile& file, Vector<Span>& lines, Vector<int>* limit, Vector<int>& scratch);
 
 struct LuFactors {
-  int m = 0;
+  int m = 0;             // order, rows added later included
+  int num_factored = 0;  // order at the factorization
 
   // Pivots; -1 where a row or position has none (only after a failed factorization).
   int num_pivots = 0;
@@ -82,28 +89,28 @@ struct LuFactors {
   Vector<Span> u_column;    // [m] by pivot
   Vector<Span> u_row;       // [m] by pivot
   Vector<int> u_row_limit;  // [m] by pivot: where the room of the row ends
-  Vector<int> sequence;     // pivots in order, -1 for gaps, moved ones from m on;
-                            // the first sequence_size are valid
+  Vector<int> sequence;     // pivots in order, -1 for gaps, those that were moved or added from
+                            // num_factored on; the first sequence_size are valid
   Vector<int> place;        // [m] by pivot: its index in `sequence`
   int sequence_size = 0;
   long u_nonzeros = 0;  // entries of U off the diagonal
 
-  // The last dense.order pivots when they form a dense block: their L columns and the part of
-  // their U columns within the block are kept there instead of in the files. Updates clear the row
-  // and the column of a pivot that moves.
+  // The last dense.order pivots of the factorization when they form a dense block: their L columns
+  // and the part of their U columns within the block are kept there instead of in the files.
+  // Updates clear the row and the column of a pivot that moves.
   DenseBlock dense;
 
-  // Row etas of the updates.
+  // Row etas of the updates and the added rows, in the order in which they were made.
   EntryFile etas;
-  Vector<Span> eta;        // by update
-  Vector<int> eta_target;  // by update
+  Vector<Span> eta;
+  Vector<int> eta_target;
 
-  int num_updates() const { return static_cast<int>(eta.size()); }
+  int num_etas() const { return static_cast<int>(eta.size()); }
   long nonzeros() const { return l_columns.used + u_nonzeros + dense.size() + m; }
   /// First pivot of the dense block.
-  int block_begin() const { return m - dense.order; }
-  /// True when an update has moved the pivot to the end of the sequence.
-  bool moved(int k) const { return place[k] >= m; }
+  int block_begin() const { return num_factored - dense.order; }
+  /// True when an update has moved the pivot to the end of the sequence, or it was added there.
+  bool moved(int k) const { return place[k] >= num_factored; }
 
   /// Sizes the arrays for a matrix of m rows and forgets all entries.
   void reset(int num_rows, int num_positions);

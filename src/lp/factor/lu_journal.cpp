@@ -1,5 +1,7 @@
 #include "lp/factor/lu_journal.h"
 
+#include "lp/factor/lu_border.h"
+
 namespace kelvo {
 namespace {
 
@@ -29,13 +31,38 @@ void LuJournal::clear() {
 }
 
 void LuJournal::open_update(const LuFactors& lu, int t) {
-  updates.push_back({t, lu.u_column[t], lu.u_row[t], lu.diagonal[t], lu.place[t], lu.u_columns.used,
-                     lu.u_rows.used, lu.etas.used, lu.u_nonzeros, from_rows.size(),
-                     from_columns.size(), moved_rows.size(), dense.size()});
+  updates.push_back({lu.m, t, lu.u_column[t], lu.u_row[t], lu.diagonal[t], lu.place[t],
+                     lu.u_columns.used, lu.u_rows.used, lu.etas.used, lu.u_nonzeros,
+                     from_rows.size(), from_columns.size(), moved_rows.size(), dense.size()});
 }
+
+void LuJournal::open_border(const LuFactors& lu, int etas_used) {
+  Update border{};
+  border.order = lu.m;
+  border.pivot = -1;
+  border.etas_used = etas_used;
+  updates.push_back(border);
+}
+
+namespace {
+
+long undo_border(LuFactors& lu, const LuJournal::Update& border) {
+  const long touched = lu.m - border.order;
+  lu.eta.resize(lu.eta.size() - touched);
+  lu.eta_target.resize(lu.eta.size());
+  lu.etas.used = border.etas_used;
+  remove_border(lu, border.order);
+  return touched;
+}
+
+}  // namespace
 
 long undo_update(LuFactors& lu, LuJournal& journal) {
   const LuJournal::Update update = journal.updates.back();
+  if (update.pivot < 0) {
+    journal.updates.pop_back();
+    return undo_border(lu, update);
+  }
   const int t = update.pivot;
   const Span spike = lu.u_column[t];
   long touched = spike.size() + update.column.size() + update.row.size();

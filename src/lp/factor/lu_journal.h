@@ -1,4 +1,4 @@
-// What the updates overwrite, kept while a caller may want to take them back.
+// What updates and borders overwrite, kept while a caller may want to take them back.
 //
 // An update moves, shortens and fills lines of U. Their old contents stay in the files as garbage,
 // because files are not compressed while a journal is kept; so a record needs the old places only,
@@ -24,9 +24,11 @@ struct LuJournal {
     Span span;
     int limit;
   };
-  /// The factor before one update. The lists below hold what belongs to it from these sizes on.
+  /// The factor before one update or border. The lists below hold what belongs to it from these
+  /// sizes on.
   struct Update {
-    int pivot;
+    int order;
+    int pivot;         // -1 for a border, which leaves U alone
     Span column, row;  // of the pivot, in U
     double diagonal;
     int place;
@@ -44,9 +46,11 @@ struct LuJournal {
   void clear();
   /// Writes down the state before the update of pivot t.
   void open_update(const LuFactors& lu, int t);
+  /// Writes down the state before a border, when the etas were `etas_used` long.
+  void open_border(const LuFactors& lu, int etas_used);
 };
 
-/// Undoes the last update of the journal; returns the entries touched.
+/// Undoes the last update or border of the journal; returns the entries touched.
 long undo_update(LuFactors& lu, LuJournal& journal);
 
 }  // namespace kelvo

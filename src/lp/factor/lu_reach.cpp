@@ -17,7 +17,7 @@ constexpr int kReachMinimum = 16;
 bool LuSolver::worth_sparse(int k, double expected) const {
   // With a dense block as the bulk of the factor nothing is sparse.
   if (k == WorkVector::kDense || expected > kSparseDensity || lu_.dense.order > 0) return false;
-  const double m = lu_.m;
+  const double m = lu_.num_factored;
   return (m - lu_.num_triangular) * kSparseWeight * k < m * m;
 }
 

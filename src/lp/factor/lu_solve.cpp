@@ -105,16 +105,17 @@ struct Entries {
 
 }  // namespace
 
-void LuSolver::setup() {
-  const int m = lu_.m;
+void LuSolver::setup(int order) {
+  const std::size_t m = order;
+  if (resume_.size() >= m) return;
   for (WorkVector& inner : inner_) {
-    // The list is made last: of its length, the vector is complete even after memory ran short.
-    if (static_cast<int>(inner.index.size()) != m + 1) inner.setup(m);
+    inner.value.resize(m, 0.0);
+    inner.index.resize(m + 1, 0);
   }
-  marked_.assign(m, 0);
+  marked_.resize(m, 0);
   reach_.resize(m);
   stack_.resize(m);
-  resume_.resize(m);
+  resume_.resize(m);  // last: of its length, all are complete even after memory ran short
 }
 
 void LuSolver::enter(WorkVector& from, const Vector<int>& pivot_of_line,
@@ -185,8 +186,8 @@ void LuSolver::solve_etas(WorkVector& x) {
   double* a = x.value.data();
   const int* index = lu_.etas.index.data();
   const double* value = lu_.etas.value.data();
-  const int updates = lu_.num_updates();
-  for (int u = 0; u < updates; ++u) {
+  const int num_etas = lu_.num_etas();
+  for (int u = 0; u < num_etas; ++u) {
     const Span line = lu_.eta[u];
     double sum = 0.0;
     for (int e = line.begin; e < line.end; ++e) sum += value[e] * a[index[e]];
@@ -197,7 +198,7 @@ void LuSolver::solve_etas(WorkVector& x) {
     if (x.count >= 0 && old == 0.0) x.index[x.count++] = target;
     a[target] = negligible(now) ? kListedZero : now;
   }
-  work_ += lu_.etas.used + updates;
+  work_ += lu_.etas.used + num_etas;
 }
 
 void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
@@ -246,14 +247,14 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
       entries.subtract(column[k], ak, a);
       touched += column[k].size();
     };
-    // The moved pivots come first; after them every pivot stands at its own number, and those that
-    // moved are zero by then.
-    for (int s = lu_.sequence_size - 1; s >= m; --s) {
+    // The moved and added pivots come first; after them every pivot is at its own number, and those
+    // that moved are zero by then.
+    for (int s = lu_.sequence_size - 1; s >= lu_.num_factored; --s) {
       const int k = lu_.sequence[s];
       if (k >= 0 && a[k] != 0.0) eliminate(k);
     }
     if (lu_.dense.order > 0) lu_.dense.solve_upper(a + lu_.block_begin());
-    for_nonzeros_down(a, lu_.num_logical, m, eliminate);
+    for_nonzeros_down(a, lu_.num_logical, lu_.num_factored, eliminate);
     count = move_out(a, lu_.num_logical, position, y, list, count);
     touched += m + lu_.dense.size() / kDenseSpeed;
     out.count = count > kListDensity * m ? WorkVector::kDense : count;
@@ -262,7 +263,7 @@ void LuSolver::solve_u(WorkVector& x, double expected, WorkVector& out) {
 }
 
 void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
-  const int m = lu_.m;
+  const int m = lu_.m, factored = lu_.num_factored;
   double* a = y.value.data();
   const Entries entries(lu_.u_rows);
   const double* inverse = lu_.inverse_diagonal.data();
@@ -293,26 +294,27 @@ void LuSolver::solve_u_transposed(WorkVector& y, double expected) {
       entries.subtract(row[k], ak, a);
       touched += row[k].size();
     };
-    // Pivots that have not moved stand at their own numbers; the moved ones follow.
+    // Pivots that have not moved are at their own numbers; the moved ones follow.
     const auto pass_in_place = [&](int from, int to) {
       for_nonzeros_up(a, from, to, [&](int k) {
         if (!lu_.moved(k)) eliminate(k);
       });
     };
     const auto pass_moved = [&] {
-      for (int s = m; s < lu_.sequence_size; ++s) {
+      for (int s = factored; s < lu_.sequence_size; ++s) {
         const int k = lu_.sequence[s];
         if (k >= 0 && a[k] != 0.0) eliminate(k);
       }
     };
     if (lu_.dense.order == 0) {
-      pass_in_place(0, m);
+      pass_in_place(0, factored);
       pass_moved();
     } else {
       const int begin = lu_.block_begin();
       pass_in_place(0, begin);
-      lu_.dense.solve_upper_transposed(a + begin, inverse + begin, lu_.place.data() + begin, m);
-      for (int k = begin; k < m; ++k) {
+      lu_.dense.solve_upper_transposed(a + begin, inverse + begin, lu_.place.data() + begin,
+                                       factored);
+      for (int k = begin; k < factored; ++k) {
         if (lu_.moved(k) || a[k] == 0.0) continue;
         y.index[count++] = k;
         entries.subtract(row[k], a[k] * lu_.diagonal[k], a);
@@ -331,9 +333,9 @@ void LuSolver::solve_etas_transposed(WorkVector& y) {
   double* a = y.value.data();
   const int* index = lu_.etas.index.data();
   const double* value = lu_.etas.value.data();
-  const int updates = lu_.num_updates();
-  long touched = updates;
-  for (int u = updates - 1; u >= 0; --u) {
+  const int num_etas = lu_.num_etas();
+  long touched = num_etas;
+  for (int u = num_etas - 1; u >= 0; --u) {
     const double factor = a[lu_.eta_target[u]];
     if (factor == 0.0) continue;
     const Span line = lu_.eta[u];

@@ -19,8 +19,8 @@ class LuSolver {
  public:
   explicit LuSolver(const LuFactors& factors) : lu_(factors) {}
 
-  /// Sizes the work arrays; to be called after every factorization.
-  void setup();
+  /// Makes the work arrays long enough for factors of this order; they never shrink.
+  void setup(int order);
   WorkVector& inner(int which) { return inner_[which]; }
 
   /// Moves `from`, indexed by lines whose pivots are pivot_of_line, to an inner vector.
@@ -56,11 +56,12 @@ class LuSolver {
   int reach(const WorkVector& x, const Vector<Span>& lines, const EntryFile& file);
 
   const LuFactors& lu_;
-  WorkVector inner_[2];  // [m] by pivot, zero between solves
-  Vector<char> marked_;  // [m] 1 while a pivot is in the reach
-  Vector<int> reach_;    // [m]
-  Vector<int> stack_;    // [m] pivots on the path of the search
-  Vector<int> resume_;   // [m] where to go on in the line of stack_[k]
+  // All of [m] or longer.
+  WorkVector inner_[2];  // by pivot, zero between solves
+  Vector<char> marked_;  // 1 while a pivot is in the reach
+  Vector<int> reach_;
+  Vector<int> stack_;   // pivots on the path of the search
+  Vector<int> resume_;  // where the search continues in the line of stack_[k]
   double work_ = 0.0;
 };
 

@@ -78,7 +78,7 @@ void LuSolver::solve_u_pair(WorkVector& x, WorkVector& y, WorkVector& out_x, Wor
   double* b = y.value.data();
   Output out_a(out_x), out_b(out_y);
   long touched = m;
-  const int block_end = lu_.dense.order > 0 ? m - 1 : -1;
+  const int block_end = lu_.dense.order > 0 ? lu_.num_factored - 1 : -1;
   for (int s = lu_.sequence_size - 1; s >= 0; --s) {
     if (s == block_end) {
       lu_.dense.solve_upper(a + lu_.block_begin());
@@ -121,18 +121,18 @@ void LuSolver::solve_u_transposed_pair(WorkVector& x, WorkVector& y) {
   if (lu_.dense.order == 0) {
     pass(0, lu_.sequence_size);
   } else {
-    const int begin = lu_.block_begin();
+    const int begin = lu_.block_begin(), factored = lu_.num_factored;
     const double* inverse = lu_.inverse_diagonal.data() + begin;
     pass(0, begin);
     for (double* c : {a, b}) {
-      lu_.dense.solve_upper_transposed(c + begin, inverse, lu_.place.data() + begin, lu_.m);
+      lu_.dense.solve_upper_transposed(c + begin, inverse, lu_.place.data() + begin, factored);
     }
-    for (int k = begin; k < lu_.m; ++k) {
+    for (int k = begin; k < factored; ++k) {
       if (lu_.moved(k)) continue;
       const double diagonal = lu_.diagonal[k];
       touched += subtract_line(lu_.u_row[k], lu_.u_rows, a[k] * diagonal, a, b[k] * diagonal, b);
     }
-    pass(lu_.m, lu_.sequence_size);
+    pass(factored, lu_.sequence_size);
   }
   x.count = y.count = WorkVector::kDense;
   work_ += static_cast<double>(touched);

@@ -13,16 +13,17 @@ namespace kelvo {
 
 /// The nonzeros of a row eta or of a partially transformed column, by pivot.
 struct PackedVector {
-  Vector<int> index;     // [m], the first `count` are valid
-  Vector<double> value;  // [m]
+  Vector<int> index;     // [m] or longer, the first `count` are valid
+  Vector<double> value;  // likewise
   int count = 0;
   int position = -1;  // the basis position it belongs to, where that matters
   bool valid = false;
 
   void setup(int m) {
+    valid = false;
+    if (static_cast<int>(value.size()) >= m) return;
     index.resize(m);
     value.resize(m);
-    valid = false;
   }
 };
 

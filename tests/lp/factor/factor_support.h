@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 #include "base/containers.h"
 #include "base/random.h"
@@ -58,69 +59,48 @@ inline SparseMatrix random_matrix(Random& random, const Shape& shape) {
   return a;
 }
 
-/// out += factor * (column of `variable`).
-inline void add_column(const SparseMatrix& a, int variable, double factor, Vector<double>& out) {
+/// Calls f(row, value) for the entries of the column of a variable.
+template <class F>
+void for_column(const SparseMatrix& a, int variable, F f) {
   if (variable >= a.num_major) {
-    out[variable - a.num_major] += factor;
+    f(variable - a.num_major, 1.0);
     return;
   }
-  for (int e = a.start[variable]; e < a.start[variable + 1]; ++e) {
-    out[a.index[e]] += factor * a.value[e];
-  }
+  for (int e = a.start[variable]; e < a.start[variable + 1]; ++e) f(a.index[e], a.value[e]);
 }
 
-inline double dot_column(const SparseMatrix& a, int variable, const Vector<double>& y) {
-  if (variable >= a.num_major) return y[variable - a.num_major];
-  double sum = 0.0;
-  for (int e = a.start[variable]; e < a.start[variable + 1]; ++e) {
-    sum += a.value[e] * y[a.index[e]];
-  }
-  return sum;
-}
-
-/// max_i |(B x - rhs)_i| / (|B| |x| + |rhs|)_i: the backward error, at rounding level if the solve
-/// is stable.
+/// max_i |(B x - a)_i| / max_i (|B| |x| + |a|)_i, in extended precision: the backward error, at
+/// rounding level if the solve is stable.
 inline double ftran_error(const SparseMatrix& a, const Vector<int>& header, const Vector<double>& x,
                           const Vector<double>& rhs) {
-  Vector<double> residual(rhs.size()), size(rhs.size());
-  double largest = 0.0;
-  for (std::size_t i = 0; i < rhs.size(); ++i) {
-    residual[i] = -rhs[i];
-    size[i] = std::fabs(rhs[i]);
-  }
+  std::vector<long double> residual(rhs.begin(), rhs.end()), size(rhs.size());
+  for (std::size_t i = 0; i < rhs.size(); ++i) size[i] = std::fabs(residual[i]);
   for (std::size_t p = 0; p < header.size(); ++p) {
-    if (x[p] == 0.0) continue;
-    add_column(a, header[p], x[p], residual);
-    if (header[p] >= a.num_major) {
-      size[header[p] - a.num_major] += std::fabs(x[p]);
-    } else {
-      for (int e = a.start[header[p]]; e < a.start[header[p] + 1]; ++e) {
-        size[a.index[e]] += std::fabs(a.value[e] * x[p]);
-      }
-    }
+    for_column(a, header[p], [&](int i, long double value) {
+      residual[i] -= value * x[p];
+      size[i] += std::fabs(value * x[p]);
+    });
   }
-  double scale = 0.0;
-  for (double s : size) scale = std::max(scale, s);
-  for (double r : residual) largest = std::max(largest, std::fabs(r));
-  return scale == 0.0 ? 0.0 : largest / scale;
+  long double largest = 0.0, scale = 0.0;
+  for (const long double s : size) scale = std::max(scale, s);
+  for (const long double r : residual) largest = std::max(largest, std::fabs(r));
+  return scale == 0.0 ? 0.0 : static_cast<double>(largest / scale);
 }
 
+/// The same of y'B = c'.
 inline double btran_error(const SparseMatrix& a, const Vector<int>& header, const Vector<double>& y,
                           const Vector<double>& rhs) {
-  double largest = 0.0, scale = 0.0;
+  long double largest = 0.0, scale = 0.0;
   for (std::size_t p = 0; p < header.size(); ++p) {
-    largest = std::max(largest, std::fabs(dot_column(a, header[p], y) - rhs[p]));
-    double size = std::fabs(rhs[p]);
-    if (header[p] >= a.num_major) {
-      size += std::fabs(y[header[p] - a.num_major]);
-    } else {
-      for (int e = a.start[header[p]]; e < a.start[header[p] + 1]; ++e) {
-        size += std::fabs(a.value[e] * y[a.index[e]]);
-      }
-    }
+    long double residual = rhs[p], size = std::fabs(rhs[p]);
+    for_column(a, header[p], [&](int i, long double value) {
+      residual -= value * y[i];
+      size += std::fabs(value * y[i]);
+    });
+    largest = std::max(largest, std::fabs(residual));
     scale = std::max(scale, size);
   }
-  return scale == 0.0 ? 0.0 : largest / scale;
+  return scale == 0.0 ? 0.0 : static_cast<double>(largest / scale);
 }
 
 /// A right-hand side with about `count` entries; the list is exact.
@@ -166,6 +146,29 @@ inline Vector<int> random_header(Random& random, const SparseMatrix& a, int stru
   return header;
 }
 
+/// Solves of both kinds, sparse and dense, fit the basis.
+inline void expect_solves(BasisFactor& factor, const SparseMatrix& a, const Vector<int>& header,
+                          Random& random, double tolerance = 1e-9) {
+  const int m = a.num_minor;
+  WorkVector x(m);
+  for (int count : {0, 1, 3, m / 10, m}) {
+    for (double expected : {0.0, 1.0}) {
+      random_rhs(random, count, x);
+      if (count == m) x.count = WorkVector::kDense;
+      Vector<double> rhs = x.value;
+      factor.ftran(x, expected);
+      EXPECT_LT(ftran_error(a, header, x.value, rhs), tolerance) << count << ' ' << expected;
+      EXPECT_TRUE(list_is_exact(x));
+      random_rhs(random, count, x);
+      if (count == m) x.count = WorkVector::kDense;
+      rhs = x.value;
+      factor.btran(x, expected);
+      EXPECT_LT(btran_error(a, header, x.value, rhs), tolerance) << count << ' ' << expected;
+      EXPECT_TRUE(list_is_exact(x));
+    }
+  }
+}
+
 /// A basis that changes column by column, as the simplex changes it, with its factor.
 struct BasisWalk {
   enum class Step { none, updated, refused };
@@ -186,12 +189,9 @@ struct BasisWalk {
     const int m = a.num_minor;
     const int entering = random.below(a.num_major + m);
     if (std::find(header.begin(), header.end(), entering) != header.end()) return Step::none;
+    if (x.size() != m) x.setup(m);
     x.clear();
-    Vector<double> column(m, 0.0);
-    add_column(a, entering, 1.0, column);
-    for (int i = 0; i < m; ++i) {
-      if (column[i] != 0.0) x.insert(i, column[i]);
-    }
+    for_column(a, entering, [&](int i, double value) { x.insert(i, value); });
     const double expected = random.below(2);
     factor.ftran(x, expected, true);
     double largest = 1e-2;

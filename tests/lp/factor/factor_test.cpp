@@ -8,35 +8,11 @@ namespace {
 
 using namespace factor_testing;
 
-constexpr double kSolveTolerance = 1e-9;
-
 constexpr Shape kShapes[] = {{1, 2, 1.0, 0.0, false},      {2, 4, 1.5, 0.0, true},
                              {7, 20, 2.0, 0.0, true},      {40, 80, 2.0, 0.0, true},
                              {60, 120, 6.0, 0.0, false},   {50, 90, 25.0, 0.0, false},
                              {300, 700, 2.5, 0.0, false},  {300, 700, 3.0, 2.0, false},
                              {2000, 3000, 1.8, 0.0, true}, {1200, 3000, 4.0, 0.0, false}};
-
-void expect_solves(BasisFactor& factor, const SparseMatrix& a, const Vector<int>& header,
-                   Random& random, double tolerance = kSolveTolerance) {
-  const int m = a.num_minor;
-  WorkVector x(m);
-  for (int count : {0, 1, 3, m / 10, m}) {
-    for (double expected : {0.0, 1.0}) {
-      random_rhs(random, count, x);
-      if (count == m) x.count = WorkVector::kDense;
-      Vector<double> rhs = x.value;
-      factor.ftran(x, expected);
-      EXPECT_LT(ftran_error(a, header, x.value, rhs), tolerance) << count << ' ' << expected;
-      EXPECT_TRUE(list_is_exact(x));
-      random_rhs(random, count, x);
-      if (count == m) x.count = WorkVector::kDense;
-      rhs = x.value;
-      factor.btran(x, expected);
-      EXPECT_LT(btran_error(a, header, x.value, rhs), tolerance) << count << ' ' << expected;
-      EXPECT_TRUE(list_is_exact(x));
-    }
-  }
-}
 
 TEST(BasisFactor, SolvesAgreeWithTheBasisOnManyShapes) {
   int seed = 0;
