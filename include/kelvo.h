@@ -1,8 +1,61 @@
-/* Kelvo: mathematical-programming solver, the public C interface.
+/* Kelvo: mathematical-programming solver, the C interface. Valid C99 and C++11.
  *
- * Every function takes the environment first and returns 0 or an error code; functions that return
- * a value say what they return on failure. Indices and counts are 32-bit integers counted from 0.
- * A bound or right-hand side of magnitude 1e20 or more is infinite.
+ *     minimize or maximize   c'x + 1/2 x'Qx
+ *     subject to             rows, quadratic constraints, indicator constraints, ordered sets,
+ *                            lower <= x <= upper, some x integer or semi-continuous
+ *
+ * A program opens an environment (KLVopenKELVO), makes a problem in it (KLVcreateprob), fills it
+ * (KLVnewcols and KLVaddrows, KLVcopylp, or KLVreadcopyprob), solves it (KLVlpopt), reads the
+ * answer (KLVgetstat, KLVgetobjval, KLVgetx) and closes the environment (KLVcloseKELVO). This
+ * version solves linear problems; the other parts of a model can be built, queried, read and
+ * written.
+ *
+ * Conventions. What is said here holds for every function whose comment does not say otherwise.
+ *
+ * Return codes. A function returns 0 or an error code (KLV_ERROR_...; comments give the numbers).
+ *   Functions that return a count, a handle or a text say what they return on failure. A failure
+ *   is also told in one line on the error channel, such as "KELVO Error  1217: No solution
+ *   exists."; nobody sees it until a destination is attached (KLVaddfpdest, KLVaddfuncdest) or
+ *   KLV_PARAM_SCRIND is 1. KLVgeterrorstring gives the line of any code. Results of optimizers,
+ *   such as "infeasible" or "time limit exceeded", are not errors but statuses (KLVgetstat).
+ *   A function that fails has changed nothing.
+ *
+ * Checks. Functions with an environment give 1002 when it is invalid, which is not printed, and
+ *   1804 when called from an informational callback with the caller's environment. Functions with
+ *   a problem give 1806 when it belongs to another environment, then 1009 when it is invalid.
+ *   Any function that needs memory may give 1001.
+ *
+ * Ownership. The library copies the arrays and texts it is given; the caller keeps his own. It
+ *   stores addresses only of what lives on: files and functions attached to channels, callbacks
+ *   with their handles, and the int of KLVsetterminate. These must stay valid until they are
+ *   removed. Arrays for results are the caller's and must be as long as their comment says.
+ *   Environments, problems and channels are freed by functions of their own, and with the
+ *   environment at the latest. Texts that the library returns (KLVversion) are its own; a presolved
+ *   problem (KLVgetredlp) belongs to the problem it was made from.
+ *
+ * Threads. One thread at a time may use an environment with its child environments and everything
+ *   in them. Environments that were opened separately share nothing and may be used at the same
+ *   time. The int of KLVsetterminate may be set by any thread, or a signal handler, at any time.
+ *
+ * Null arguments. A null pointer where data or a place for results is needed gives 1004. Arrays of
+ *   length 0 may be null, and so may what is marked so.
+ *
+ * Numbers. Indices and counts are 32-bit integers from 0; functions on lists of indices accept them
+ *   in any order. Data are IEEE doubles. A bound or right-hand side of magnitude KLV_INFINITY
+ *   (1e20) or more is infinite; KLV_NO_LIMIT (1e75) and KLV_NO_COUNT_LIMIT are the values of
+ *   parameters that mean "no limit". Without KLV_PARAM_DATACHECK NaN and infinite coefficients are
+ *   not looked for.
+ *
+ * Ranges. begin and end of a range are both included; begin..end outside the problem gives 1200
+ *   after a line that names the function; the empty range end = begin - 1 is accepted.
+ *
+ * Space and surplus. Functions whose output length the caller cannot know take the room in their
+ *   arrays (space) and store space minus what is needed in *surplus_p. When that is negative they
+ *   fill the arrays as far as the space goes and give 1207. With space 0 the arrays may be null and
+ *   nothing is printed: that is how a caller asks for the room needed, -*surplus_p.
+ *
+ * Dimensions. [n] behind an array is its length, where n and m are the numbers of columns and rows,
+ *   pn and pm those of a presolved problem.
  */
 #ifndef KELVO_H
 #define KELVO_H
@@ -16,6 +69,13 @@
 #define KLV_API
 #endif
 
+/* Checks printf formats where the compiler can. */
+#if defined(__GNUC__)
+#define KLV_PRINTF(text, first) __attribute__((format(printf, text, first)))
+#else
+#define KLV_PRINTF(text, first)
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -25,14 +85,210 @@ typedef struct klv_env* KLVenv;
 typedef struct klv_prob* KLVprob;
 typedef struct klv_channel* KLVchannel;
 
-/* ---- Environment, channels, errors ------------------------------------------------------- */
+/* Bounds and right-hand sides of this magnitude and above are infinite. */
+#define KLV_INFINITY 1e20
 
-/* Checks printf formats where the compiler can. */
-#if defined(__GNUC__)
-#define KLV_PRINTF(text, first) __attribute__((format(printf, text, first)))
-#else
-#define KLV_PRINTF(text, first)
-#endif
+/* The value of a double parameter that means "no limit", as KLVEgetbigreal returns it. */
+#define KLV_NO_LIMIT 1e75
+
+/* The value of a counting parameter that means "no limit". */
+#define KLV_NO_COUNT_LIMIT 2100000000
+
+/* ---- Error codes ---------------------------------------------------------------------------- */
+
+/* The codes that functions of this version return. */
+
+/* clang-format off */
+/* General, environment and parameters */
+#define KLV_ERROR_OUT_OF_MEMORY                       1001 /* out of memory */
+#define KLV_ERROR_NO_ENVIRONMENT                      1002 /* no environment */
+#define KLV_ERROR_BAD_ARGUMENT                        1003 /* bad argument: a negative count, an object that is not the right one */
+#define KLV_ERROR_NULL_POINTER                        1004 /* null pointer for required data */
+#define KLV_ERROR_NO_PROBLEM                          1009 /* no problem exists */
+#define KLV_ERROR_PROBLEM_SIZE_LIMITS                 1012 /* more rows, columns or entries than indices can count */
+#define KLV_ERROR_BAD_PARAMETER_NUMBER                1013 /* no parameter of that kind has this number */
+#define KLV_ERROR_PARAMETER_TOO_SMALL                 1014 /* value below the smallest one of the parameter */
+#define KLV_ERROR_PARAMETER_TOO_BIG                   1015 /* value above the largest one of the parameter */
+#define KLV_ERROR_NOT_FOR_MIXED_INTEGER               1017 /* not available for mixed-integer programs */
+#define KLV_ERROR_NOT_FOR_QUADRATIC                   1018 /* not available for quadratic programs */
+#define KLV_ERROR_CHILD_OF_CHILD                      1019 /* a child environment cannot have children */
+#define KLV_ERROR_THREAD_LIMIT                        1020 /* more child environments than threads allowed */
+#define KLV_ERROR_CLOSE_OF_CHILD                      1021 /* cannot close a child environment */
+#define KLV_ERROR_UNKNOWN_PROBLEM_TYPE                1022 /* unknown problem type; problem not changed */
+#define KLV_ERROR_NOT_SINGLE_PROBLEM                  1023 /* the problem only shows another one and cannot be changed */
+#define KLV_ERROR_NOT_MILP                            1024 /* not a MILP or fixed MILP */
+#define KLV_ERROR_TEXT_PARAMETER_TOO_LONG             1026 /* string parameter is too long */
+#define KLV_ERROR_BAD_PARAMETER_NAME                  1028 /* no parameter has this name */
+#define KLV_ERROR_NOT_MIQP                            1029 /* not a MIQP or fixed MIQP */
+#define KLV_ERROR_NOT_MIQCP                           1030 /* not a MIQCP or fixed MIQCP */
+#define KLV_ERROR_NOT_FOR_QUADRATIC_CONSTRAINTS       1031 /* not available for quadratically constrained programs */
+#define KLV_ERROR_NO_CHANNEL                          1051 /* no channel given */
+#define KLV_ERROR_NO_FILE_DESTINATION                 1052 /* no file given, or it is not attached */
+#define KLV_ERROR_NO_FUNCTION_DESTINATION             1053 /* no function given, or it is not attached */
+
+/* Presolve */
+#define KLV_ERROR_PRESOLVE_INFEASIBLE_OR_UNBOUNDED    1101 /* presolve determines problem is infeasible or unbounded */
+#define KLV_ERROR_NO_PRESOLVED                        1103 /* no presolved problem created */
+#define KLV_ERROR_PRESOLVE_ABORTED                    1106 /* aborted during presolve */
+#define KLV_ERROR_PRESOLVE_INFEASIBLE                 1117 /* presolve determines problem is infeasible */
+#define KLV_ERROR_PRESOLVE_UNBOUNDED                  1118 /* presolve determines problem is unbounded */
+#define KLV_ERROR_CANNOT_CRUSH                        1121 /* can't crush solution form */
+#define KLV_ERROR_PRESOLVE_TIME_LIMIT                 1123 /* time limit exceeded during presolve */
+
+/* Problem data, indices and solutions */
+#define KLV_ERROR_INDEX_RANGE                         1200 /* index is outside range of valid values */
+#define KLV_ERROR_COLUMN_INDEX                        1201 /* column index out of range */
+#define KLV_ERROR_ROW_INDEX                           1203 /* row index out of range */
+#define KLV_ERROR_BEGIN_TOO_SMALL                     1205 /* 'begin' of a range too small; printed before 1200 */
+#define KLV_ERROR_END_TOO_BIG                         1206 /* 'end' of a range too large; printed before 1200 */
+#define KLV_ERROR_INSUFFICIENT_LENGTH                 1207 /* insufficient array length */
+#define KLV_ERROR_ARRAY_TOO_LONG                      1208 /* array length too long */
+#define KLV_ERROR_NAME_NOT_FOUND                      1210 /* name not found */
+#define KLV_ERROR_OBJECTIVE_HAS_NO_RHS                1211 /* the objective has no right-hand side or range */
+#define KLV_ERROR_SENSE_ENTRY                         1215 /* illegal sense of a row */
+#define KLV_ERROR_NO_RANGES                           1216 /* no range values */
+#define KLV_ERROR_NO_SOLUTION                         1217 /* no solution exists */
+#define KLV_ERROR_NO_NAMES                            1219 /* no names exist */
+#define KLV_ERROR_NOT_FIXED                           1221 /* only fixed variables can be pivoted out */
+#define KLV_ERROR_DUPLICATE_ENTRY                     1222 /* duplicate entry */
+#define KLV_ERROR_NULL_NAME                           1224 /* null pointer in an array of names */
+#define KLV_ERROR_NOT_A_NUMBER_ENTRY                  1225 /* an entry is not a number (NaN) */
+#define KLV_ERROR_NOT_ASCENDING                       1226 /* array entry not ascending */
+#define KLV_ERROR_COUNT_ENTRY                         1227 /* a count is negative or larger than allowed */
+#define KLV_ERROR_OVERLAPPING_ENTRIES                 1228 /* starts and counts overlap */
+#define KLV_ERROR_BOUND_CODE_ENTRY                    1229 /* illegal code of a bound */
+#define KLV_ERROR_NO_DUAL_SOLUTION                    1232 /* no dual solution exists */
+#define KLV_ERROR_ENTRY_TOO_LARGE                     1233 /* an entry is infinite */
+#define KLV_ERROR_NOT_BASIC                           1251 /* the variable is not basic */
+#define KLV_ERROR_OPTIMAL_REQUIRED                    1252 /* optimal solution required */
+#define KLV_ERROR_BASIS_STATUS_ENTRY                  1253 /* illegal basis status code */
+#define KLV_ERROR_UNBOUNDED_REQUIRED                  1254 /* unbounded solution required */
+#define KLV_ERROR_BASIS_SINGULAR                      1256 /* basis singular */
+#define KLV_ERROR_BAD_PRICING                         1257 /* incorrect usage of pricing indicator */
+#define KLV_ERROR_NO_FACTOR                           1258 /* no LU factorization exists */
+#define KLV_ERROR_NO_SENSITIVITY                      1260 /* sensitivity analysis not available for current status */
+#define KLV_ERROR_NO_BASIS                            1262 /* no basis exists */
+#define KLV_ERROR_STRONG_BRANCHING_ABORTED            1263 /* strong branching aborted */
+#define KLV_ERROR_DUAL_UNBOUNDED_REQUIRED             1265 /* dual unbounded solution required */
+#define KLV_ERROR_STRONG_BRANCHING_TIME_LIMIT         1266 /* time limit exceeded in strong branching */
+#define KLV_ERROR_ILLEGAL_PIVOT                       1267 /* illegal pivot */
+#define KLV_ERROR_BAD_METHOD_CHOICE                   1292 /* this method is not available */
+
+/* Reading files: parameter, MPS and general input */
+#define KLV_ERROR_NO_FILE_NAME                        1421 /* no file name given */
+#define KLV_ERROR_CANNOT_WRITE_FILE                   1422 /* the file cannot be written */
+#define KLV_ERROR_CANNOT_READ_FILE                    1423 /* the file cannot be read */
+#define KLV_ERROR_BAD_FILE_TYPE                       1424 /* unknown file type */
+#define KLV_ERROR_TOO_MANY_ROWS                       1431 /* too many rows */
+#define KLV_ERROR_TOO_MANY_COLUMNS                    1432 /* too many columns */
+#define KLV_ERROR_TOO_MANY_COEFFICIENTS               1433 /* too many coefficients */
+#define KLV_ERROR_NOT_A_NUMBER                        1434 /* the text is not a number */
+#define KLV_ERROR_EXPONENT_OUT_OF_RANGE               1435 /* exponent out of range */
+#define KLV_ERROR_NO_OBJECTIVE_SENSE                  1436 /* MAXIMIZE or MINIMIZE missing */
+#define KLV_ERROR_QUADRATIC_CONSTRAINT_SENSE          1437 /* illegal quadratic constraint sense */
+#define KLV_ERROR_ILLEGAL_CUT                         1438 /* illegal lazy constraint or user cut */
+#define KLV_ERROR_ILLEGAL_INDICATOR                   1439 /* illegal indicator constraint */
+#define KLV_ERROR_NO_NAME_SECTION                     1441 /* no NAME section */
+#define KLV_ERROR_UNKNOWN_SET_TYPE                    1442 /* unrecognized type of set */
+#define KLV_ERROR_COLUMN_REPEATS_ROW                  1443 /* a column has the same row twice */
+#define KLV_ERROR_SET_REPEATS_ROW                     1444 /* a rim vector or set has the same entry twice */
+#define KLV_ERROR_ROW_REPEATS                         1445 /* a row name occurs twice */
+#define KLV_ERROR_COLUMN_REPEATS                      1446 /* a column name occurs twice */
+#define KLV_ERROR_NAME_REPEATS                        1447 /* a name occurs twice */
+#define KLV_ERROR_NOT_A_ROW                           1448 /* not the name of a row */
+#define KLV_ERROR_NOT_A_COLUMN                        1449 /* not the name of a column */
+#define KLV_ERROR_NO_ROW_SENSE                        1453 /* no row sense */
+#define KLV_ERROR_FIXED_AFTER_BOUND                   1454 /* 'FX' bound type illegal when prior bound given */
+#define KLV_ERROR_FREE_AFTER_BOUND                    1455 /* 'FR' bound type illegal when prior bound given */
+#define KLV_ERROR_BINARY_AFTER_BOUND                  1456 /* 'BV' bound type illegal when prior bound given */
+#define KLV_ERROR_UNKNOWN_BOUND_TYPE                  1457 /* unrecognized bound type */
+#define KLV_ERROR_UPPER_BOUND_REPEATS                 1458 /* repeated upper bound */
+#define KLV_ERROR_LOWER_BOUND_REPEATS                 1459 /* repeated lower bound */
+#define KLV_ERROR_NO_BOUND_TYPE                       1460 /* bound type missing */
+#define KLV_ERROR_EXPECTING_END                       1462 /* unrecognized section; ENDATA expected */
+#define KLV_ERROR_BEYOND_INTEGER_LIMIT                1463 /* number too large for an integer */
+#define KLV_ERROR_NAME_TOO_LONG                       1464 /* name too long */
+#define KLV_ERROR_LINE_TOO_LONG                       1465 /* line too long */
+#define KLV_ERROR_NO_ROWS_SECTION                     1471 /* no ROWS section */
+#define KLV_ERROR_NO_COLUMNS_SECTION                  1472 /* no COLUMNS section */
+#define KLV_ERROR_EXPECTING_RANGES                    1473 /* unrecognized section; RANGES, BOUNDS, SOS, QMATRIX or ENDATA expected */
+#define KLV_ERROR_RANGES_OUT_OF_ORDER                 1474 /* 'RANGES' section out of order */
+#define KLV_ERROR_EXPECTING_QUADRATIC_SECTION         1475 /* unrecognized section; QMATRIX or ENDATA expected */
+#define KLV_ERROR_NO_OBJECTIVE_ROW                    1476 /* no objective row found */
+#define KLV_ERROR_ROW_REPEATS_NOT_PRINTED             1477 /* so many repeated rows were not printed */
+#define KLV_ERROR_COLUMN_REPEATS_NOT_PRINTED          1478 /* so many repeated columns were not printed */
+#define KLV_ERROR_INTEGERS_BEGIN_TWICE                1480 /* 'INTORG' found while reading integers */
+#define KLV_ERROR_INTEGERS_END_WITHOUT_BEGIN          1481 /* 'INTEND' found while not reading integers */
+#define KLV_ERROR_SET_BEGINS_TWICE                    1482 /* 'SOSORG' found while reading a SOS */
+#define KLV_ERROR_SET_ENDS_WITHOUT_BEGIN              1483 /* 'SOSEND' found while not reading a SOS */
+#define KLV_ERROR_NO_ROW_NAME                         1486 /* no row name */
+#define KLV_ERROR_UNKNOWN_OBJECTIVE_SENSE             1487 /* unrecognized objective sense */
+
+/* Reading files: network, basis, SAV and vector files */
+#define KLV_ERROR_TOO_FEW_BASIC_VARIABLES             1550 /* fewer basic variables than rows */
+#define KLV_ERROR_UNKNOWN_BASIS_INDICATOR             1551 /* unrecognized basis indicator */
+#define KLV_ERROR_END_MISSING                         1552 /* 'ENDATA' missing */
+#define KLV_ERROR_WRONG_NUMBER_OF_ENTRIES             1553 /* wrong number of entries */
+#define KLV_ERROR_SUPERBASIC_NOT_ALLOWED              1554 /* a nonbasic column between its bounds */
+#define KLV_ERROR_WRONG_BASIS_SIZE                    1555 /* the number of basic variables is not the number of rows */
+
+/* LP format */
+#define KLV_ERROR_ADJACENT_SIGNS                      1602 /* adjacent signs */
+#define KLV_ERROR_SENSE_IN_OBJECTIVE                  1603 /* sense in the objective */
+#define KLV_ERROR_ADJACENT_SIGN_AND_SENSE             1604 /* adjacent sign and sense */
+#define KLV_ERROR_QUADRATIC_TERM_IN_CONSTRAINT        1605 /* illegal quadratic term in a constraint */
+#define KLV_ERROR_ADJACENT_SIGN_AND_OPERATOR          1606 /* adjacent sign and quadratic character */
+#define KLV_ERROR_EXPECTED_SIGN                       1607 /* '+' or '-' expected */
+#define KLV_ERROR_EXPECTED_SIGN_OR_SENSE              1608 /* '+', '-' or a sense expected */
+#define KLV_ERROR_EXPECTED_NAME_FIRST                 1609 /* name expected first */
+#define KLV_ERROR_EXPECTED_RHS                        1610 /* right-hand side expected */
+#define KLV_ERROR_EXPECTED_NUMBER_FIRST               1611 /* number expected first */
+#define KLV_ERROR_EXPECTED_EXPONENT                   1612 /* exponent expected */
+#define KLV_ERROR_EXPONENT_NOT_TWO                    1613 /* quadratic exponent must be 2 */
+#define KLV_ERROR_EXPECTED_POWER_OR_PRODUCT           1614 /* '^' or '*' expected */
+#define KLV_ERROR_EXPECTED_NUMBER                     1615 /* number expected */
+#define KLV_ERROR_EXPECTED_NAME                       1616 /* name expected */
+#define KLV_ERROR_NOT_A_NAME                          1617 /* not a valid name */
+#define KLV_ERROR_EXPONENT_INCOMPLETE                 1618 /* exponent without digits */
+#define KLV_ERROR_BAD_QUADRATIC_DIVISOR               1619 /* quadratic terms must be divided by 2 */
+#define KLV_ERROR_NO_BOUND_SENSE                      1621 /* no bound sense */
+#define KLV_ERROR_BAD_BOUND_SENSE                     1622 /* invalid bound sense */
+#define KLV_ERROR_NO_BOUND_NUMBER                     1623 /* missing bound number */
+#define KLV_ERROR_EXPECTED_COLON                      1627 /* ':' expected */
+#define KLV_ERROR_NOT_REPRESENTABLE                   1650 /* number that the format cannot hold */
+#define KLV_ERROR_NOT_ENOUGH_ENTRIES                  1660 /* not enough entries */
+#define KLV_ERROR_BAD_HEADER                          1661 /* missing or invalid header */
+
+/* Infeasibility analysis and variability estimation */
+#define KLV_ERROR_NO_CONFLICT                         1719 /* the problem has no conflict */
+
+/* Callbacks, temporary files and parameter compatibility */
+#define KLV_ERROR_CALL_FROM_INFO_CALLBACK             1804 /* called from an informational callback with the caller's environment */
+#define KLV_ERROR_FOREIGN_PROBLEM                     1806 /* the problem belongs to another environment */
+#define KLV_ERROR_INCOMPATIBLE_PARAMETERS             1807 /* in conflict with the polishing parameters */
+
+/* Mixed-integer */
+#define KLV_ERROR_NOT_MIXED_INTEGER                   3003 /* not a mixed-integer problem */
+#define KLV_ERROR_NEGATIVE_PRIORITY                   3006 /* negative priority */
+#define KLV_ERROR_DIRECTION_ENTRY                     3007 /* illegal direction */
+#define KLV_ERROR_SET_TYPE_ENTRY                      3009 /* illegal type of set */
+#define KLV_ERROR_EQUAL_WEIGHTS                       3010 /* equal weights in a set */
+#define KLV_ERROR_UNKNOWN_DIRECTION                   3012 /* unrecognized direction */
+#define KLV_ERROR_NO_SETS                             3015 /* the problem has no sets */
+#define KLV_ERROR_NO_ORDER                            3016 /* no priority order exists */
+#define KLV_ERROR_COLUMN_TYPE_ENTRY                   3021 /* illegal column type */
+#define KLV_ERROR_NO_INCUMBENT_VALUES                 3023 /* the values of the integer solution are not available */
+#define KLV_ERROR_NO_SOLUTION_POOL                    3024 /* no solution pool exists */
+#define KLV_ERROR_NO_SET_TYPE                         3301 /* type of set missing */
+
+/* Quadratic */
+#define KLV_ERROR_NOT_QUADRATIC                       5004 /* not a quadratic program */
+#define KLV_ERROR_DUPLICATE_PAIR                      5011 /* a pair of columns occurs twice in quadratic terms */
+#define KLV_ERROR_NOT_SYMMETRIC                       5012 /* the quadratic matrix is not symmetric */
+#define KLV_ERROR_NOT_INDEFINITE                      5014 /* the quadratic objective is not indefinite */
+/* clang-format on */
+
+/* ---- Environments --------------------------------------------------------------------------- */
 
 /* Opens an environment with all parameters at their defaults. If the environment variable
  * ZEPH_KELVO_PARAMETER_FILE names a parameter file, it is applied; a failure to read it does not
@@ -61,16 +317,33 @@ KLV_API const char* KLVversion(KLVenv env);
  * 1024 characters) and returns buffer; null for a code without a text. env may be null. */
 KLV_API char* KLVgeterrorstring(KLVenv env, int code, char* buffer);
 
+/* Stores a pointer for a host layer; child environments start with a copy. */
+KLV_API int KLVEsetJNI(KLVenv env, void* host);
+
+/* The pointer stored with KLVEsetJNI, or null. */
+KLV_API void* KLVEgetJNI(KLVenv env);
+
+/* 0 for an environment of the caller, a positive number in a worker of a parallel optimizer. */
+KLV_API int KLVEgetThreadNumber(KLVenv env);
+
+/* 1e75, the value of parameters and limits that means "none". */
+KLV_API double KLVEgetbigreal(KLVenv env);
+
+/* ---- Message channels ----------------------------------------------------------------------- */
+
+/* An environment has four standard channels: results, warning, error and log. What is sent to a
+ * channel goes to its destinations, files and functions; a channel without any swallows it. */
+
+/* A function that receives the messages of a channel: the handle it was attached with, and the
+ * text, which is valid during the call. */
+typedef void (*KLVmsgfunction)(void* handle, const char* text);
+
 /* Stores the standard channels of the environment through those pointers that are not null. */
 KLV_API int KLVgetchannels(KLVenv env, KLVchannel* results_p, KLVchannel* warning_p,
                            KLVchannel* error_p, KLVchannel* log_p);
 
 /* Flushes the files of the results, log, error and warning channels, in that order. */
 KLV_API int KLVflushstdchannels(KLVenv env);
-
-/* A function that receives the messages of a channel: the handle it was attached with, and the
- * text, which is valid during the call. */
-typedef void (*KLVmsgfunction)(void* handle, const char* text);
 
 /* Makes a channel without destinations; null on failure. It is freed with the environment unless
  * KLVdelchannel frees it before. */
@@ -116,26 +389,12 @@ KLV_API int KLVsetlogfile(KLVenv env, FILE* file);
 /* Stores the log file, null when there is none. 1004 for a null pointer. */
 KLV_API int KLVgetlogfile(KLVenv env, FILE** file_p);
 
-/* Stores a pointer for a host layer; child environments start with a copy. */
-KLV_API int KLVEsetJNI(KLVenv env, void* host);
+/* ---- Memory and the library's own runtime --------------------------------------------------- */
 
-/* The pointer stored with KLVEsetJNI, or null. */
-KLV_API void* KLVEgetJNI(KLVenv env);
-
-/* 0 for an environment of the caller, a positive number in a worker of a parallel optimizer. */
-KLV_API int KLVEgetThreadNumber(KLVenv env);
-
-/* 1e75, the value of parameters and limits that means "none". */
-KLV_API double KLVEgetbigreal(KLVenv env);
-
-/* Waits until the int is 0, then stores 1. A plain flag: no atomic operations. */
-KLV_API void KLVEgeneric_lock(volatile int* lock);
-
-/* Stores 0. */
-KLV_API void KLVEgeneric_unlock(volatile int* lock);
+/* These functions take no environment. */
 
 /* The library's allocator: blocks on 16-byte boundaries; 0 bytes count as 1. Null without memory.
- * Memory that the library hands out to be freed by the caller is freed with KLVfree. */
+ * This version returns no memory that the caller has to free with KLVfree. */
 KLV_API void* KLVmalloc(size_t size);
 
 /* Changes the size of a block (null: a new one), keeping its contents; on null the old block
@@ -166,7 +425,13 @@ KLV_API char* KLVstrcpy(char* to, const char* from);
 /* memcpy of the library's own runtime. */
 KLV_API void* KLVmemcpy(void* to, const void* from, size_t size);
 
-/* ---- Parameters -------------------------------------------------------------------------- */
+/* Waits until the int is 0, then stores 1. A plain flag: no atomic operations. */
+KLV_API void KLVEgeneric_lock(volatile int* lock);
+
+/* Stores 0. */
+KLV_API void KLVEgeneric_unlock(volatile int* lock);
+
+/* ---- Parameters ----------------------------------------------------------------------------- */
 
 /* clang-format off */
 /* Numbers of the parameters: general */
@@ -331,7 +596,7 @@ KLV_API void* KLVmemcpy(void* to, const void* from, size_t size);
 #define KLV_PARAM_NETDISPLAY         5005
 /* clang-format on */
 
-/* Kinds of parameters, see KLVgetparamtype. */
+/* Types of parameters, see KLVgetparamtype. */
 #define KLV_PARAMTYPE_NONE 0
 #define KLV_PARAMTYPE_INT 1
 #define KLV_PARAMTYPE_DOUBLE 2
@@ -405,12 +670,18 @@ KLV_API int KLVwriteparam(KLVenv env, const char* filename);
  * host (KLV_PARAM_MIPCBREDLP, hidden 1053). */
 KLV_API int KLVEwriteparam(KLVenv env, const char* filename);
 
-/* ---- Callbacks and termination ----------------------------------------------------------- */
+/* ---- Callbacks and termination -------------------------------------------------------------- */
+
+/* From where a callback is called. */
+#define KLV_CALLBACK_FROM_PRIMAL 1
+#define KLV_CALLBACK_FROM_DUAL 2
 
 /* A callback: the environment to use inside it, the optimizer's own data for the query functions, a
- * code that says from where it is called, and the handle it was stored with. What a result other
- * than 0 means is said with each optimizer; most stop. */
+ * code KLV_CALLBACK_FROM_..., and the handle it was stored with. A result other than 0 stops the
+ * optimizer (KLV_STATUS_USER_ABORTED). */
 typedef int (*KLVcallback)(KLVenv env, void* cbdata, int wherefrom, void* cbhandle);
+
+/* In this version the LP callback alone is called. */
 
 /* Stores the function that is called by the continuous optimizers;
  * null removes it. */
@@ -451,21 +722,7 @@ KLV_API int KLVgetmipcallbackfunc(KLVenv env, KLVcallback* function_p, void** cb
  * set it at any time. Null removes it. */
 KLV_API int KLVsetterminate(KLVenv env, volatile int* terminate);
 
-/* ---- Problem objects: creation and modification ------------------------------------------ */
-
-/* All functions on a problem give 1002 for an invalid environment, 1806 for a problem of another
- * root environment, 1804 when called from an informational callback with the caller's environment,
- * 1009 for an invalid problem, and 1001 when memory runs out. Functions that change a problem
- * refuse one that only shows another (types 3, 8, 13) with 1023; functions that read it follow it.
- * A change that fails changes nothing. Counts below 0 give 1003, required arrays that are null
- * 1004. Row indices outside the problem give 1203, column indices 1201. While KLV_PARAM_DATACHECK
- * is 1, numbers that are NaN (1225) or not finite (1233), senses other than 'L', 'E', 'G', 'R'
- * (1215) and null pointers in arrays of names (1224) are refused too; without it they are stored as
- * they are, and a null name means a default one ("c5" for the fifth row, "x7" for the seventh
- * column).
- *
- * Row i of the model is  a_i x <= rhs ('L'), = rhs ('E'), >= rhs ('G'), or, for 'R' with range r,
- * rhs <= a_i x <= rhs + r  (r >= 0),  rhs + r <= a_i x <= rhs  (r < 0). */
+/* ---- Problems ------------------------------------------------------------------------------- */
 
 /* Makes an empty minimization problem of type 0 (LP) with that name; it belongs to the root of env
  * and is freed with env at the latest. Null on failure, with the code in *status_p (required). */
@@ -477,9 +734,29 @@ KLV_API KLVprob KLVcloneprob(KLVenv env, KLVprob lp, int* status_p);
 /* Frees *lp_p and sets it to null. A null *lp_p is accepted; 1004 for a null lp_p. */
 KLV_API int KLVfreeprob(KLVenv env, KLVprob* lp_p);
 
+/* ---- Rows and columns ----------------------------------------------------------------------- */
+
+/* Row i of the model is  a_i x <= rhs ('L'), = rhs ('E'), >= rhs ('G'), or, for 'R' with range r,
+ * rhs <= a_i x <= rhs + r  (r >= 0),  rhs + r <= a_i x <= rhs  (r < 0).
+ *
+ * Functions that change a problem refuse one that only shows another (types 3, 8, 13) with 1023;
+ * functions that read it follow it. Counts below 0 give 1003, row indices outside the problem 1203,
+ * column indices 1201. While KLV_PARAM_DATACHECK is 1, numbers that are NaN (1225) or not finite
+ * (1233), senses other than 'L', 'E', 'G', 'R' (1215) and null pointers in arrays of names (1224)
+ * are refused too; without it they are stored as they are, and a null name means a default one
+ * ("c5" for the fifth row, "x7" for the seventh column). */
+
+/* Senses of the objective and of rows. */
+#define KLV_MINIMIZE 1
+#define KLV_MAXIMIZE (-1)
+#define KLV_SENSE_LESS 'L'
+#define KLV_SENSE_EQUAL 'E'
+#define KLV_SENSE_GREATER 'G'
+#define KLV_SENSE_RANGED 'R'
+
 /* Replaces the model. Columns j = 0..numcols-1: obj, lb, ub, and the entries at positions
  * matbeg[j] .. matbeg[j] + matcnt[j] - 1 of matind (row indices) and matval; the areas of the
- * columns may stand in any order. Rows i = 0..numrows-1: rhs, sense and, when not null, rngval
+ * columns may be in any order. Rows i = 0..numrows-1: rhs, sense and, when not null, rngval
  * (used in 'R' rows). objsense: negative maximizes, otherwise minimizes. colname and rowname may be
  * null. With data checking, areas that overlap give 1226 or 1228, counts above numrows 1227, an
  * 'R' row without rngval and an objsense other than 1 and -1 give 1003. The name of the problem
@@ -502,7 +779,7 @@ KLV_API int KLVnewrows(KLVenv env, KLVprob lp, int rcnt, const double* rhs, cons
                        const double* rngval, const char* const* rowname);
 
 /* Appends ccnt columns without entries (objective 0, bounds 0 and infinity) and then rcnt rows. The
- * entries of row k stand at rmatbeg[k] .. rmatbeg[k + 1] - 1, those of the last row up to
+ * entries of row k are at rmatbeg[k] .. rmatbeg[k + 1] - 1, those of the last row up to
  * nzcnt - 1, as column indices (new columns included) and values. Starts that do not ascend within
  * 0..nzcnt give 1226. rhs, sense and names may be null as in KLVnewrows. */
 KLV_API int KLVaddrows(KLVenv env, KLVprob lp, int ccnt, int rcnt, int nzcnt, const double* rhs,
@@ -516,11 +793,32 @@ KLV_API int KLVaddrows(KLVenv env, KLVprob lp, int ccnt, int rcnt, int nzcnt, co
 KLV_API int KLVnewcols(KLVenv env, KLVprob lp, int ccnt, const double* obj, const double* lb,
                        const double* ub, const char* ctype, const char* const* colname);
 
-/* Appends ccnt columns. The entries of column k stand at cmatbeg[k] .. cmatbeg[k + 1] - 1, those of
+/* Appends ccnt columns. The entries of column k are at cmatbeg[k] .. cmatbeg[k + 1] - 1, those of
  * the last column up to nzcnt - 1, as row indices and values. Otherwise as KLVnewcols. */
 KLV_API int KLVaddcols(KLVenv env, KLVprob lp, int ccnt, int nzcnt, const double* obj,
                        const int* cmatbeg, const int* cmatind, const double* cmatval,
                        const double* lb, const double* ub, const char* const* colname);
+
+/* Deletes rows begin..end; the rows behind them move down. 1200 for a range outside the problem. */
+KLV_API int KLVdelrows(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Deletes columns begin..end in the same way, with their places in quadratic terms, sets and
+ * indicator constraints. All user cuts and lazy constraints go, with a warning. */
+KLV_API int KLVdelcols(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Deletes the rows i with delstat[i] = 1 (one entry per row); on return delstat[i] is the new index
+ * of row i, or -1. */
+KLV_API int KLVdelsetrows(KLVenv env, KLVprob lp, int* delstat);
+
+/* Deletes the columns j with delstat[j] = 1, as KLVdelsetrows and KLVdelcols. */
+KLV_API int KLVdelsetcols(KLVenv env, KLVprob lp, int* delstat);
+
+/* ---- Changing numbers ----------------------------------------------------------------------- */
+
+/* Which bound KLVchgbds changes. */
+#define KLV_BOUND_LOWER 'L'
+#define KLV_BOUND_UPPER 'U'
+#define KLV_BOUND_BOTH 'B'
 
 /* Changes one coefficient: of the matrix (0 removes the entry); with i = -1 of the objective; with
  * j = -1 the right-hand side of row i; with j = -2 the range of row i (1216 when it is not 'R').
@@ -533,6 +831,9 @@ KLV_API int KLVchgcoeflist(KLVenv env, KLVprob lp, int numcoefs, const int* rowl
 
 /* Changes the objective coefficients of cnt columns. */
 KLV_API int KLVchgobj(KLVenv env, KLVprob lp, int cnt, const int* indices, const double* values);
+
+/* Negative: maximize, otherwise minimize; with data checking 1003 for anything but 1 and -1. */
+KLV_API int KLVchgobjsen(KLVenv env, KLVprob lp, int sense);
 
 /* Changes the right-hand sides of cnt rows. */
 KLV_API int KLVchgrhs(KLVenv env, KLVprob lp, int cnt, const int* indices, const double* values);
@@ -554,8 +855,11 @@ KLV_API int KLVchgbds(KLVenv env, KLVprob lp, int cnt, const int* indices, const
 KLV_API int KLVtightenbds(KLVenv env, KLVprob lp, int cnt, const int* indices, const char* codes,
                           const double* values);
 
-/* Negative: maximize, otherwise minimize; with data checking 1003 for anything but 1 and -1. */
-KLV_API int KLVchgobjsen(KLVenv env, KLVprob lp, int sense);
+/* Removes matrix coefficients of magnitude below eps, and sets objective coefficients, right-hand
+ * sides, ranges and bounds of magnitude below eps to 0. */
+KLV_API int KLVcleanup(KLVenv env, KLVprob lp, double eps);
+
+/* ---- Names ---------------------------------------------------------------------------------- */
 
 /* Renames row (key 'r') or column (key 'c') `index`; with another key nothing happens. When the
  * problem has no names of that kind yet, all others get default names. */
@@ -578,31 +882,45 @@ KLV_API int KLVcopyobjname(KLVenv env, KLVprob lp, const char* name);
 /* Removes the names of all rows and columns. */
 KLV_API int KLVdelnames(KLVenv env, KLVprob lp);
 
-/* Deletes rows begin..end; the rows behind them move down. 1200 for a range outside the problem. */
-KLV_API int KLVdelrows(KLVenv env, KLVprob lp, int begin, int end);
+/* Names of rows begin..end: the texts one after the other in namestore (storespace characters), and
+ * in name[k] the address of the k-th, null when it does not start within the store. 1219 when the
+ * rows have no names. */
+KLV_API int KLVgetrowname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
+                          int* surplus_p, int begin, int end);
 
-/* Deletes columns begin..end, likewise, with their places in quadratic terms, sets and indicator
- * constraints. All user cuts and lazy constraints go, with a warning. */
-KLV_API int KLVdelcols(KLVenv env, KLVprob lp, int begin, int end);
+/* Names of columns begin..end, as KLVgetrowname. */
+KLV_API int KLVgetcolname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
+                          int* surplus_p, int begin, int end);
 
-/* Deletes the rows i with delstat[i] = 1 (one entry per row); on return delstat[i] is the new index
- * of row i, or -1. */
-KLV_API int KLVdelsetrows(KLVenv env, KLVprob lp, int* delstat);
+/* The name of the problem in buffer (space characters, terminating zero included). */
+KLV_API int KLVgetprobname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p);
 
-/* Deletes the columns j with delstat[j] = 1, as KLVdelsetrows and KLVdelcols. */
-KLV_API int KLVdelsetcols(KLVenv env, KLVprob lp, int* delstat);
+/* The name of the objective, as KLVgetprobname; 1219 when it has none. */
+KLV_API int KLVgetobjname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p);
 
-/* Removes matrix coefficients of magnitude below eps, and sets objective coefficients, right-hand
- * sides, ranges and bounds of magnitude below eps to 0. */
-KLV_API int KLVcleanup(KLVenv env, KLVprob lp, double eps);
+/* The first row with that name. 1219 when the rows have no names; 1210, not printed, when none of
+ * them is equal. */
+KLV_API int KLVgetrowindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
 
-/* ---- Problem objects: query --------------------------------------------------------------- */
+/* The first column with that name, as KLVgetrowindex. */
+KLV_API int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
 
-/* Ranges begin..end outside the problem give 1200; the empty range end = begin - 1 is accepted.
- *
- * Functions with a space and a surplus fill their arrays as far as the space goes and store
- * space - needed in *surplus_p. When that is negative they give 1207. With space 0 and a surplus_p
- * nothing is printed and the other arrays may be null: that is how a caller asks for the room. */
+/* ---- Queries of a model --------------------------------------------------------------------- */
+
+/* Types of problems. A view shows the continuous problem that is left of a mixed-integer one when
+ * its integer decisions are fixed; node problems are handed to callbacks. */
+#define KLV_PROBTYPE_LP 0
+#define KLV_PROBTYPE_MILP 1
+#define KLV_PROBTYPE_FIXED_MILP 3 /* a view */
+#define KLV_PROBTYPE_NODE_LP 4
+#define KLV_PROBTYPE_QP 5
+#define KLV_PROBTYPE_MIQP 7
+#define KLV_PROBTYPE_FIXED_MIQP 8 /* a view */
+#define KLV_PROBTYPE_NODE_QP 9
+#define KLV_PROBTYPE_QCP 10
+#define KLV_PROBTYPE_MIQCP 11
+#define KLV_PROBTYPE_NODE_QCP 12
+#define KLV_PROBTYPE_FIXED_MIQCP 13 /* a view */
 
 /* The type of the problem: 0 LP, 1 MILP, 3 fixed MILP, 4 node LP, 5 QP, 7 MIQP, 8 fixed MIQP,
  * 9 node QP, 10 QCP, 11 MIQCP, 12 node QCP, 13 fixed MIQCP; -1 on failure. */
@@ -616,22 +934,6 @@ KLV_API int KLVgetnumcols(KLVenv env, KLVprob lp);
 
 /* Number of matrix entries; 0 on failure. */
 KLV_API int KLVgetnumnz(KLVenv env, KLVprob lp);
-
-/* Types of columns begin..end: 'C' continuous, 'B' binary, 'I' integer, 'S' semi-continuous,
- * 'N' semi-integer. 3003 when the problem is not mixed-integer. */
-KLV_API int KLVgetctype(KLVenv env, KLVprob lp, char* ctype, int begin, int end);
-
-/* Number of binary columns; 0 on failure. */
-KLV_API int KLVgetnumbin(KLVenv env, KLVprob lp);
-
-/* Number of integer columns that are not binary; 0 on failure. */
-KLV_API int KLVgetnumint(KLVenv env, KLVprob lp);
-
-/* Number of semi-continuous columns; 0 on failure. */
-KLV_API int KLVgetnumsemicont(KLVenv env, KLVprob lp);
-
-/* Number of semi-integer columns; 0 on failure. */
-KLV_API int KLVgetnumsemiint(KLVenv env, KLVprob lp);
 
 /* 1 when the objective is minimized, -1 when it is maximized; 0 on failure. */
 KLV_API int KLVgetobjsen(KLVenv env, KLVprob lp);
@@ -664,40 +966,23 @@ KLV_API int KLVgetcoef(KLVenv env, KLVprob lp, int i, int j, double* value_p);
 KLV_API int KLVgetrows(KLVenv env, KLVprob lp, int* nzcnt_p, int* rmatbeg, int* rmatind,
                        double* rmatval, int rmatspace, int* surplus_p, int begin, int end);
 
-/* Columns begin..end of the matrix, likewise, in the order in which their entries are kept. */
+/* Columns begin..end of the matrix, as KLVgetrows, in the order in which their entries are kept. */
 KLV_API int KLVgetcols(KLVenv env, KLVprob lp, int* nzcnt_p, int* cmatbeg, int* cmatind,
                        double* cmatval, int cmatspace, int* surplus_p, int begin, int end);
 
-/* Names of rows begin..end: the texts one after the other in namestore (storespace characters), and
- * in name[k] the address of the k-th, null when it does not start within the store. 1219 when the
- * rows have no names. */
-KLV_API int KLVgetrowname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
-                          int* surplus_p, int begin, int end);
+/* ---- Types of columns and problems ---------------------------------------------------------- */
 
-/* Names of columns begin..end, likewise. */
-KLV_API int KLVgetcolname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
-                          int* surplus_p, int begin, int end);
+/* Column types, sets, indicator constraints and cuts make a problem mixed-integer (type 1, 7 or
+ * 11); taking them away again does not change its type, KLVchgprobtype does. In this and the
+ * following sections a null array of names means no names; when some items of a kind have names,
+ * the others get default ones: a letter and the position ("s1" sets, "i1" indicators, "q1"
+ * quadratic constraints, "u1" user cuts, "l1" lazy constraints). */
 
-/* The name of the problem in buffer (space characters, terminating zero included). */
-KLV_API int KLVgetprobname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p);
-
-/* The name of the objective, likewise; 1219 when it has none. */
-KLV_API int KLVgetobjname(KLVenv env, KLVprob lp, char* buffer, int space, int* surplus_p);
-
-/* The first row with that name. 1219 when the rows have no names; 1210, not printed, when none of
- * them is equal. */
-KLV_API int KLVgetrowindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
-
-/* The first column with that name, likewise. */
-KLV_API int KLVgetcolindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
-
-/* ---- Mixed-integer data ------------------------------------------------------------------- */
-
-/* Sets, indicator constraints, cuts and column types make a problem mixed-integer (type 1, 7 or
- * 11); taking them away again does not change its type, KLVchgprobtype does. A null array of names
- * means no names; when some items of a kind have names, the others get default ones: a letter and
- * the position ("s1" sets, "i1" indicators, "q1" quadratic constraints, "u1" user cuts, "l1" lazy
- * constraints). */
+#define KLV_COLUMN_CONTINUOUS 'C'
+#define KLV_COLUMN_BINARY 'B'
+#define KLV_COLUMN_INTEGER 'I'
+#define KLV_COLUMN_SEMI_CONTINUOUS 'S'
+#define KLV_COLUMN_SEMI_INTEGER 'N'
 
 /* Sets the types of all columns: 'C' continuous, 'B' binary, 'I' integer, 'S' semi-continuous,
  * 'N' semi-integer; 3021 for another letter. Finite bounds of columns other than 'C' and 'S' are
@@ -708,12 +993,28 @@ KLV_API int KLVcopyctype(KLVenv env, KLVprob lp, const char* ctype);
  * had no types). */
 KLV_API int KLVchgctype(KLVenv env, KLVprob lp, int cnt, const int* indices, const char* ctype);
 
+/* Types of columns begin..end: 'C' continuous, 'B' binary, 'I' integer, 'S' semi-continuous,
+ * 'N' semi-integer. 3003 when the problem is not mixed-integer. */
+KLV_API int KLVgetctype(KLVenv env, KLVprob lp, char* ctype, int begin, int end);
+
+/* Number of binary columns; 0 on failure. */
+KLV_API int KLVgetnumbin(KLVenv env, KLVprob lp);
+
+/* Number of integer columns that are not binary; 0 on failure. */
+KLV_API int KLVgetnumint(KLVenv env, KLVprob lp);
+
+/* Number of semi-continuous columns; 0 on failure. */
+KLV_API int KLVgetnumsemicont(KLVenv env, KLVprob lp);
+
+/* Number of semi-integer columns; 0 on failure. */
+KLV_API int KLVgetnumsemiint(KLVenv env, KLVprob lp);
+
 /* Changes the type of the problem to 0, 1, 5, 7, 10 or 11 and removes the data which that type does
  * not admit: column types, sets, indicators, order and cuts without a mixed-integer type, quadratic
  * constraints below types 10 and 11, the quadratic objective in types 0 and 1. Types 3, 8 and 13
  * show the linear or quadratic problem that is left when the decisions of problem 1, 7 or 11 are
  * those of its integer solution: integer columns fixed, active indicator rows and lazy constraints
- * as rows behind the others; given again they make it anew, and 1, 7 and 11 lead back. 1022 for
+ * as rows behind the others; given again they make it again, and 1, 7 and 11 lead back. 1022 for
  * other types (the problem stays as it is); 1024, 1029, 1030 when the problem is not the one that
  * type 3, 8, 13 can show; 1217 and 3023 without an integer solution. */
 KLV_API int KLVchgprobtype(KLVenv env, KLVprob lp, int type);
@@ -722,11 +1023,17 @@ KLV_API int KLVchgprobtype(KLVenv env, KLVprob lp, int type);
  * when there is no pool. */
 KLV_API int KLVchgprobtypesolnpool(KLVenv env, KLVprob lp, int type, int soln);
 
+/* ---- Special ordered sets ------------------------------------------------------------------- */
+
+/* Types of sets. */
+#define KLV_SET_TYPE_1 '1' /* at most one member may be different from 0 */
+#define KLV_SET_TYPE_2 '2' /* at most two, which are neighbours by weight */
+
 /* Replaces all special ordered sets by numsos given ones: types sostype ('1' at most one member,
  * '2' at most two that are neighbours by weight may be different from 0; 3009 for another letter);
  * members of set k at sosbeg[k] .. sosbeg[k + 1] - 1, those of the last set up to numsosnz - 1, as
  * column indices sosind and weights soswt. Within a set, equal weights give 3010 and a column that
- * stands twice 1222. Starts that do not ascend within 0..numsosnz give 1226. */
+ * occurs twice 1222. Starts that do not ascend within 0..numsosnz give 1226. */
 KLV_API int KLVcopysos(KLVenv env, KLVprob lp, int numsos, int numsosnz, const char* sostype,
                        const int* sosbeg, const int* sosind, const double* soswt,
                        const char* const* sosname);
@@ -761,6 +1068,8 @@ KLV_API int KLVdelsetsos(KLVenv env, KLVprob lp, int* delset);
  * count as 0. */
 KLV_API int KLVgetsosinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout, int begin,
                             int end);
+
+/* ---- Indicator constraints ------------------------------------------------------------------ */
 
 /* Appends an indicator constraint: the row of nzcnt entries linind (columns) and linval with sense
  * 'L', 'E' or 'G' (1215 for another one) and right-hand side rhs holds while column indvar, a
@@ -802,6 +1111,8 @@ KLV_API int KLVindconstrslackfromx(KLVenv env, KLVprob lp, const double* x, doub
 KLV_API int KLVgetindconstrinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout,
                                   int begin, int end);
 
+/* ---- User cuts and lazy constraints --------------------------------------------------------- */
+
 /* Appends rcnt user cuts: rows that hold for every integer solution, which the search may use as
  * cuts. Arguments as KLVaddrows; the senses are 'L', 'E', 'G' (1215 for another one). Cuts go when
  * columns are deleted. */
@@ -827,6 +1138,13 @@ KLV_API int KLVgetnumusercuts(KLVenv env, KLVprob lp);
 /* Number of lazy constraints; 0 on failure. */
 KLV_API int KLVgetnumlazyconstraints(KLVenv env, KLVprob lp);
 
+/* ---- Priority order ------------------------------------------------------------------------- */
+
+/* Directions of branching. */
+#define KLV_BRANCH_DOWN (-1)
+#define KLV_BRANCH_AUTOMATIC 0
+#define KLV_BRANCH_UP 1
+
 /* Replaces the priority order of the search by cnt columns (0: no order): priorities (3006 below 0;
  * the larger ones first) and directions (-1 down first, 1 up first, 0 as the search likes; 3007 for
  * others). A null array means 0 for all. Of several entries of a column the first keeps its place
@@ -839,11 +1157,28 @@ KLV_API int KLVcopyorder(KLVenv env, KLVprob lp, int cnt, const int* indices, co
 KLV_API int KLVgetorder(KLVenv env, KLVprob lp, int* cnt_p, int* indices, int* priority,
                         int* direction, int ordspace, int* surplus_p);
 
-/* ---- Quadratic data ----------------------------------------------------------------------- */
+/* Reads a priority order file, ".ord" added to a name that does not open, against numcols column
+ * names. Stores its entries in indices, priority and direction (each with room for numcols) and
+ * their number in *cnt_p, which is 0 after a failure. 1004 for a null pointer, 1219 for null
+ * colnames, 1003 for a negative numcols; 1423; 1441, 3012, 3006, 1463 and the errors of numbers
+ * with the line. */
+KLV_API int KLVordread(KLVenv env, const char* filename, int numcols, char* const* colnames,
+                       int* cnt_p, int* indices, int* priority, int* direction);
+
+/* Reads a priority order file and makes it the order of the problem, unless it has no entries.
+ * Errors of KLVordread; 3003 for a problem that is not mixed-integer; all or nothing. */
+KLV_API int KLVreadcopyorder(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the priority order of the problem or, when it has none, the one that
+ * KLV_PARAM_MIPORDTYPE asks for. 3003 for a problem that is not mixed-integer, 3016 without an
+ * order, 1421, 1422. */
+KLV_API int KLVordwrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* ---- Quadratic objective -------------------------------------------------------------------- */
 
 /* The objective is c'x + 1/2 x'Qx with a symmetric Q of which both triangles are stored. Quadratic
  * data make a linear problem quadratic (types 5, 7; with quadratic constraints 10, 11). Column
- * indices outside the problem give 1200 in all functions of this section. */
+ * indices outside the problem give 1200 in all functions of this section and the next. */
 
 /* Replaces Q by a matrix given by columns: the entries of column j at positions qmatbeg[j] ..
  * qmatbeg[j] + qmatcnt[j] - 1 of qmatind (row indices) and qmatval. With data checking, a place
@@ -876,10 +1211,12 @@ KLV_API int KLVgetnumqpnz(KLVenv env, KLVprob lp);
  * objective is not convex (concave). 5004 without Q; 5014 when Q has no such point. */
 KLV_API int KLVqpindefcertificate(KLVenv env, KLVprob lp, double* x);
 
+/* ---- Quadratic constraints ------------------------------------------------------------------ */
+
 /* Appends a quadratic constraint a'x + x'Qx <= rhs ('L'), = rhs ('E') or >= rhs ('G'; 1215 for
  * another sense): linnzcnt entries linind and linval of a, and quadnzcnt terms
  * quadval[k] * x[quadrow[k]] * x[quadcol[k]]. name may be null. With data checking a pair that
- * stands twice gives 5011. */
+ * occurs twice gives 5011. */
 KLV_API int KLVaddqconstr(KLVenv env, KLVprob lp, int linnzcnt, int quadnzcnt, double rhs,
                           int sense, const int* linind, const double* linval, const int* quadrow,
                           const int* quadcol, const double* quadval, const char* name);
@@ -920,7 +1257,14 @@ KLV_API int KLVqconstrslackfromx(KLVenv env, KLVprob lp, const double* x, double
 KLV_API int KLVgetqconstrinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout,
                                 int begin, int end);
 
-/* ---- Files ---------------------------------------------------------------------------------- */
+/* ---- Model files ---------------------------------------------------------------------------- */
+
+/* File types. */
+#define KLV_FILETYPE_LP "LP"
+#define KLV_FILETYPE_MPS "MPS"
+#define KLV_FILETYPE_LP_GENERIC "RLP" /* LP with generic names, writing only */
+#define KLV_FILETYPE_MPS_GENERIC \
+  "RMP" /* MPS with generic names, writing only; "REW" means the same */
 
 /* Replaces the problem by the model in a file; the old one stays when that fails. filetype is "LP",
  * "MPS" or null: then the name's extension decides (.lp, .mps, .qps in any case), or else the first
@@ -938,8 +1282,19 @@ KLV_API int KLVwriteprob(KLVenv env, KLVprob lp, const char* filename, const cha
 
 /* Writes the problem as an MPS file with its own names. 1421, 1422. */
 KLV_API int KLVmpswrite(KLVenv env, KLVprob lp, const char* filename);
+
 /* Writes the problem as an MPS file with the names x1, c1 and so on. 1421, 1422. */
 KLV_API int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the problem as an LP file with its own names, made legal where needed. 1421, 1422. */
+KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the problem as an LP file with the names x1, c1 and so on. 1421, 1422. */
+KLV_API int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the conflict of the problem, a smallest infeasible part of it, as an LP file. 1421; 1719
+ * when the problem has no conflict, which in this version is always so: no function finds one. */
+KLV_API int KLVclpwrite(KLVenv env, KLVprob lp, const char* filename);
 
 /* Writes the dual of a linear problem as an MPS file: a minimization whose optimum v gives that of
  * the problem as -(v + *objshift_p), for a maximization as v + *objshift_p (objshift_p may be null;
@@ -949,47 +1304,22 @@ KLV_API int KLVmpsrewrite(KLVenv env, KLVprob lp, const char* filename);
  * 1018, 1031 for problems that are not linear, 1421, 1422. */
 KLV_API int KLVdualwrite(KLVenv env, KLVprob lp, const char* filename, double* objshift_p);
 
-/* Writes the problem as an LP file with its own names, made legal where needed. 1421, 1422. */
-KLV_API int KLVlpwrite(KLVenv env, KLVprob lp, const char* filename);
-/* Writes the problem as an LP file with the names x1, c1 and so on. 1421, 1422. */
-KLV_API int KLVlprewrite(KLVenv env, KLVprob lp, const char* filename);
-/* Writes the conflict of the problem, a smallest infeasible part of it, as an LP file. 1421; 1719
- * when the problem has no conflict, which in this version is always so: no function finds one. */
-KLV_API int KLVclpwrite(KLVenv env, KLVprob lp, const char* filename);
+/* ---- Optimizers ----------------------------------------------------------------------------- */
 
-/* Reads a basis file, ".bas" added to a name that does not open, and makes its basis the one from
- * which the next optimization starts. All or nothing. Lines about names that the problem does not
- * have are skipped with a warning. 1421 without a name; 1423 when the file cannot be read; 1441,
- * 1551, 1552, 1553 and the errors of numbers with the line; 1550 when there is not one basic
- * variable for each row; 1554 for a nonbasic column with a value between its bounds. */
-KLV_API int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename);
-/* Writes the basis of the problem. 1421, 1422; 1262 when there is none; 1555 when the number of its
- * basic variables is not the number of rows. */
-KLV_API int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename);
-
-/* Reads a priority order file, ".ord" added to a name that does not open, against numcols column
- * names. Stores its entries in indices, priority and direction (each with room for numcols) and
- * their number in *cnt_p, which is 0 after a failure. 1004 for a null pointer, 1219 for null
- * colnames, 1003 for a negative numcols; 1423; 1441, 3012, 3006, 1463 and the errors of numbers
- * with the line. */
-KLV_API int KLVordread(KLVenv env, const char* filename, int numcols, char* const* colnames,
-                       int* cnt_p, int* indices, int* priority, int* direction);
-/* Reads a priority order file and makes it the order of the problem, unless it has no entries.
- * Errors of KLVordread; 3003 for a problem that is not mixed-integer; all or nothing. */
-KLV_API int KLVreadcopyorder(KLVenv env, KLVprob lp, const char* filename);
-/* Writes the priority order of the problem or, when it has none, the one that
- * KLV_PARAM_MIPORDTYPE asks for. 3003 for a problem that is not mixed-integer, 3016 without an
- * order, 1421, 1422. */
-KLV_API int KLVordwrite(KLVenv env, KLVprob lp, const char* filename);
-
-/* ---- Optimizers ------------------------------------------------------------------------------ */
+/* Methods: values of KLV_PARAM_LPMETHOD. This version has the first three. */
+#define KLV_METHOD_AUTOMATIC 0
+#define KLV_METHOD_PRIMAL 1
+#define KLV_METHOD_DUAL 2
+#define KLV_METHOD_NETWORK 3
+#define KLV_METHOD_BARRIER 4
+#define KLV_METHOD_SIFTING 5
+#define KLV_METHOD_CONCURRENT 6
 
 /* The functions below solve the linear problem and leave status, solution and basis in it, see the
- * queries of solutions. A result such as "infeasible" or "time limit exceeded" is a solution status
- * (KLVgetstat), not an error. They start from the basis the problem holds unless
- * KLV_PARAM_ADVIND is 0. Errors of all of them: 1017 for a mixed-integer problem, 1018 for a
- * quadratic objective, 1031 for quadratic constraints, 1001 out of memory, 1256 when no basis could
- * be factored; after an error the problem holds what it held before. */
+ * queries of solutions. They start from the basis the problem holds unless KLV_PARAM_ADVIND is 0.
+ * Errors of all of them: 1017 for a mixed-integer problem, 1018 for a quadratic objective, 1031 for
+ * quadratic constraints, 1256 when no basis could be factored; after an error the problem holds
+ * what it held before. */
 
 /* Solves a linear problem by the method that KLV_PARAM_LPMETHOD names, or by a simplex method of
  * the library's choice. 1292 when the method named is not available. */
@@ -1011,161 +1341,186 @@ KLV_API int KLVhybbaropt(KLVenv env, KLVprob lp, int method);
 /* Sifting. Not available yet: 1292. */
 KLV_API int KLVsiftopt(KLVenv env, KLVprob lp);
 
-/* ---- The basis and its factor -------------------------------------------------------------- */
+/* ---- Solutions ------------------------------------------------------------------------------ */
 
-/* B is the matrix of the basic variables' columns, one per basis position 0..m-1 (m rows, n
- * columns; the order of the positions is that of KLVgetbhead). The slack of row r is the variable
- * -r-1. Its column is the unit column of the row, +1 for 'L', 'E' and 'G' (slack = right-hand side
- * minus activity) and -1 for 'R' (slack = activity minus right-hand side). Everything is unscaled.
+/* Statuses of solutions of continuous problems. */
+#define KLV_STATUS_NONE 0 /* nothing is stored */
+#define KLV_STATUS_OPTIMAL 1
+#define KLV_STATUS_UNBOUNDED 2
+#define KLV_STATUS_INFEASIBLE 3
+#define KLV_STATUS_INFEASIBLE_OR_UNBOUNDED 4
+#define KLV_STATUS_OPTIMAL_UNSCALED 5 /* optimal, but some limit is violated when unscaled */
+#define KLV_STATUS_NON_OPTIMAL 6      /* stopped by numerical trouble before optimality */
+#define KLV_STATUS_ITERATION_LIMIT 10
+#define KLV_STATUS_TIME_LIMIT 11
+#define KLV_STATUS_OBJECTIVE_LIMIT 12
+#define KLV_STATUS_USER_ABORTED 13
+
+/* Methods of solutions that are no value of KLV_PARAM_LPMETHOD. */
+#define KLV_METHOD_NONE (-1) /* no solution */
+#define KLV_METHOD_FEASOPT 11
+#define KLV_METHOD_MIP 12
+
+/* Kinds of a stored solution. */
+#define KLV_SOLUTION_NONE 0
+#define KLV_SOLUTION_BASIC 1    /* primal and dual values and a basis */
+#define KLV_SOLUTION_NONBASIC 2 /* primal and dual values */
+#define KLV_SOLUTION_PRIMAL 3   /* primal values */
+
+/* In all functions of this section: 1217 when no solution is stored (for a mixed-integer problem:
+ * no integer solution was found). Signs: the dual value of a row is the change of the objective, as
+ * stated, per unit of its right-hand side; the reduced cost of a column is its objective
+ * coefficient minus its entries times the dual values; the slack of a row is right-hand side minus
+ * activity, for a ranged row activity minus right-hand side.
  *
- * A factor exists once the library has solved the problem or made a basis of it, until the matrix
- * changes or another basis is handed in; without one the functions give 1258. Indices outside the
- * problem give 1200, null arrays 1004. */
+ * The functions with a range fill an array of end - begin + 1 values for the columns or rows begin
+ * to end. */
 
-/* Column j (0..m-1) of the inverse of B, by position: x [m] with B x = e_j. */
-KLV_API int KLVbinvcol(KLVenv env, KLVprob lp, int j, double* x);
+/* Status, objective value, primal values x [columns], dual values pi [rows], slacks [rows] and
+ * reduced costs dj [columns]; each pointer may be null. 1017 when dual values of a mixed-integer
+ * problem are asked for, 1232 when the solution has none, 3023 when the values of the integer
+ * solution are not available. */
+KLV_API int KLVsolution(KLVenv env, KLVprob lp, int* status_p, double* objective_p, double* x,
+                        double* pi, double* slack, double* dj);
 
-/* Row i (a position) of the inverse of B: y [m], by row, with y'B = e_i'. */
-KLV_API int KLVbinvrow(KLVenv env, KLVprob lp, int i, double* y);
+/* Method (-1 without a solution), kind (KLV_SOLUTION_...), and whether the solution is primal and
+ * dual feasible (1 or 0); each pointer may be null. Not an error without a solution. */
+KLV_API int KLVsolninfo(KLVenv env, KLVprob lp, int* method_p, int* type_p, int* primal_feasible_p,
+                        int* dual_feasible_p);
 
-/* The inverse of B times the column of variable j (a column, or -r-1 for the slack of row r): x
- * [m], by position. */
-KLV_API int KLVbinvacol(KLVenv env, KLVprob lp, int j, double* x);
+/* Returns the solution status, 0 when no result is stored or on failure. */
+KLV_API int KLVgetstat(KLVenv env, KLVprob lp);
 
-/* Row i (a position) of the inverse of B times the columns: z [n]; exactly 0 or 1 for basic
- * columns. */
-KLV_API int KLVbinvarow(KLVenv env, KLVprob lp, int i, double* z);
+/* Returns the method of the stored solution: 1 primal simplex, 2 dual simplex, 4 barrier, 11
+ * FeasOpt, 12 mixed-integer; 0 on failure. */
+KLV_API int KLVgetmethod(KLVenv env, KLVprob lp);
 
-/* Solves in place: x [m], by row on entry, by position on return, becomes the inverse of B times
- * x. */
-KLV_API int KLVftran(KLVenv env, KLVprob lp, double* x);
+/* Stores the objective value (null is accepted unless the problem is mixed-integer). */
+KLV_API int KLVgetobjval(KLVenv env, KLVprob lp, double* objective_p);
 
-/* Solves in place: y [m], by position on entry, by row on return, becomes y' times the inverse of
- * B. */
-KLV_API int KLVbtran(KLVenv env, KLVprob lp, double* y);
+/* Primal values of columns. 3023 as in KLVsolution. */
+KLV_API int KLVgetx(KLVenv env, KLVprob lp, double* x, int begin, int end);
 
-/* The basis header: head[i] is the variable basic at position i, x[i] its value in the stored
- * solution. Either array [m] may be null. 1217 without a solution with a basis. */
-KLV_API int KLVgetbhead(KLVenv env, KLVprob lp, int* head, double* x);
+/* Slacks of rows. */
+KLV_API int KLVgetslack(KLVenv env, KLVprob lp, double* slack, int begin, int end);
 
-/* The position at which the slack of row i (with j = -1) or column j (with i = -1) is basic. 1200
- * unless exactly one of them is given, 1217 without a solution with a basis, 1251 when the variable
- * is not basic. */
-KLV_API int KLVgetijrow(KLVenv env, KLVprob lp, int i, int j, int* row_p);
+/* Activities of rows: their entries times the primal values. */
+KLV_API int KLVgetax(KLVenv env, KLVprob lp, double* ax, int begin, int end);
 
-/* After the dual simplex method ended with status 3: multipliers y [m] that prove that no point
- * satisfies the rows. Every such point would have y'Ax >= y'b, where b_i is the right-hand side
- * (for a ranged row the lower limit if y_i > 0, else the upper one); y_i is >= 0 for 'G', <= 0 for
- * 'L'. *proof_p (may be null) receives y'b minus the largest value of y'Ax within the bounds of the
- * columns, which is positive. 1265 after anything else, 1018, 1031. */
-KLV_API int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p);
+/* Dual values of rows. 1017 and 1232 as in KLVsolution. */
+KLV_API int KLVgetpi(KLVenv env, KLVprob lp, double* pi, int begin, int end);
 
-/* After status 2: a direction z [n] along which the objective improves without end while rows and
- * bounds are kept. The variable that entered last moves by 1 or -1. 1217 without a solution, 1254
- * when it is not unbounded or no direction is known. */
-KLV_API int KLVgetray(KLVenv env, KLVprob lp, double* z);
+/* Reduced costs of columns. 1017 and 1232 as in KLVsolution. */
+KLV_API int KLVgetdj(KLVenv env, KLVprob lp, double* dj, int begin, int end);
 
-/* ---- Steps by hand -------------------------------------------------------------------------- */
+/* By how much the point x [columns] (null: the stored solution) violates each row begin to end:
+ * positive above the upper limit of the row, negative below the lower one, 0 within. */
+KLV_API int KLVgetrowinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
+                            int end);
 
-/* The functions below work on linear problems only: 1017 for a mixed-integer problem, 1018 for a
- * quadratic objective, 1031 for quadratic constraints. Variables are numbered as above: columns
- * 0..n-1, -r-1 for the slack of row r, KLV_NO_VARIABLE for none. Basis status codes: 0 at the lower
- * bound, 1 basic, 2 at the upper bound, 3 free or superbasic; the bounds of a slack are [0, inf)
- * for 'L', (-inf, 0] for 'G', [0, 0] for 'E', and 0 and the range for 'R'.
- *
- * Those that change the basis leave it in the problem with its basic solution; the solution status
- * is 1 when that is optimal, else 6. After an error the problem holds what it held before. 1256
- * when the basis is singular. */
+/* The same for the bounds of columns. 0 satisfies a semi-continuous or semi-integer column. */
+KLV_API int KLVgetcolinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
+                            int end);
 
-#define KLV_NO_VARIABLE 2100000000
+/* Returns the simplex iterations of the last optimization, both phases; 0 on failure. */
+KLV_API int KLVgetitcnt(KLVenv env, KLVprob lp);
 
-/* Makes the slacks of rlen rows basic. Variables that leave go to their nearest bound. 1003 for
- * rlen outside 0..m, 1203 for a bad row, 1262 when the problem has no basis. */
-KLV_API int KLVpivotin(KLVenv env, KLVprob lp, const int* rlist, int rlen);
+/* Returns the simplex iterations that the last optimization spent in phase I; 0 on failure. */
+KLV_API int KLVgetphase1cnt(KLVenv env, KLVprob lp);
 
-/* Makes clen fixed variables nonbasic. Feasibility, primal and dual, is kept where it was. A
- * variable stays basic when nothing but other variables of the list could take its place. 1262
- * without a basis, 1203 for an index that is no variable, 1221 for a variable that is not fixed. */
-KLV_API int KLVpivotout(KLVenv env, KLVprob lp, const int* clist, int clen);
+/* Returns the barrier iterations of the last optimization; 0 on failure. */
+KLV_API int KLVgetbaritcnt(KLVenv env, KLVprob lp);
 
-/* One exchange: jenter enters, jleave leaves at its bound leavestat (0 or 2; the bound it has when
- * it has only one). With jleave KLV_NO_VARIABLE the primal ratio test chooses the variable that
- * leaves, or moves jenter to its other bound when that comes first; with jenter KLV_NO_VARIABLE the
- * dual ratio test chooses the variable that enters. jenter = jleave, nonbasic, moves the variable
- * to the bound leavestat. A problem without a solution starts as KLVsetphase2 sets it up. 1200 for
- * an index that is no variable, 1003 when neither is given and for another leavestat, 1267 when
- * jenter is basic, jleave is not, nobody can be chosen or the pivot is too small. */
-KLV_API int KLVpivot(KLVenv env, KLVprob lp, int jenter, int jleave, int leavestat);
+/* Copies the text of a solution status code to buffer (room for 52 characters) and returns buffer;
+ * for an unknown code the buffer gets "Unknown status value" and the result is null. The
+ * environment is not used and may be null. */
+KLV_API char* KLVgetstatstring(KLVenv env, int status, char* buffer);
 
-/* Factors the basis of the problem (slacks, when it has none), replacing dependent columns by
- * slacks, and stores its basic solution, so that the next optimization goes on from there. */
-KLV_API int KLVsetphase2(KLVenv env, KLVprob lp);
+/* ---- Start bases ---------------------------------------------------------------------------- */
 
-/* How far each of cnt nonbasic variables can move down and up, all other nonbasic variables kept,
- * until a variable reaches a bound. Entry k of the arrays, each of which may be null: the length of
- * the step (1e20: without end), the variable that reaches a bound (itself, a basic one, or
- * KLV_NO_VARIABLE), the bound at which it leaves (0, 2, or -1 for none) and a code: 0, or 1267 for
- * an index that is no variable or a basic one. The basis is not changed. 1258 without a factor,
- * 1004, 1003 for a negative count. */
-KLV_API int KLVpratio(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
-                      double* upratio, int* downleave, int* upleave, int* downleavestatus,
-                      int* upleavestatus, int* downstatus, int* upstatus);
+/* The basis from which the next simplex run starts while KLV_PARAM_ADVIND is not 0. With
+ * KLV_PARAM_ADVIND 1 a run whose start is close to an optimum, or comes with norms, starts from it
+ * without presolve; any other start is crushed through presolve, with KLV_PARAM_ADVIND 2 every one.
+ * The log says which. All functions of this section but those on files give 1017 for a
+ * mixed-integer problem and 1031 with quadratic constraints. */
 
-/* What must enter when each of cnt basic variables is forced down or up. Entry k of the arrays,
- * each of which may be null: the ratio of reduced cost to tableau entry of the variable that
- * enters, which is the loss in the objective per unit of the move (1e20 when nothing can enter),
- * that variable or KLV_NO_VARIABLE, and a code: 0, or 1267 for an index that is no variable or a
- * nonbasic one. The basis is not changed. Errors as for KLVpratio. */
-KLV_API int KLVdratio(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
-                      double* upratio, int* downenter, int* upenter, int* downstatus,
-                      int* upstatus);
+/* Basis codes of columns and of the slacks of rows. */
+#define KLV_BASIS_AT_LOWER 0
+#define KLV_BASIS_BASIC 1
+#define KLV_BASIS_AT_UPPER 2
+#define KLV_BASIS_FREE 3 /* free, or between its bounds (superbasic) */
 
-/* By how much the objective changes, at first, per unit by which each of cnt basic columns is
- * forced down or up (1e20 times the sense when it cannot move); the codes are 0, or 1267 when
- * nothing can enter. Arrays of results may be null. 1217 without a solution, 1004, 1003, 1258, 1201
- * for a bad column, 1251 for a column that is not basic. */
-KLV_API int KLVmdleave(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
-                       double* upratio, int* downstatus, int* upstatus);
+/* Stores a basis: cstat [columns], rstat [rows]. With data checking 1253 for another code. A wrong
+ * number of basic variables is made right when the basis is used. */
+KLV_API int KLVcopybase(KLVenv env, KLVprob lp, const int* cstat, const int* rstat);
 
-/* The variable whose bounds the basic solution of the problem's basis violates most, or
- * KLV_NO_VARIABLE when none is violated by more than KLV_PARAM_EPRHS. Nothing is optimized or
- * stored. 1004, 1262 without a basis. */
-KLV_API int KLVcheckpfeas(KLVenv env, KLVprob lp, int* infeasout);
+/* The basis stored, or left by the last optimization; each array may be null. 1262 without one. */
+KLV_API int KLVgetbase(KLVenv env, KLVprob lp, int* cstat, int* rstat);
 
-/* The nonbasic variable whose reduced cost has the wrong sign by most, or KLV_NO_VARIABLE when none
- * has by more than KLV_PARAM_EPOPT; otherwise as KLVcheckpfeas. */
-KLV_API int KLVcheckdfeas(KLVenv env, KLVprob lp, int* infeasout);
+/* Stores squared primal steepest-edge norms, 1 + |B^-1 a_j|^2, for the stored basis: cnorm for
+ * columns 0..len-1 (1 for the others), rnorm [rows] for the slacks. The next primal simplex run
+ * with steepest-edge pricing starts from them instead of computing its own. 1262 without a basis,
+ * 1208 for a len above the number of columns. */
+KLV_API int KLVcopypnorms(KLVenv env, KLVprob lp, const double* cnorm, const double* rnorm,
+                          int len);
 
-/* Checks the stored solution against the model and stores the status it deserves: 1 or 5 for an
- * optimal one as it keeps all limits within the tolerances or not, 3 and 2 when the proof behind
- * them holds and 6 when it does not; other statuses as they are. 1004, 1217. */
-KLV_API int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus);
+/* Stores squared dual steepest-edge norms for the stored basis: norm[k] is |e_p'B^-1|^2 for the
+ * position p where variable head[k] is basic, a column j or, as -1 - i, the slack of row i. Basic
+ * variables that are not named get 1. The next dual simplex run with steepest-edge pricing starts
+ * from them. 1262, 1208 as KLVcopypnorms. */
+KLV_API int KLVcopydnorms(KLVenv env, KLVprob lp, const double* norm, const int* head, int len);
 
-/* Dual steepest-edge weights of rows that are not in the problem: weight[k] is the squared norm
- * that the row of B^-1 of row k's slack would have if the row were added and its slack were basic.
- * Rows as in KLVaddrows. `dpriind` is the dual pricing (KLV_PARAM_DPRIIND) for which they are
- * meant: 1.0 each for 4 and 5, which start from unit weights. When there is none to compute, for
- * pricing 1 or without a factored basis, the arrays stay as they are and the warning channel gets
- * "Warning: No weights computed."; this is no error. 1003 for a negative count, 1004, 1226 for
- * starts that do not ascend, 1201 for a bad column, 1257 for a dpriind outside 0..5. */
-KLV_API int KLVgetweight(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const int* rmatbeg,
-                         const int* rmatind, const double* rmatval, double* weight, int dpriind);
+/* KLVcopybase and dual steepest-edge norms in one call: dnorm [number of basic variables] holds the
+ * squared norms, as in KLVcopydnorms, of the basic columns in ascending order, then of the rows
+ * whose slacks are basic. 1004, 1253, with data checking 1225 or 1233 for a bad norm. */
+KLV_API int KLVcopybasednorms(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
+                              const double* dnorm);
 
-/* Strong branching: for each of cnt columns with value x in the optimal solution, the objective
- * after at most itlim iterations of the dual simplex method with the upper bound floor(x) (downobj)
- * and with the lower bound ceil(x) (upobj); 1e75 times the sense when no point is left. The arrays
- * may be null. The problem stays as it is. 1003 for a negative count or limit, 1004, 1201 for a bad
- * column, 1217 without a solution, 1252 when it is not optimal, 1258, 1263 when stopped by the
- * caller, 1266 by the time limit. */
-KLV_API int KLVstrongbranch(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downobj,
-                            double* upobj, int itlim);
+/* Stores a basis of which only some statuses are known: cstat[k] of column cindices[k], k below
+ * ccnt, and rstat[k] of row rindices[k], k below rcnt. The slacks of other rows are basic; other
+ * columns are at their bound nearer to 0, or are free. 1003 for a negative count, 1004, 1201,
+ * 1203, 1253. */
+KLV_API int KLVcopypartialbase(KLVenv env, KLVprob lp, int ccnt, const int* cindices,
+                               const int* cstat, int rcnt, const int* rindices, const int* rstat);
 
-/* ---- Presolve ---------------------------------------------------------------------------- */
+/* Stores a start of any kind; arrays that are null are not known. cstat [columns] and rstat [rows]
+ * are a basis, both or neither (1004). Values: cprim [columns] of the columns, rprim [rows] of the
+ * slacks, cdual [columns] reduced costs, rdual [rows] duals. With a basis cprim says where columns
+ * with status 3 are. Without one the basis is made from the values: what is between its
+ * bounds or, when only duals are known, has none, is basic as far as there are rows; slacks first,
+ * then the columns farthest from their bounds; what is left over between its bounds has status 3.
+ * KLVgetbase tells the basis made. 1004 when everything is null, 1253, and with data checking 1225
+ * or 1233 for a value that is no finite number. */
+KLV_API int KLVcopystart(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
+                         const double* cprim, const double* rprim, const double* cdual,
+                         const double* rdual);
+
+/* Reads a basis file, ".bas" added to a name that does not open, and makes its basis the one from
+ * which the next optimization starts. All or nothing. Lines about names that the problem does not
+ * have are skipped with a warning. 1421 without a name; 1423 when the file cannot be read; 1441,
+ * 1551, 1552, 1553 and the errors of numbers with the line; 1550 when there is not one basic
+ * variable for each row; 1554 for a nonbasic column with a value between its bounds. */
+KLV_API int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the basis of the problem. 1421, 1422; 1262 when there is none; 1555 when the number of its
+ * basic variables is not the number of rows. */
+KLV_API int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* ---- Presolve ------------------------------------------------------------------------------- */
 
 /* The presolved problem is a smaller problem with the same optimum. KLVpresolve and the simplex
  * optimizers leave one in the problem until the problem is changed; functions that need one give
- * 1103 without it. Arrays over the original problem have n columns and m rows, those over the
- * presolved one pn and pm. */
+ * 1103 without it. */
+
+/* What KLVgetprestat says of the presolved problem, and of columns and rows that are not in it. */
+#define KLV_PRESOLVED_NONE 0
+#define KLV_PRESOLVED_REDUCED 1
+#define KLV_PRESOLVED_EMPTY 2
+#define KLV_REMOVED_AT_LOWER (-1)
+#define KLV_REMOVED_AT_UPPER (-2)
+#define KLV_REMOVED_FIXED (-3)       /* at a value that is not a bound */
+#define KLV_REMOVED_SUBSTITUTED (-4) /* a column substituted out, or a row used for that */
+#define KLV_REMOVED_OTHER (-5)       /* a row that never binds or became a bound */
 
 /* Presolves without optimizing; method is a value of KLV_PARAM_LPMETHOD. 1117 when presolve proves
  * the problem infeasible, 1101 infeasible or unbounded; 1123 and 1106 when it is stopped; 1017 for
@@ -1246,6 +1601,158 @@ KLV_API int KLVslackfromx(KLVenv env, KLVprob lp, const double* x, double* slack
  * objective lacks. 1103, 1421, 1422, 1424. */
 KLV_API int KLVpreslvwrite(KLVenv env, KLVprob lp, const char* filename, double* objoff_p);
 
+/* ---- The basis and its factor --------------------------------------------------------------- */
+
+/* B is the matrix of the basic variables' columns, one per basis position 0..m-1, in the order of
+ * KLVgetbhead. The slack of row r is the variable -r-1. Its column is the unit column of the row,
+ * +1 for 'L', 'E' and 'G' (slack = right-hand side minus activity) and -1 for 'R' (slack = activity
+ * minus right-hand side). Everything is unscaled.
+ *
+ * A factor exists once the library has solved the problem or made a basis of it, until the matrix
+ * changes or another basis is handed in; without one the functions give 1258. Indices outside the
+ * problem give 1200. */
+
+/* Column j (0..m-1) of the inverse of B, by position: x [m] with B x = e_j. */
+KLV_API int KLVbinvcol(KLVenv env, KLVprob lp, int j, double* x);
+
+/* Row i (a position) of the inverse of B: y [m], by row, with y'B = e_i'. */
+KLV_API int KLVbinvrow(KLVenv env, KLVprob lp, int i, double* y);
+
+/* The inverse of B times the column of variable j (a column, or -r-1 for the slack of row r): x
+ * [m], by position. */
+KLV_API int KLVbinvacol(KLVenv env, KLVprob lp, int j, double* x);
+
+/* Row i (a position) of the inverse of B times the columns: z [n]; exactly 0 or 1 for basic
+ * columns. */
+KLV_API int KLVbinvarow(KLVenv env, KLVprob lp, int i, double* z);
+
+/* Solves in place: x [m], by row on entry, by position on return, becomes the inverse of B times
+ * x. */
+KLV_API int KLVftran(KLVenv env, KLVprob lp, double* x);
+
+/* Solves in place: y [m], by position on entry, by row on return, becomes y' times the inverse of
+ * B. */
+KLV_API int KLVbtran(KLVenv env, KLVprob lp, double* y);
+
+/* The basis header: head[i] is the variable basic at position i, x[i] its value in the stored
+ * solution. Either array [m] may be null. 1217 without a solution with a basis. */
+KLV_API int KLVgetbhead(KLVenv env, KLVprob lp, int* head, double* x);
+
+/* The position at which the slack of row i (with j = -1) or column j (with i = -1) is basic. 1200
+ * unless exactly one of them is given, 1217 without a solution with a basis, 1251 when the variable
+ * is not basic. */
+KLV_API int KLVgetijrow(KLVenv env, KLVprob lp, int i, int j, int* row_p);
+
+/* After the dual simplex method ended with status 3: multipliers y [m] that prove that no point
+ * satisfies the rows. Every such point would have y'Ax >= y'b, where b_i is the right-hand side
+ * (for a ranged row the lower limit if y_i > 0, else the upper one); y_i is >= 0 for 'G', <= 0 for
+ * 'L'. *proof_p (may be null) receives y'b minus the largest value of y'Ax within the bounds of the
+ * columns, which is positive. 1265 after anything else, 1018, 1031. */
+KLV_API int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p);
+
+/* After status 2: a direction z [n] along which the objective improves without end while rows and
+ * bounds are kept. The variable that entered last moves by 1 or -1. 1217 without a solution, 1254
+ * when it is not unbounded or no direction is known. */
+KLV_API int KLVgetray(KLVenv env, KLVprob lp, double* z);
+
+/* ---- Steps by hand -------------------------------------------------------------------------- */
+
+/* The functions of this section and the next work on linear problems only: 1017 for a mixed-integer
+ * problem, 1018 for a quadratic objective, 1031 for quadratic constraints. Variables are numbered
+ * as above: columns 0..n-1, -r-1 for the slack of row r, KLV_NO_VARIABLE for none. The bounds of a
+ * slack are [0, inf) for 'L', (-inf, 0] for 'G', [0, 0] for 'E', and 0 and the range for 'R'.
+ *
+ * Those of this section change the basis and leave it in the problem with its basic solution; the
+ * solution status is 1 when that is optimal, else 6. After an error the problem holds what it held
+ * before. 1256 when the basis is singular. */
+
+#define KLV_NO_VARIABLE 2100000000
+
+/* Makes the slacks of rlen rows basic. Variables that leave go to their nearest bound. 1003 for
+ * rlen outside 0..m, 1203 for a bad row, 1262 when the problem has no basis. */
+KLV_API int KLVpivotin(KLVenv env, KLVprob lp, const int* rlist, int rlen);
+
+/* Makes clen fixed variables nonbasic. Feasibility, primal and dual, is kept where it was. A
+ * variable stays basic when nothing but other variables of the list could take its place. 1262
+ * without a basis, 1203 for an index that is no variable, 1221 for a variable that is not fixed. */
+KLV_API int KLVpivotout(KLVenv env, KLVprob lp, const int* clist, int clen);
+
+/* One exchange: jenter enters, jleave leaves at its bound leavestat (0 or 2; the bound it has when
+ * it has only one). With jleave KLV_NO_VARIABLE the primal ratio test chooses the variable that
+ * leaves, or moves jenter to its other bound when that comes first; with jenter KLV_NO_VARIABLE the
+ * dual ratio test chooses the variable that enters. jenter = jleave, nonbasic, moves the variable
+ * to the bound leavestat. A problem without a solution starts as KLVsetphase2 sets it up. 1200 for
+ * an index that is no variable, 1003 when neither is given and for another leavestat, 1267 when
+ * jenter is basic, jleave is not, nobody can be chosen or the pivot is too small. */
+KLV_API int KLVpivot(KLVenv env, KLVprob lp, int jenter, int jleave, int leavestat);
+
+/* Factors the basis of the problem (slacks, when it has none), replacing dependent columns by
+ * slacks, and stores its basic solution, so that the next optimization continues from there. */
+KLV_API int KLVsetphase2(KLVenv env, KLVprob lp);
+
+/* ---- Ratios, checks and probes -------------------------------------------------------------- */
+
+/* These functions leave the problem as it is, except that KLVchecksoln may correct the status. */
+
+/* How far each of cnt nonbasic variables can move down and up, all other nonbasic variables kept,
+ * until a variable reaches a bound. Entry k of the arrays, each of which may be null: the length of
+ * the step (1e20: without end), the variable that reaches a bound (itself, a basic one, or
+ * KLV_NO_VARIABLE), the bound at which it leaves (0, 2, or -1 for none) and a code: 0, or 1267 for
+ * an index that is no variable or a basic one. The basis is not changed. 1258 without a factor,
+ * 1004, 1003 for a negative count. */
+KLV_API int KLVpratio(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
+                      double* upratio, int* downleave, int* upleave, int* downleavestatus,
+                      int* upleavestatus, int* downstatus, int* upstatus);
+
+/* What must enter when each of cnt basic variables is forced down or up. Entry k of the arrays,
+ * each of which may be null: the ratio of reduced cost to tableau entry of the variable that
+ * enters, which is the loss in the objective per unit of the move (1e20 when nothing can enter),
+ * that variable or KLV_NO_VARIABLE, and a code: 0, or 1267 for an index that is no variable or a
+ * nonbasic one. The basis is not changed. Errors as for KLVpratio. */
+KLV_API int KLVdratio(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
+                      double* upratio, int* downenter, int* upenter, int* downstatus,
+                      int* upstatus);
+
+/* By how much the objective changes, at first, per unit by which each of cnt basic columns is
+ * forced down or up (1e20 times the sense when it cannot move); the codes are 0, or 1267 when
+ * nothing can enter. Arrays of results may be null. 1217 without a solution, 1004, 1003, 1258, 1201
+ * for a bad column, 1251 for a column that is not basic. */
+KLV_API int KLVmdleave(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downratio,
+                       double* upratio, int* downstatus, int* upstatus);
+
+/* The variable whose bounds the basic solution of the problem's basis violates most, or
+ * KLV_NO_VARIABLE when none is violated by more than KLV_PARAM_EPRHS. Nothing is optimized or
+ * stored. 1004, 1262 without a basis. */
+KLV_API int KLVcheckpfeas(KLVenv env, KLVprob lp, int* infeasout);
+
+/* The nonbasic variable whose reduced cost has the wrong sign by most, or KLV_NO_VARIABLE when none
+ * has by more than KLV_PARAM_EPOPT; otherwise as KLVcheckpfeas. */
+KLV_API int KLVcheckdfeas(KLVenv env, KLVprob lp, int* infeasout);
+
+/* Checks the stored solution against the model and stores the status it deserves: 1 or 5 for an
+ * optimal one as it keeps all limits within the tolerances or not, 3 and 2 when the proof behind
+ * them holds and 6 when it does not; other statuses as they are. 1004, 1217. */
+KLV_API int KLVchecksoln(KLVenv env, KLVprob lp, int* lpstatus);
+
+/* Dual steepest-edge weights of rows that are not in the problem: weight[k] is the squared norm
+ * that the row of B^-1 of row k's slack would have if the row were added and its slack were basic.
+ * Rows as in KLVaddrows. `dpriind` is the dual pricing (KLV_PARAM_DPRIIND) for which they are
+ * meant: 1.0 each for 4 and 5, which start from unit weights. When there is none to compute, for
+ * pricing 1 or without a factored basis, the arrays stay as they are and the warning channel gets
+ * "Warning: No weights computed."; this is no error. 1003 for a negative count, 1004, 1226 for
+ * starts that do not ascend, 1201 for a bad column, 1257 for a dpriind outside 0..5. */
+KLV_API int KLVgetweight(KLVenv env, KLVprob lp, int rcnt, int nzcnt, const int* rmatbeg,
+                         const int* rmatind, const double* rmatval, double* weight, int dpriind);
+
+/* Strong branching: for each of cnt columns with value x in the optimal solution, the objective
+ * after at most itlim iterations of the dual simplex method with the upper bound floor(x) (downobj)
+ * and with the lower bound ceil(x) (upobj); 1e75 times the sense when no point is left. The arrays
+ * may be null. The problem stays as it is. 1003 for a negative count or limit, 1004, 1201 for a bad
+ * column, 1217 without a solution, 1252 when it is not optimal, 1258, 1263 when stopped by the
+ * caller, 1266 by the time limit. */
+KLV_API int KLVstrongbranch(KLVenv env, KLVprob lp, const int* indices, int cnt, double* downobj,
+                            double* upobj, int itlim);
+
 /* ---- Sensitivity ---------------------------------------------------------------------------- */
 
 /* How far one number may move, all others kept, while the optimal basis stays optimal. Ranges end
@@ -1271,149 +1778,6 @@ KLV_API int KLVboundsa(KLVenv env, KLVprob lp, int begin, int end, double* lblow
 KLV_API int KLVErangesa(KLVenv env, KLVprob lp, int cbegin, int cend, int rbegin, int rend,
                         double* objlower, double* objupper, double* rhslower, double* rhsupper,
                         double* lblower, double* lbupper, double* ublower, double* ubupper);
-
-/* ---- Start basis --------------------------------------------------------------------------- */
-
-/* The basis from which the next simplex run starts while KLV_PARAM_ADVIND is not 0. Codes of
- * columns and of the slacks of rows: 0 at the lower bound, 1 basic, 2 at the upper bound, 3 free or
- * between its bounds. With KLV_PARAM_ADVIND 1 a run whose start is close to an optimum, or comes
- * with norms, goes on from it without presolve; any other start is crushed through presolve, with
- * KLV_PARAM_ADVIND 2 every one. The log says which. All functions of this section give 1017 for a
- * mixed-integer problem and 1031 with quadratic constraints. */
-
-/* Stores a basis: cstat [columns], rstat [rows]. With data checking 1253 for another code. A wrong
- * number of basic variables is made right when the basis is used. */
-KLV_API int KLVcopybase(KLVenv env, KLVprob lp, const int* cstat, const int* rstat);
-
-/* The basis stored, or left by the last optimization; each array may be null. 1262 without one. */
-KLV_API int KLVgetbase(KLVenv env, KLVprob lp, int* cstat, int* rstat);
-
-/* Stores squared primal steepest-edge norms, 1 + |B^-1 a_j|^2, for the stored basis: cnorm for
- * columns 0..len-1 (1 for the others), rnorm [rows] for the slacks. The next primal simplex run
- * with steepest-edge pricing starts from them instead of computing its own. 1262 without a basis,
- * 1208 for a len above the number of columns. */
-KLV_API int KLVcopypnorms(KLVenv env, KLVprob lp, const double* cnorm, const double* rnorm,
-                          int len);
-
-/* Stores squared dual steepest-edge norms for the stored basis: norm[k] is |e_p'B^-1|^2 for the
- * position p where variable head[k] is basic, a column j or, as -1 - i, the slack of row i. Basic
- * variables that are not named get 1. The next dual simplex run with steepest-edge pricing starts
- * from them. 1262, 1208 as KLVcopypnorms. */
-KLV_API int KLVcopydnorms(KLVenv env, KLVprob lp, const double* norm, const int* head, int len);
-
-/* KLVcopybase and dual steepest-edge norms in one call: dnorm [number of basic variables] holds the
- * squared norms, as in KLVcopydnorms, of the basic columns in ascending order, then of the rows
- * whose slacks are basic. 1004, 1253, with data checking 1225 or 1233 for a bad norm. */
-KLV_API int KLVcopybasednorms(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
-                              const double* dnorm);
-
-/* Stores a basis of which only some statuses are known: cstat[k] of column cindices[k], k below
- * ccnt, and rstat[k] of row rindices[k], k below rcnt. The slacks of other rows are basic; other
- * columns stand at their bound nearer to 0, or are free. 1003 for a negative count, 1004, 1201,
- * 1203, 1253. */
-KLV_API int KLVcopypartialbase(KLVenv env, KLVprob lp, int ccnt, const int* cindices,
-                               const int* cstat, int rcnt, const int* rindices, const int* rstat);
-
-/* Stores a start of any kind; arrays that are null are not known. cstat [columns] and rstat [rows]
- * are a basis, both or neither (1004). Values: cprim [columns] of the columns, rprim [rows] of the
- * slacks, cdual [columns] reduced costs, rdual [rows] duals. With a basis cprim says where columns
- * with status 3 stand. Without one the basis is made from the values: what stands between its
- * bounds or, when only duals are known, has none, is basic as far as there are rows; slacks first,
- * then the columns farthest from their bounds; what is left over between its bounds has status 3.
- * KLVgetbase tells the basis made. 1004 when everything is null, 1253, and with data checking 1225
- * or 1233 for a value that is no finite number. */
-KLV_API int KLVcopystart(KLVenv env, KLVprob lp, const int* cstat, const int* rstat,
-                         const double* cprim, const double* rprim, const double* cdual,
-                         const double* rdual);
-
-/* ---- Solutions ------------------------------------------------------------------------------*/
-
-/* Solution status codes of continuous problems. */
-#define KLV_STATUS_OPTIMAL 1
-#define KLV_STATUS_UNBOUNDED 2
-#define KLV_STATUS_INFEASIBLE 3
-#define KLV_STATUS_INFEASIBLE_OR_UNBOUNDED 4
-#define KLV_STATUS_OPTIMAL_UNSCALED 5 /* optimal, but some limit is violated when unscaled */
-#define KLV_STATUS_NON_OPTIMAL 6      /* stopped by numerical trouble before optimality */
-#define KLV_STATUS_ITERATION_LIMIT 10
-#define KLV_STATUS_TIME_LIMIT 11
-#define KLV_STATUS_OBJECTIVE_LIMIT 12
-#define KLV_STATUS_USER_ABORTED 13
-
-/* Kinds of a stored solution. */
-#define KLV_SOLUTION_NONE 0
-#define KLV_SOLUTION_BASIC 1    /* primal and dual values and a basis */
-#define KLV_SOLUTION_NONBASIC 2 /* primal and dual values */
-#define KLV_SOLUTION_PRIMAL 3   /* primal values */
-
-/* In all functions of this section: 1217 when no solution is stored (for a mixed-integer problem:
- * no integer solution was found). Signs: the dual value of a row is the change of the objective, as
- * stated, per unit of its right-hand side; the reduced cost of a column is its objective
- * coefficient minus its entries times the dual values; the slack of a row is right-hand side minus
- * activity, for a ranged row activity minus right-hand side. */
-
-/* Status, objective value, primal values x [columns], dual values pi [rows], slacks [rows] and
- * reduced costs dj [columns]; each pointer may be null. 1017 when dual values of a mixed-integer
- * problem are asked for, 1232 when the solution has none, 3023 when the values of the integer
- * solution are not available. */
-KLV_API int KLVsolution(KLVenv env, KLVprob lp, int* status_p, double* objective_p, double* x,
-                        double* pi, double* slack, double* dj);
-
-/* Method (-1 without a solution), kind (KLV_SOLUTION_...), and whether the solution is primal and
- * dual feasible (1 or 0); each pointer may be null. Not an error without a solution. */
-KLV_API int KLVsolninfo(KLVenv env, KLVprob lp, int* method_p, int* type_p, int* primal_feasible_p,
-                        int* dual_feasible_p);
-
-/* Returns the solution status, 0 when no result is stored or on failure. */
-KLV_API int KLVgetstat(KLVenv env, KLVprob lp);
-
-/* Returns the method of the stored solution: 1 primal simplex, 2 dual simplex, 4 barrier, 11
- * FeasOpt, 12 mixed-integer; 0 on failure. */
-KLV_API int KLVgetmethod(KLVenv env, KLVprob lp);
-
-/* Stores the objective value (null is accepted unless the problem is mixed-integer). */
-KLV_API int KLVgetobjval(KLVenv env, KLVprob lp, double* objective_p);
-
-/* The functions with a range fill an array of end - begin + 1 values for the columns or rows begin
- * to end. 1004 when the array is null, 1200 when the range is not within the problem. */
-
-/* Primal values of columns. 3023 as in KLVsolution. */
-KLV_API int KLVgetx(KLVenv env, KLVprob lp, double* x, int begin, int end);
-
-/* Slacks of rows. */
-KLV_API int KLVgetslack(KLVenv env, KLVprob lp, double* slack, int begin, int end);
-
-/* Activities of rows: their entries times the primal values. */
-KLV_API int KLVgetax(KLVenv env, KLVprob lp, double* ax, int begin, int end);
-
-/* Dual values of rows. 1017 and 1232 as in KLVsolution. */
-KLV_API int KLVgetpi(KLVenv env, KLVprob lp, double* pi, int begin, int end);
-
-/* Reduced costs of columns. 1017 and 1232 as in KLVsolution. */
-KLV_API int KLVgetdj(KLVenv env, KLVprob lp, double* dj, int begin, int end);
-
-/* By how much the point x [columns] (null: the stored solution) violates each row begin to end:
- * positive above the upper limit of the row, negative below the lower one, 0 within. */
-KLV_API int KLVgetrowinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
-                            int end);
-
-/* The same for the bounds of columns. 0 satisfies a semi-continuous or semi-integer column. */
-KLV_API int KLVgetcolinfeas(KLVenv env, KLVprob lp, const double* x, double* infeas, int begin,
-                            int end);
-
-/* Returns the simplex iterations of the last optimization, both phases; 0 on failure. */
-KLV_API int KLVgetitcnt(KLVenv env, KLVprob lp);
-
-/* Returns the simplex iterations that the last optimization spent in phase I; 0 on failure. */
-KLV_API int KLVgetphase1cnt(KLVenv env, KLVprob lp);
-
-/* Returns the barrier iterations of the last optimization; 0 on failure. */
-KLV_API int KLVgetbaritcnt(KLVenv env, KLVprob lp);
-
-/* Copies the text of a solution status code to buffer (room for 52 characters) and returns buffer;
- * for an unknown code the buffer gets "Unknown status value" and the result is null. The
- * environment is not used and may be null. */
-KLV_API char* KLVgetstatstring(KLVenv env, int status, char* buffer);
 
 #ifdef __cplusplus
 }

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Checks the public header against the rules and against the library.
 
-kelvo.h compiles by itself as C99 (pedantic) and as C++; a comment stands before each declaration;
-the library exports exactly the functions that the header declares, and the entry points of the
-Java bridge.
+kelvo.h compiles by itself as C99 (pedantic) and as C++; each declaration has a comment; the library
+exports exactly the functions that the header declares, and the entry points of the Java bridge. Each
+section of the header has its file in src/api, with the same functions, and each error code that the
+library uses has its macro.
 """
 import argparse
+import glob
 import os
 import re
 import subprocess
@@ -13,6 +15,7 @@ import sys
 import tempfile
 
 HERE = os.path.dirname(os.path.abspath(__file__))
+SOURCES = os.path.join(HERE, "..", "src")
 JAVA = "Java_zeph_kelvo_Kelvo_"
 COMPILERS = (
     ("C99", ".c", ["-std=c99"]),
@@ -67,6 +70,65 @@ def declarations(header):
             text, fresh = "", False
 
 
+def sections(header):
+    """The functions of each section that has any, by its title."""
+    result, title = {}, None
+    with open(header, encoding="utf-8") as file:
+        for line in file:
+            heading = re.match(r"/\* ---- (.*?) -+ \*/$", line)
+            if heading:
+                title = heading.group(1)
+            found = re.search(r"\b(KLV\w+)\s*\(", line[len("KLV_API"):]) if line.startswith("KLV_API") else None
+            if found:
+                result.setdefault(title, set()).add(found.group(1))
+    return result
+
+
+def api_files(folder):
+    """The functions that each file defines, by its path."""
+    result = {}
+    for path in sorted(glob.glob(os.path.join(folder, "*.cpp"))):
+        with open(path, encoding="utf-8") as file:
+            result[os.path.relpath(path, os.path.join(folder, "..", ".."))] = set(
+                re.findall(r"^(?!static_assert)[A-Za-z][\w ]*[ *]+(KLV\w+)\(", file.read(), re.MULTILINE))
+    return result
+
+
+def check_sections(header, folder, complain):
+    file_of = {name: path for path, names in api_files(folder).items() for name in names}
+    owner = {}
+    for title, names in sections(header).items():
+        for name in sorted(names - file_of.keys()):
+            complain("%s has no file in src/api" % name)
+        files = sorted({file_of[name] for name in names & file_of.keys()})
+        if len(files) > 1:
+            complain("section '%s' is spread over %s" % (title, ", ".join(files)))
+        for file in files:
+            if file in owner:
+                complain("%s has functions of the sections '%s' and '%s'" % (file, owner[file], title))
+            owner[file] = title
+
+
+def macro_of(code):
+    """kNotANumber -> KLV_ERROR_NOT_A_NUMBER."""
+    return "KLV_ERROR_" + re.sub(r"(?<=[a-z0-9])(?=[A-Z])|(?<=[A-Z])(?=[A-Z][a-z])", "_", code[1:]).upper()
+
+
+def check_error_codes(header, sources, complain):
+    with open(header, encoding="utf-8") as file:
+        macros = set(re.findall(r"#define (KLV_ERROR_\w+)", file.read()))
+    used = set()
+    for path in glob.glob(os.path.join(sources, "**", "*.[ch]*"), recursive=True):
+        if os.path.basename(path) in ("error_code.h", "error_table.cpp", "header_values.cpp"):
+            continue  # the names themselves, and the tables of all of them
+        with open(path, encoding="utf-8") as file:
+            used.update(macro_of(code) for code in re.findall(r"\berror::(k\w+)", file.read()))
+    for macro in sorted(used - macros):
+        complain("%s is missing: the library uses that code" % macro)
+    for macro in sorted(macros - used):
+        complain("%s is not used by the library" % macro)
+
+
 def exported(library):
     run = subprocess.run(["nm", "--dynamic", "--defined-only", "--extern-only", library],
                          capture_output=True, text=True, check=True)
@@ -76,10 +138,13 @@ def exported(library):
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--header", default=os.path.join(HERE, "..", "include", "kelvo.h"))
+    parser.add_argument("--sources", default=SOURCES, help="the folder src")
     parser.add_argument("--library", help="the shared library to compare with")
     arguments = parser.parse_args()
     faults = []
     check_compiles(arguments.header, faults.append)
+    check_sections(arguments.header, os.path.join(arguments.sources, "api"), faults.append)
+    check_error_codes(arguments.header, arguments.sources, faults.append)
     declared = {}
     for line, name, documented in declarations(arguments.header):
         if name in declared:

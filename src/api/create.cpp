@@ -1,4 +1,4 @@
-// Creating, copying and freeing problems, and the counts that need no merge.
+// Creating, copying and freeing problems.
 #include "api/frame/problem_frame.h"
 
 using namespace kelvo;
@@ -36,29 +36,4 @@ int KLVfreeprob(KLVenv env, KLVprob* lp_p) {
     *lp_p = nullptr;
     return Status();
   });
-}
-
-int KLVgetprobtype(KLVenv env, KLVprob lp) {
-  int type = -1;
-  const int code = api_problem(env, lp, [&](Environment&, Problem& problem) {
-    type = problem.type();
-    return Status();
-  });
-  return code == 0 ? type : -1;
-}
-
-int KLVgetnumrows(KLVenv env, KLVprob lp) {
-  return api_count(env, lp, 0, [](Problem& problem) { return problem.num_rows(); });
-}
-
-int KLVgetnumcols(KLVenv env, KLVprob lp) {
-  return api_count(env, lp, 0, [](Problem& problem) { return problem.num_cols(); });
-}
-
-int KLVgetnumnz(KLVenv env, KLVprob lp) {
-  return api_count(env, lp, 0, [](Problem& problem) { return problem.num_nonzeros(); });
-}
-
-int KLVgetobjsen(KLVenv env, KLVprob lp) {
-  return api_count(env, lp, 0, [](Problem& problem) { return problem.objective_sense(); });
 }

@@ -1,7 +1,8 @@
-// Parameters by number and by name.
+// Parameters by number and by name, and parameter files.
 #include <cstring>
 
 #include "api/frame/api_frame.h"
+#include "env/params/param_file.h"
 #include "env/params/set_parameter.h"
 
 namespace kelvo {
@@ -172,5 +173,24 @@ int KLVsetdefaults(KLVenv env) {
 int KLVgetchgparam(KLVenv env, int* count_p, int* numbers, int space, int* surplus_p) {
   return api_env(env, [&](Environment& environment) {
     return list_changed(environment.settings(), count_p, numbers, space, surplus_p);
+  });
+}
+
+int KLVreadcopyparam(KLVenv env, const char* filename) {
+  return api_env(env, [&](Environment& environment) -> Status {
+    KELVO_TRY(check_pointers(filename));
+    return read_parameter_file(environment, filename);
+  });
+}
+
+int KLVwriteparam(KLVenv env, const char* filename) {
+  return api_env(env, [&](Environment& environment) {
+    return write_parameter_file(environment, filename, ParameterFileUse::settings);
+  });
+}
+
+int KLVEwriteparam(KLVenv env, const char* filename) {
+  return api_env(env, [&](Environment& environment) {
+    return write_parameter_file(environment, filename, ParameterFileUse::snapshot);
   });
 }

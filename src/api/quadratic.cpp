@@ -1,12 +1,12 @@
-// The quadratic objective.
+// The quadratic objective, and the certificate that it is not convex.
 #include "api/frame/output.h"
 #include "api/frame/problem_frame.h"
 #include "prob/data/data_check.h"
 #include "prob/data/quadratic_objective.h"
 #include "prob/model/default_names.h"
+#include "qp/definiteness.h"
 
-using namespace kelvo;
-
+namespace kelvo {
 namespace {
 
 constexpr const char* kObjective = "objective";
@@ -64,6 +64,9 @@ int count_quadratic(KLVenv env, KLVprob lp, Count count) {
 }
 
 }  // namespace
+}  // namespace kelvo
+
+using namespace kelvo;
 
 int KLVcopyquad(KLVenv env, KLVprob lp, const int* qmatbeg, const int* qmatcnt, const int* qmatind,
                 const double* qmatval) {
@@ -129,4 +132,22 @@ int KLVgetnumquad(KLVenv env, KLVprob lp) {
 
 int KLVgetnumqpnz(KLVenv env, KLVprob lp) {
   return count_quadratic(env, lp, [](const SparseMatrix& q) { return q.num_nonzeros(); });
+}
+
+int KLVqpindefcertificate(KLVenv env, KLVprob lp, double* x) {
+  return api_problem(env, lp, [&](Environment&, Problem& problem) -> Status {
+    if (problem.is_view()) return Status::failure(error::kNotSingleProblem);
+    problem.merge_pending();
+    const Model& model = problem.model();
+    const bool quadratic =
+        model.quadratic.num_major > 0 || problem.type() == kTypeQp || problem.type() == kTypeMiqp;
+    if (!quadratic) return Status::failure(error::kNotQuadratic);
+    KELVO_TRY(check_pointers(x));
+    Vector<double> direction;
+    if (!find_indefinite_direction(model.quadratic, model.sense, direction)) {
+      return Status::failure(error::kNotIndefinite);
+    }
+    std::copy(direction.begin(), direction.end(), x);
+    return Status();
+  });
 }

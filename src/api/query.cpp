@@ -103,6 +103,31 @@ Status get_coefficient(const Model& model, int i, int j, double& value) {
 
 }  // namespace
 
+int KLVgetprobtype(KLVenv env, KLVprob lp) {
+  int type = -1;
+  const int code = api_problem(env, lp, [&](Environment&, Problem& problem) {
+    type = problem.type();
+    return Status();
+  });
+  return code == 0 ? type : -1;
+}
+
+int KLVgetnumrows(KLVenv env, KLVprob lp) {
+  return api_count(env, lp, 0, [](Problem& problem) { return problem.num_rows(); });
+}
+
+int KLVgetnumcols(KLVenv env, KLVprob lp) {
+  return api_count(env, lp, 0, [](Problem& problem) { return problem.num_cols(); });
+}
+
+int KLVgetnumnz(KLVenv env, KLVprob lp) {
+  return api_count(env, lp, 0, [](Problem& problem) { return problem.num_nonzeros(); });
+}
+
+int KLVgetobjsen(KLVenv env, KLVprob lp) {
+  return api_count(env, lp, 0, [](Problem& problem) { return problem.objective_sense(); });
+}
+
 int KLVgetobj(KLVenv env, KLVprob lp, double* obj, int begin, int end) {
   return get_slice(
       env, lp, "KLVgetobj", Item::column, obj, begin, end,

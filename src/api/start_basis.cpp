@@ -1,12 +1,48 @@
-// The basis from which the next optimization starts: stored by the caller, or left by the last one.
+// The basis from which the next optimization starts: stored by the caller as codes, as values or
+// from a file, or left by the last optimization.
 #include <algorithm>
 #include <cmath>
 
-#include "api/frame/start_arrays.h"
+#include "api/frame/problem_frame.h"
+#include "api/frame/text_file.h"
+#include "env/params/param_numbers.h"
+#include "io/basis/basis_file.h"
+#include "lp/solve/start_from_values.h"
+#include "prob/data/data_check.h"
+#include "prob/solution_access.h"
 
-using namespace kelvo;
-
+namespace kelvo {
 namespace {
+
+/// Refuses problems that have no basis of their own.
+Status check_has_bases(const Problem& problem) {
+  if (is_mixed_integer(problem)) return Status::failure(error::kNotForMixedInteger);
+  return problem.num_quadratic_constraints() == 0
+             ? Status()
+             : Status::failure(error::kNotForQuadraticConstraints);
+}
+
+/// A code that means nothing, which only comes without data checking, is read as "at lower".
+int valid_code(int code) {
+  return code < kAtLower || code > kFreeSuper ? kAtLower : code;
+}
+
+/// Checks the arrays cstat [columns] and rstat [rows] and fills the basis.
+Status read_basis(Environment& environment, const Problem& problem, const int* cstat,
+                  const int* rstat, StoredBasis& basis) {
+  const int m = problem.num_rows();
+  const int n = problem.num_cols();
+  KELVO_TRY(check_pointers(cstat, rstat));
+  const DataCheck check(environment);
+  KELVO_TRY(check.basis_statuses(cstat, n));
+  KELVO_TRY(check.basis_statuses(rstat, m));
+  basis.present = true;
+  basis.col_status.assign(cstat, cstat + n);
+  basis.row_status.assign(rstat, rstat + m);
+  for (int& code : basis.col_status) code = valid_code(code);
+  for (int& code : basis.row_status) code = valid_code(code);
+  return Status();
+}
 
 Status check_basis_present(const Problem& problem) {
   return problem.basis.present ? Status() : Status::failure(error::kNoBasis);
@@ -43,6 +79,9 @@ Status check_head(Environment& environment, const Problem& problem, const int* h
 }
 
 }  // namespace
+}  // namespace kelvo
+
+using namespace kelvo;
 
 int KLVcopybase(KLVenv env, KLVprob lp, const int* cstat, const int* rstat) {
   return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
@@ -138,5 +177,57 @@ int KLVcopydnorms(KLVenv env, KLVprob lp, const double* norm, const int* head, i
     problem.basis.head_norm.swap(norms);
     problem.basis.head.swap(heads);
     return Status();
+  });
+}
+
+int KLVcopystart(KLVenv env, KLVprob lp, const int* cstat, const int* rstat, const double* cprim,
+                 const double* rprim, const double* cdual, const double* rdual) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_has_bases(problem));
+    problem.merge_pending();
+    const Model& model = problem.model();
+    const StartValues values{cprim, rprim, cdual, rdual};
+    const bool has_basis = cstat != nullptr || rstat != nullptr;
+    if (!has_basis && !values.any()) return Status::failure(error::kNullPointer);
+    const DataCheck check(environment);
+    for (const double* array : {cprim, cdual}) KELVO_TRY(check.numbers(array, model.num_cols));
+    for (const double* array : {rprim, rdual}) KELVO_TRY(check.numbers(array, model.num_rows));
+    StoredBasis basis;
+    if (has_basis) {
+      KELVO_TRY(read_basis(environment, problem, cstat, rstat, basis));
+      if (cprim != nullptr) basis.x.assign(cprim, cprim + model.num_cols);
+    } else {
+      basis = basis_from_values(model, values, environment.get_double(param::EPRHS));
+    }
+    problem.store_start_basis(std::move(basis));
+    return Status();
+  });
+}
+
+int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename) {
+  return api_edit(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_file_name(filename));
+    problem.merge_pending();
+    MessageSink& sink = environment.messages();
+    StoredBasis basis;
+    KELVO_TRY(read_text_file(filename, ".bas", sink, [&](LineReader& lines) {
+      return read_basis(lines, problem.model(), sink, basis);
+    }));
+    problem.store_start_basis(std::move(basis));
+    return {};
+  });
+}
+
+int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename) {
+  return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
+    KELVO_TRY(check_file_name(filename));
+    KELVO_TRY(check_basis_present(problem));
+    MessageSink& sink = environment.messages();
+    KELVO_TRY(check_basis_size(problem.model(), problem.basis, sink));
+    const int iterations =
+        problem.solution_status != kNoSolution ? problem.solution.iterations : -1;
+    return write_text_file(filename, sink, [&](FileStream& stream) {
+      write_basis(problem.model(), problem.basis, iterations, sink, stream);
+    });
   });
 }

@@ -81,11 +81,13 @@ extern "C" {
 
 
 class Header(unittest.TestCase):
-    def check(self, declarations, definitions=None, before="#define KLV_API"):
+    def check(self, declarations, definitions=None, sources=None):
         with tempfile.TemporaryDirectory() as root:
             header = os.path.join(root, "kelvo.h")
-            write(root, {"kelvo.h": HEADER % (before, declarations)})
-            command = [sys.executable, os.path.join(SCRIPTS, "check_header.py"), "--header", header]
+            write(root, {"kelvo.h": HEADER % ("#define KLV_API", declarations)})
+            write(root, {"src/api/all.cpp": definitions or ""} if sources is None else sources)
+            command = [sys.executable, os.path.join(SCRIPTS, "check_header.py"), "--header", header,
+                       "--sources", os.path.join(root, "src")]
             if definitions is not None:
                 write(root, {"library.c": definitions})
                 library = os.path.join(root, "library.so")
@@ -115,6 +117,24 @@ class Header(unittest.TestCase):
             with self.subTest(kind):
                 status, output = self.check(declarations, definitions)
                 self.assertEqual(status, 1, output)
+
+    def test_sections_have_their_files(self):
+        two = "/* ---- A ---- */\n" + self.GOOD + "/* ---- B ---- */\n/* x */\nKLV_API void* KLVother(void);\n"
+        other = "void* KLVother(void) { return 0; }\n"
+        self.assertEqual(self.check(two, sources={"src/api/a.cpp": self.BODY, "src/api/b.cpp": other})[0], 0)
+        for kind, sources in {"one file for two sections": {"src/api/a.cpp": self.BODY + other},
+                              "a function without a file": {"src/api/a.cpp": self.BODY}}.items():
+            with self.subTest(kind):
+                self.assertEqual(self.check(two, sources=sources)[0], 1)
+        one = self.GOOD + "/* x */\nKLV_API void* KLVother(void);\n"
+        self.assertEqual(self.check(one, sources={"src/api/a.cpp": self.BODY, "src/api/b.cpp": other})[0], 1)
+
+    def test_error_codes_have_their_macros(self):
+        uses = {"src/api/a.cpp": self.BODY + "// error::kNotANumber\n"}
+        macro = "#define KLV_ERROR_NOT_A_NUMBER 1434\n"
+        self.assertEqual(self.check(macro + self.GOOD, sources=uses)[0], 0)
+        self.assertEqual(self.check(self.GOOD, sources=uses)[0], 1)
+        self.assertEqual(self.check(macro + self.GOOD, self.BODY)[0], 1)
 
 
 if __name__ == "__main__":

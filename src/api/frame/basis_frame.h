@@ -1,4 +1,4 @@
-// What the exported functions on bases share: who is refused, and how the factor is come by.
+// What the exported functions on bases share: who is refused, and how the factor is obtained.
 #pragma once
 
 #include "api/frame/problem_frame.h"
