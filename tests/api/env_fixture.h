@@ -31,7 +31,26 @@ class EnvironmentTest : public ::testing::Test {
     taken.swap(text);
     return taken;
   }
+  static bool contains(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+  }
   static void append(void* handle, const char* text) { *static_cast<std::string*>(handle) += text; }
+
+  int get_int(int number) {
+    int value = -999;
+    EXPECT_EQ(KLVgetintparam(env, number, &value), 0) << number;
+    return value;
+  }
+  double get_double(int number) {
+    double value = -999;
+    EXPECT_EQ(KLVgetdblparam(env, number, &value), 0) << number;
+    return value;
+  }
+  std::string get_text(int number) {
+    char value[512] = "none";
+    EXPECT_EQ(KLVgetstrparam(env, number, value), 0) << number;
+    return value;
+  }
 
   KLVenv env = nullptr;
   KLVchannel results_channel = nullptr, warning_channel = nullptr, error_channel = nullptr,

@@ -37,21 +37,6 @@ class ParameterFiles : public EnvironmentTest {
     return KLVreadcopyparam(env, file.c_str());
   }
   int read_line(const std::string& line) { return read(kHeader + line); }
-  int get_int(int number) {
-    int value = -999;
-    EXPECT_EQ(KLVgetintparam(env, number, &value), 0);
-    return value;
-  }
-  double get_double(int number) {
-    double value = -999;
-    EXPECT_EQ(KLVgetdblparam(env, number, &value), 0);
-    return value;
-  }
-  std::string get_text(int number) {
-    char value[512] = "";
-    EXPECT_EQ(KLVgetstrparam(env, number, value), 0);
-    return value;
-  }
 
  private:
   std::vector<std::string> files_;

@@ -7,24 +7,7 @@
 
 namespace {
 
-class Parameters : public EnvironmentTest {
- protected:
-  int get_int(int number) {
-    int value = -999;
-    EXPECT_EQ(KLVgetintparam(env, number, &value), 0) << number;
-    return value;
-  }
-  double get_double(int number) {
-    double value = -999;
-    EXPECT_EQ(KLVgetdblparam(env, number, &value), 0) << number;
-    return value;
-  }
-  std::string get_text(int number) {
-    char value[512] = "none";
-    EXPECT_EQ(KLVgetstrparam(env, number, value), 0) << number;
-    return value;
-  }
-};
+using Parameters = EnvironmentTest;
 
 TEST_F(Parameters, BoundsAreKeptAndReported) {
   EXPECT_EQ(KLVsetintparam(env, KLV_PARAM_ADVIND, 3), 1015);

@@ -1,38 +1,21 @@
 // A problem with a folder of its own for the files that a test reads and writes.
 #pragma once
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include "prob_fixture.h"
+#include "support/temporary_folder.h"
 
 class FileTest : public ProblemTest {
  protected:
-  FileTest() {
-    char pattern[] = "/tmp/kelvo_files_XXXXXX";
-    folder_ = mkdtemp(pattern);
-  }
-  ~FileTest() override { std::filesystem::remove_all(folder_); }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string path(const std::string& name) const { return folder_.path(name); }
   std::string put(const std::string& name, const std::string& text) const {
-    std::ofstream(path(name), std::ios::binary) << text;
-    return path(name);
+    return folder_.put(name, text);
   }
-  std::string text_of(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-  }
+  std::string text_of(const std::string& name) const { return folder_.text_of(name); }
   /// The line of an error with a finished text.
   static std::string error_line(int code, const std::string& text) {
-    char line[1024];
-    std::snprintf(line, sizeof(line), "KELVO Error %5d: %s.\n", code, text.c_str());
-    return line;
+    return "KELVO Error " + std::string(code < 10000 ? " " : "") + std::to_string(code) + ": " +
+           text + ".\n";
   }
 
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
 };

@@ -1,76 +1,11 @@
-// A problem in an open environment, and a model read back through the query functions.
+// Problems in an open environment, for contract tests.
 #pragma once
 
-#include <map>
-#include <string>
-#include <vector>
-
 #include "env_fixture.h"
+#include "problem_image.h"
 
-/// Everything the query functions say about the linear part of a problem.
-struct ModelImage {
-  int sense = 0;
-  std::vector<double> obj, lb, ub, rhs, rngval;
-  std::string senses;
-  std::map<std::pair<int, int>, double> entries;  // (row, column)
-  std::vector<std::string> row_names, col_names;
-
-  bool operator==(const ModelImage&) const = default;
-};
-
-inline std::vector<std::string> read_names(KLVenv env, KLVprob lp, bool rows) {
-  const int n = rows ? KLVgetnumrows(env, lp) : KLVgetnumcols(env, lp);
-  const auto get = rows ? KLVgetrowname : KLVgetcolname;
-  std::vector<std::string> names;
-  int surplus = 0;
-  if (get(env, lp, nullptr, nullptr, 0, &surplus, 0, n - 1) != 1207) return names;
-  std::vector<char*> pointers(n);
-  std::vector<char> store(-surplus);
-  EXPECT_EQ(get(env, lp, pointers.data(), store.data(), -surplus, &surplus, 0, n - 1), 0);
-  EXPECT_EQ(surplus, 0);
-  for (const char* name : pointers) names.emplace_back(name);
-  return names;
-}
-
-inline ModelImage read_model(KLVenv env, KLVprob lp) {
-  ModelImage image;
-  const int m = KLVgetnumrows(env, lp);
-  const int n = KLVgetnumcols(env, lp);
-  image.sense = KLVgetobjsen(env, lp);
-  for (auto [values, get] : {std::pair(&image.obj, &KLVgetobj), std::pair(&image.lb, &KLVgetlb),
-                             std::pair(&image.ub, &KLVgetub)}) {
-    values->resize(n + 1);
-    EXPECT_EQ(get(env, lp, values->data(), 0, n - 1), 0);
-    values->resize(n);
-  }
-  image.rhs.resize(m + 1);
-  EXPECT_EQ(KLVgetrhs(env, lp, image.rhs.data(), 0, m - 1), 0);
-  image.rhs.resize(m);
-  image.senses.resize(m + 1);
-  EXPECT_EQ(KLVgetsense(env, lp, image.senses.data(), 0, m - 1), 0);
-  image.senses.resize(m);
-  image.rngval.resize(m + 1);
-  const int ranges = KLVgetrngval(env, lp, image.rngval.data(), 0, m - 1);
-  EXPECT_TRUE(ranges == 0 || ranges == 1216);
-  image.rngval.resize(ranges == 0 ? m : 0);
-
-  const int space = KLVgetnumnz(env, lp);
-  std::vector<int> begin(n + 1), index(space + 1);
-  std::vector<double> value(space + 1);
-  int count = -1, surplus = -1;
-  EXPECT_EQ(KLVgetcols(env, lp, &count, begin.data(), index.data(), value.data(), space + 1,
-                       &surplus, 0, n - 1),
-            0);
-  EXPECT_EQ(count, space);
-  begin[n] = count;
-  for (int j = 0; j < n; ++j) {
-    for (int p = begin[j]; p < begin[j + 1]; ++p) image.entries[{index[p], j}] = value[p];
-  }
-  EXPECT_EQ(static_cast<int>(image.entries.size()), count) << "an entry stands twice";
-  image.row_names = read_names(env, lp, true);
-  image.col_names = read_names(env, lp, false);
-  return image;
-}
+/// The codes that calls must return, in order.
+using Codes = std::vector<int>;
 
 class ProblemTest : public EnvironmentTest {
  protected:
@@ -82,13 +17,33 @@ class ProblemTest : public EnvironmentTest {
   ~ProblemTest() override { EXPECT_EQ(KLVfreeprob(env, &lp), 0); }
 
   ModelImage image() { return read_model(env, lp); }
+  /// The values of a query of all columns, of all rows.
+  template <class Query>
+  std::vector<double> columns(Query query, KLVprob of = nullptr) {
+    if (of == nullptr) of = lp;
+    return numbers(query, env, of, KLVgetnumcols(env, of));
+  }
+  template <class Query>
+  std::vector<double> rows(Query query, KLVprob of = nullptr) {
+    if (of == nullptr) of = lp;
+    return numbers(query, env, of, KLVgetnumrows(env, of));
+  }
+  double objective(KLVprob of = nullptr) {
+    double value = 0.0;
+    EXPECT_EQ(KLVgetobjval(env, of == nullptr ? lp : of, &value), 0);
+    return value;
+  }
   /// Solves a linear problem that has an optimum.
   double optimum(KLVprob solved) {
     EXPECT_EQ(KLVlpopt(env, solved), 0);
     EXPECT_EQ(KLVgetstat(env, solved), KLV_STATUS_OPTIMAL);
-    double objective = 0.0;
-    EXPECT_EQ(KLVgetobjval(env, solved, &objective), 0);
-    return objective;
+    return objective(solved);
+  }
+  KLVprob clone() {
+    int status = -1;
+    KLVprob copy = KLVcloneprob(env, lp, &status);
+    EXPECT_EQ(status, 0);
+    return copy;
   }
   /// min x1 + 2 x2 + 3 x3,  x1 + x2 <= 4,  x2 - x3 = 1,  2 <= x1 + 5 x3 <= 8,  named.
   void load_small() {
@@ -101,7 +56,38 @@ class ProblemTest : public EnvironmentTest {
                               cols, rows),
               0);
   }
-  void check_data() { ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_DATACHECK, 1), 0); }
+  void set(int parameter, int value) { ASSERT_EQ(KLVsetintparam(env, parameter, value), 0); }
+  void set(int parameter, double value) { ASSERT_EQ(KLVsetdblparam(env, parameter, value), 0); }
+  void check_data() { set(KLV_PARAM_DATACHECK, 1); }
+  void change_bound(int column, char which, double value, KLVprob of = nullptr) {
+    EXPECT_EQ(KLVchgbds(env, of == nullptr ? lp : of, 1, &column, &which, &value), 0);
+  }
+  void change_cost(int column, double value, KLVprob of = nullptr) {
+    EXPECT_EQ(KLVchgobj(env, of == nullptr ? lp : of, 1, &column, &value), 0);
+  }
+  void change_rhs(int row, double value) { EXPECT_EQ(KLVchgrhs(env, lp, 1, &row, &value), 0); }
 
   KLVprob lp = nullptr;
+};
+
+/// max 3x + 2y,  x + y <= 4,  x + 3y <= 7,  0 <= x <= 3: optimum (3, 1), objective 11, the second
+/// row with slack 1; duals 2 and 0, reduced costs 1 and 0.
+class SmallLp : public ProblemTest {
+ protected:
+  SmallLp() { load(); }
+  void load() {
+    const double obj[] = {3, 2}, rhs[] = {4, 7}, values[] = {1, 1, 1, 3};
+    const double lower[] = {0, 0}, upper[] = {3, 1e20};
+    const int begin[] = {0, 2}, count[] = {2, 2}, rows[] = {0, 1, 0, 1};
+    EXPECT_EQ(KLVcopylp(env, lp, 2, 2, -1, obj, rhs, "LL", begin, count, rows, values, lower, upper,
+                        nullptr),
+              0);
+  }
+  /// One more row with one entry 1.
+  void add_row(int column, char sense, double rhs) {
+    const int begin = 0;
+    const double one = 1;
+    EXPECT_EQ(KLVaddrows(env, lp, 0, 1, 1, &rhs, &sense, &begin, &column, &one, nullptr, nullptr),
+              0);
+  }
 };
