@@ -1518,9 +1518,16 @@ KLV_API int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename);
 #define KLV_PRESOLVED_EMPTY 2
 #define KLV_REMOVED_AT_LOWER (-1)
 #define KLV_REMOVED_AT_UPPER (-2)
-#define KLV_REMOVED_FIXED (-3)       /* at a value that is not a bound */
-#define KLV_REMOVED_SUBSTITUTED (-4) /* a column substituted out, or a row used for that */
-#define KLV_REMOVED_OTHER (-5)       /* a row that never binds or became a bound */
+#define KLV_REMOVED_FIXED (-3)          /* at a value that is not a bound */
+#define KLV_REMOVED_SUBSTITUTED (-4)    /* a column substituted out, or a row used for that */
+#define KLV_REMOVED_SLACK (-5)          /* a column absorbed by its row as a slack */
+#define KLV_REMOVED_DUAL (-6)           /* a column that nothing holds back, or a row of it */
+#define KLV_REMOVED_DUPLICATE (-7)      /* a multiple of another column or row */
+#define KLV_REMOVED_EMPTY_ROW (-8)      /* a row without entries */
+#define KLV_REMOVED_SINGLETON_ROW (-9)  /* a row with one entry, made a bound */
+#define KLV_REMOVED_FORCING_ROW (-10)   /* a row that forces its columns to bounds */
+#define KLV_REMOVED_REDUNDANT_ROW (-11) /* a row that never binds */
+#define KLV_REMOVED_DEPENDENT_ROW (-12) /* a combination of other rows */
 
 /* Presolves without optimizing; method is a value of KLV_PARAM_LPMETHOD. 1117 when presolve proves
  * the problem infeasible, 1101 infeasible or unbounded; 1123 and 1106 when it is stopped; 1017 for
@@ -1570,9 +1577,8 @@ KLV_API int KLVuncrushform(KLVenv env, KLVprob lp, int plen, const int* pind, co
 
 /* What presolve did; each pointer may be null. *prestat_p is 0 without a presolved problem, 2 when
  * that is empty, else 1. pcstat [n] and prstat [m]: the index in the presolved problem, or why it
- * is not there: -1 column fixed at its lower bound, -2 at its upper, -3 at another value, -4 column
- * substituted or row used for that, -5 anything else (rows that never bind or became bounds).
- * ocstat [pn] and orstat [pm]: original indices. */
+ * is not there, one of the KLV_REMOVED values above. ocstat [pn] and orstat [pm]: original indices.
+ */
 KLV_API int KLVgetprestat(KLVenv env, KLVprob lp, int* prestat_p, int* pcstat, int* prstat,
                           int* ocstat, int* orstat);
 

@@ -278,10 +278,9 @@ int KLVgetprestat(KLVenv env, KLVprob lp, int* prestat_p, int* pcstat, int* prst
     }
     if (!exists) return Status();
     const Presolve& presolve = presolved->presolve();
-    Vector<int> cols, rows;
-    removal_codes(presolve, cols, rows);
-    if (pcstat != nullptr) std::copy(cols.begin(), cols.end(), pcstat);
-    if (prstat != nullptr) std::copy(rows.begin(), rows.end(), prstat);
+    const RemovalCodes codes = removal_codes(presolve);
+    if (pcstat != nullptr) std::copy(codes.cols.begin(), codes.cols.end(), pcstat);
+    if (prstat != nullptr) std::copy(codes.rows.begin(), codes.rows.end(), prstat);
     const Vector<int>& kept_cols = presolve.kept_cols();
     const Vector<int>& kept_rows = presolve.kept_rows();
     if (ocstat != nullptr) std::copy(kept_cols.begin(), kept_cols.end(), ocstat);

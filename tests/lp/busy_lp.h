@@ -17,8 +17,7 @@ inline NeverStop never;
 
 struct Solved {
   SimplexOutcome outcome;
-  BasicSolution basic;
-  Vector<double> z;
+  LpSolution basic;
   double objective;
   int iterations;
 };
@@ -40,8 +39,8 @@ inline Solved solve(const LpProblem& lp, const Vector<int>* start = nullptr,
   solved.basic.x.assign(simplex.values().begin(), simplex.values().begin() + lp.num_cols);
   solved.basic.y = simplex.row_duals();
   solved.basic.status = simplex.status();
-  solved.z = simplex.reduced_costs();
-  solved.z.resize(lp.num_cols);
+  solved.basic.z = simplex.reduced_costs();
+  solved.basic.z.resize(lp.num_cols);
   solved.objective = simplex.objective();
   solved.iterations = simplex.iterations();
   return solved;
@@ -52,7 +51,7 @@ inline double outside(double value, double low, double high) {
 }
 
 /// Largest violation of any condition on an optimal basic solution.
-inline double worst_violation(const LpProblem& lp, const BasicSolution& solution) {
+inline double worst_violation(const LpProblem& lp, const LpSolution& solution) {
   const int n = lp.num_cols;
   double worst = 0.0;
   int basic = 0;

@@ -62,8 +62,15 @@ static_assert(KLV_BASIS_FREE == kFreeSuper);
 static_assert(KLV_REMOVED_AT_LOWER == kRemovedAtLower);
 static_assert(KLV_REMOVED_AT_UPPER == kRemovedAtUpper);
 static_assert(KLV_REMOVED_FIXED == kRemovedFixed);
-static_assert(KLV_REMOVED_SUBSTITUTED == kRemovedAggregated);
-static_assert(KLV_REMOVED_OTHER == kRemovedOther);
+static_assert(KLV_REMOVED_SUBSTITUTED == kRemovedSubstituted);
+static_assert(KLV_REMOVED_SLACK == kRemovedSlack);
+static_assert(KLV_REMOVED_DUAL == kRemovedDual);
+static_assert(KLV_REMOVED_DUPLICATE == kRemovedDuplicate);
+static_assert(KLV_REMOVED_EMPTY_ROW == kRemovedEmptyRow);
+static_assert(KLV_REMOVED_SINGLETON_ROW == kRemovedSingletonRow);
+static_assert(KLV_REMOVED_FORCING_ROW == kRemovedForcingRow);
+static_assert(KLV_REMOVED_REDUNDANT_ROW == kRemovedRedundantRow);
+static_assert(KLV_REMOVED_DEPENDENT_ROW == kRemovedDependentRow);
 
 static_assert(KLV_ERROR_OUT_OF_MEMORY == error::kOutOfMemory);
 static_assert(KLV_ERROR_NO_ENVIRONMENT == error::kNoEnvironment);

@@ -1,8 +1,7 @@
-// Values and forms from the original program to the reduced one and back, without a basis.
+// Values and forms from the original program to the reduced one and back.
 //
-// Values of columns and duals of rows go through the records of the postsolve stack: forward in
-// the order in which they were made, back in the reverse one. Linear forms  sum f_j x_j  are
-// rewritten by what the records say of x_j. Everything is in the terms of the minimization.
+// They go through the records of the postsolve stack: to the reduced program in the order in which
+// the records were made, back in the reverse one. Everything is in the terms of the minimization.
 #pragma once
 
 #include "lp/presolve/presolve.h"
@@ -24,12 +23,6 @@ void crush_y(const Presolve& presolve, const double* y, double* reduced_y);
 void uncrush_y(const Presolve& presolve, const double* reduced_y, const double* reduced_z,
                double* y);
 
-/// A linear form as dense weights and a constant.
-struct LinearForm {
-  Vector<double> weight;
-  double offset = 0.0;
-};
-
 /// Rewrites a form over the columns in place into one over the kept columns (still in the original
 /// numbering); false when a weight falls on a column whose value is no linear form of them.
 bool crush_form(const Presolve& presolve, LinearForm& form);
@@ -38,16 +31,23 @@ bool crush_form(const Presolve& presolve, LinearForm& form);
 /// has the same value.
 void uncrush_form(const Presolve& presolve, LinearForm& form);
 
-/// What became of a column or row, for what is not kept.
-enum RemovalCode : int {
-  kRemovedAtLower = -1,
-  kRemovedAtUpper = -2,
-  kRemovedFixed = -3,       // at a value that is not a bound
-  kRemovedAggregated = -4,  // substituted out; of a row: used for that
-  kRemovedOther = -5,       // of a row: never binds or became a bound
+/// Codes of all columns [columns] and rows [rows]: the reduced index or a RemovalCode.
+RemovalCodes removal_codes(const Presolve& presolve);
+
+/// A start for the reduced program.
+struct CrushedBasis {
+  Vector<int> status;    // [reduced variables] BasisStatus, logicals after the columns
+  Vector<double> value;  // [reduced columns] where superbasic ones are
+  int num_basic = 0;
 };
 
-/// Codes of all columns [columns] and rows [rows]: the reduced index or a RemovalCode.
-void removal_codes(const Presolve& presolve, Vector<int>& cols, Vector<int>& rows);
+/// A basis of the original program, with `status` [num_cols + num_rows], logicals after the
+/// columns, and values `x` [num_cols], as a start for the reduced one.
+///
+/// A row that went while it was tight hands the bound at which its column is to the column; merged
+/// lines take over the status of the one that is at a limit. What an optimal basis from postsolve
+/// looks like is recognised exactly, so that the crushed basis is the one it came from; of other
+/// bases it keeps what it can, and the number of basic variables may be off by a few.
+CrushedBasis crush_basis(const Presolve& presolve, const Vector<int>& status, const double* x);
 
 }  // namespace kelvo

@@ -11,23 +11,23 @@ namespace {
 constexpr double kWorthwhilePass = 0.005;
 constexpr int kMostPasses = 20;
 
-// A reduction that looked at everything in vain looks again when this share of the lines has gone
-// since, and twice the share after every further time.
+// A reduction that looked at everything without success looks again when this share of the lines
+// has gone since, and twice the share after every further time.
 constexpr double kChangedEnough = 0.01;
 
 /// When a reduction of the whole program is worth its time.
 class Turn {
  public:
   bool comes(int eliminated, int left) const {
-    return vain_ == 0 || eliminated - last_ > std::ldexp(kChangedEnough * left, vain_ - 1);
+    return failures_ == 0 || eliminated - last_ > std::ldexp(kChangedEnough * left, failures_ - 1);
   }
   void report(bool gained, int eliminated) {
-    vain_ = gained ? 0 : vain_ + 1;
+    failures_ = gained ? 0 : failures_ + 1;
     last_ = eliminated;
   }
 
  private:
-  int vain_ = 0;
+  int failures_ = 0;
   int last_ = 0;  // lines eliminated before the last time
 };
 
@@ -188,7 +188,7 @@ PresolveOutcome outcome_of(const PresolveLp& lp) {
   return lp.stack.size() > 0 ? PresolveOutcome::reduced : PresolveOutcome::unchanged;
 }
 
-/// The places of the lines alive, and the way there.
+/// The places of the lines alive, and the lines at these places.
 void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept) {
   map.assign(alive.size(), -1);
   for (std::size_t line = 0; line < alive.size(); ++line) {
@@ -200,10 +200,9 @@ void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept
 
 }  // namespace
 
-Presolve::Presolve(LpProblem lp, const PresolveSettings& settings,
-                   const Vector<char>& protected_columns, StopCheck& stop,
-                   PresolveProgress* progress) {
-  PresolveLp work(lp, settings, protected_columns, stop, progress);
+Presolve::Presolve(LpProblem lp, const PresolveSettings& settings, const ColumnMarks& marks,
+                   StopCheck& stop, PresolveProgress* progress) {
+  PresolveLp work(lp, settings, marks, stop, progress);
   lp = LpProblem();  // large, and not needed any more
   Reducer(work).run();
   outcome_ = outcome_of(work);
@@ -250,32 +249,65 @@ void Presolve::make_reduced(const PresolveLp& lp) {
   }
 }
 
-void Presolve::postsolve(const BasicSolution& reduced, const Vector<double>& z,
-                         BasicSolution& original) const {
+namespace {
+
+/// The status of a logical from that of its row's activity, and the other way.
+int turned(int status) {
+  return side_times(status, -1.0);
+}
+
+template <class T>
+void scatter(const Vector<T>& values, const Vector<int>& kept, Vector<T>& all) {
+  for (std::size_t k = 0; k < kept.size(); ++k) all[kept[k]] = values[k];
+}
+
+}  // namespace
+
+void Presolve::postsolve(const LpSolution& reduced, LpSolution& original) const {
+  const Layers layers = reduced.layers;
   PostsolveState state;
-  state.resize(num_rows(), num_cols());
-  const int reduced_cols = static_cast<int>(kept_cols_.size());
-  const auto turned = [](int status) {
-    return status == kAtLower || status == kAtUpper ? opposite_side(status) : status;
-  };
-  for (int k = 0; k < reduced_cols; ++k) {
-    const int j = kept_cols_[k];
-    state.x[j] = reduced.x[k];
-    state.z[j] = z[k];
-    state.col_status[j] = reduced.status[k];
+  if (layers.values) {
+    state.x.assign(num_cols(), 0.0);
+    scatter(reduced.x, kept_cols_, state.x);
   }
-  for (std::size_t k = 0; k < kept_rows_.size(); ++k) {
-    const int i = kept_rows_[k];
-    state.y[i] = reduced.y[k];
-    state.row_status[i] = turned(reduced.status[reduced_cols + k]);
+  if (layers.duals) {
+    state.duals.y.assign(num_rows(), 0.0);
+    state.duals.z.assign(num_cols(), 0.0);
+    scatter(reduced.y, kept_rows_, state.duals.y);
+    scatter(reduced.z, kept_cols_, state.duals.z);
   }
-  stack_.undo_all(state);
-  original.basis_is_settled = state.basis_is_settled;
+  if (layers.basis) {
+    state.basis.cols.assign(num_cols(), kAtLower);
+    state.basis.rows.assign(num_rows(), kBasic);
+    scatter(reduced.status, kept_cols_, state.basis.cols);
+    const int* const logicals = reduced.status.data() + kept_cols_.size();
+    for (std::size_t k = 0; k < kept_rows_.size(); ++k) {
+      state.basis.rows[kept_rows_[k]] = turned(logicals[k]);
+    }
+  }
+  stack_.undo_all(state, layers);
+  original.layers = layers;
   original.x = std::move(state.x);
-  original.y = std::move(state.y);
-  original.status = std::move(state.col_status);
+  original.y = std::move(state.duals.y);
+  original.z = std::move(state.duals.z);
+  original.basis_is_settled = state.basis.is_settled;
+  original.status = std::move(state.basis.cols);
+  if (!layers.basis) return;
   original.status.reserve(num_cols() + num_rows());
-  for (const int status : state.row_status) original.status.push_back(turned(status));
+  for (const int status : state.basis.rows) original.status.push_back(turned(status));
+}
+
+bool Presolve::reprice(const Vector<double>& cost, Vector<double>& reduced_cost, double& offset) {
+  Repricing repricing{cost};
+  const UndoEntries& entries = stack_.entries;
+  if (!stack_.records.forward([&](auto& record) { return record.reprice(entries, repricing); })) {
+    return false;
+  }
+  reduced_cost.clear();
+  reduced_cost.reserve(kept_cols_.size());
+  for (const int j : kept_cols_) reduced_cost.push_back(repricing.cost[j]);
+  offset = static_cast<double>(repricing.offset);
+  return true;
 }
 
 }  // namespace kelvo

@@ -1,15 +1,18 @@
-// Presolve: a smaller program with the same optimum, and the way back.
+// Presolve: a smaller program with the same optimum, and postsolve.
 //
-//     Presolve presolve(lp, settings, {}, stop);
+//     Presolve presolve(lp, settings, marks, stop);
 //     if (presolve.outcome() == PresolveOutcome::reduced) {
-//       LpProblem reduced = presolve.reduced_problem();
-//       ... solve it ...
-//       presolve.postsolve(...);
+//       LpSolution solution;
+//       solve_reduced(presolve, presolve.take_reduced(), inner, solution);   // solve_reduced.h
 //     }
 //
 // The reduced program keeps rows and columns in their order. Bounds are tightened in it only where
-// the way back can repair the duals, so that an optimal basis of the reduced program becomes an
+// postsolve can repair the duals, so that an optimal basis of the reduced program becomes an
 // optimal basis of the original one.
+//
+// Integer columns: reductions hold for whole values of them, and whole values come back. Arguments
+// from duals hold then for the continuous columns only, so that duals and bases of the continuous
+// relaxation are not promised to come back as optimal ones.
 //
 // Cheap reductions run from work lists of the lines that changed; those that look at the whole
 // program follow when the lists are empty, and the lot is repeated as long as a pass removes a
@@ -20,10 +23,13 @@
 
 namespace kelvo {
 
-/// A basic solution in the numbering of one program.
-struct BasicSolution {
+/// A solution in the numbering of one program, with as many layers as it has: a point alone, with
+/// duals, or a basic one. The arrays of layers that it does not have are not looked at.
+struct LpSolution {
+  Layers layers;
   Vector<double> x;    // [num_cols]
   Vector<double> y;    // [num_rows]
+  Vector<double> z;    // [num_cols] reduced costs that belong to y
   Vector<int> status;  // [num_cols + num_rows] BasisStatus, logicals after the columns
   // False: x and y belong together, but the logicals of some equations that are basic should not
   // be, and may have duals other than 0; push_duals() says what is basic in their place.
@@ -33,9 +39,8 @@ struct BasicSolution {
 class Presolve {
  public:
   /// Runs presolve on a program whose row-wise matrix is not looked at. Settings and stop check are
-  /// used during the construction only. `protected_columns` [num_cols] or empty: columns that must
-  /// stay. `progress` may be null.
-  Presolve(LpProblem lp, const PresolveSettings& settings, const Vector<char>& protected_columns,
+  /// used during the construction only. `progress` may be null.
+  Presolve(LpProblem lp, const PresolveSettings& settings, const ColumnMarks& marks,
            StopCheck& stop, PresolveProgress* progress = nullptr);
 
   PresolveOutcome outcome() const { return outcome_; }
@@ -53,16 +58,15 @@ class Presolve {
   /// The reduced program, of an outcome `reduced` or `unchanged`. It is handed over.
   LpProblem take_reduced() { return std::move(reduced_); }
 
-  /// Follows a change of the costs [num_cols] of the original program (reprice.cpp): gives those of
-  /// the reduced one [reduced columns] and its constant, and puts the new costs into the records of
-  /// the way back. False, with nothing changed, when a reduction rests on the costs as they were;
-  /// without dual reductions few do.
+  /// Follows a change of the costs [num_cols] of the original program: gives those of the reduced
+  /// one [reduced columns] and its constant, and puts the new costs into the records. False when a
+  /// reduction rests on the costs as they were (without dual reductions few do); postsolve gives no
+  /// duals of any use then.
   bool reprice(const Vector<double>& cost, Vector<double>& reduced_cost, double& offset);
 
-  /// Turns a basic solution of the reduced program, whose reduced costs are z, into one of the
-  /// original program.
-  void postsolve(const BasicSolution& reduced, const Vector<double>& z,
-                 BasicSolution& original) const;
+  /// Turns a solution of the reduced program into one of the original program, with the same
+  /// layers: x from x; y and z from y and z; statuses from all of these.
+  void postsolve(const LpSolution& reduced, LpSolution& original) const;
 
  private:
   void make_reduced(const PresolveLp& lp);

@@ -13,15 +13,14 @@ namespace {
 constexpr double kErrorAllowed = 1e-10;
 constexpr double kErrorGrowth = 8.0;
 
-// Entries touched, as a multiple of the nonzeros, after which presolve lets well alone.
+// Entries touched, as a multiple of the nonzeros, after which presolve stops.
 constexpr std::int64_t kWorkPerNonzero = 200;
 constexpr std::int64_t kLeastWork = 1000000;
 
 }  // namespace
 
 PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_settings,
-                       const Vector<char>& protected_columns, StopCheck& stop,
-                       PresolveProgress* progress)
+                       const ColumnMarks& marks, StopCheck& stop, PresolveProgress* progress)
     : settings(presolve_settings),
       matrix(lp.columns),
       offset(lp.offset),
@@ -37,7 +36,7 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
       work_limit(std::max(kLeastWork, kWorkPerNonzero * lp.columns.num_nonzeros())),
       stop_(stop),
       progress_(progress),
-      protected_(protected_columns),
+      marks_(marks),
       activity_(lp.num_rows),
       fresh_error_(lp.num_rows),
       row_size_(lp.num_rows, 0.0),
@@ -48,7 +47,34 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
     row_list.add(i);
   }
   for (int j = 0; j < lp.num_cols; ++j) col_list.add(j);
+  tidy_bounds();
   sum_all_rows();
+}
+
+void PresolveLp::tidy_bounds() {
+  // What crosses by no more than a row may be violated by is the same number twice.
+  const auto closes = [this](double& low, double& high) {
+    if (low <= high) return low < kInf && high > -kInf;
+    if (!(low - high <= settings.feasibility_tolerance)) return false;
+    low = high = 0.5 * low + 0.5 * high;
+    return true;
+  };
+  for (int j = 0; j < num_cols() && !ended(); ++j) {
+    const bool was_fixed = lower[j] == upper[j];
+    if (!closes(lower[j], upper[j]) || !rounds(j, lower[j], upper[j])) {
+      fail(was_fixed ? FindingKind::integer_column : FindingKind::column_bounds, j);
+    }
+  }
+  for (int i = 0; i < num_rows() && !ended(); ++i) {
+    if (!closes(row_lower[i], row_upper[i])) fail(FindingKind::implied_bounds, i);
+  }
+}
+
+bool PresolveLp::rounds(int j, double& low, double& high) const {
+  if (!is_integer(j)) return true;
+  low = std::ceil(low - tol::kWholeBound);
+  high = std::floor(high + tol::kWholeBound);
+  return low <= high;
 }
 
 void PresolveLp::sum_activity(int i) {
@@ -131,7 +157,7 @@ void PresolveLp::change_bounds(int j, double new_lower, double new_upper) {
 }
 
 void PresolveLp::change_limits(int i, double new_lower, double new_upper) {
-  // What the columns are asked first is whether there is a limit in their way.
+  // Columns look first whether there is a limit in their way.
   const bool other_kind = (row_lower[i] == -kInf) != (new_lower == -kInf) ||
                           (row_upper[i] == kInf) != (new_upper == kInf) ||
                           is_equation(i) != (new_lower == new_upper);
@@ -200,7 +226,7 @@ void PresolveLp::note_entry(int i, int j, double old, double value) {
   if (old != 0.0) activity_[i].subtract(old, lower[j], upper[j]);
   if (value != 0.0) activity_[i].add(value, lower[j], upper[j]);
   row_size_[i] = std::max(row_size_[i], std::fabs(value));
-  row_copy_[i] = RowCopy();
+  row_copy_[i] = Stretch();
   row_list.add(i);
   col_list.add(j);
 }
@@ -218,20 +244,15 @@ bool PresolveLp::row_is_within(int i, double size) {
 bool PresolveLp::intersect_bounds(int j, double new_lower, double new_upper) {
   double low = std::max(lower[j], new_lower);
   double high = std::min(upper[j], new_upper);
-  if (low > high) {
+  const bool whole = rounds(j, low, high);
+  if (whole && low > high) {
     const double size = std::max({1.0, std::fabs(low), std::fabs(high)});
-    if (low - high > settings.feasibility_tolerance * size || !(low < kInf) || !(high > -kInf)) {
-      fail(FindingKind::column_bounds, j);
-      return false;
-    }
-    // The bound that was there first stays.
-    if (low == lower[j]) {
-      high = low;
-    } else {
-      low = high;
+    if (low - high <= settings.feasibility_tolerance * size) {
+      // The bound that was there first stays.
+      low == lower[j] ? high = low : low = high;
     }
   }
-  if (low == kInf || high == -kInf) {
+  if (!whole || !(low <= high) || low == kInf || high == -kInf) {
     fail(FindingKind::column_bounds, j);
     return false;
   }
@@ -242,28 +263,30 @@ bool PresolveLp::intersect_bounds(int j, double new_lower, double new_upper) {
   return true;
 }
 
-void PresolveLp::record_column(int j, int except_row) {
+Stretch PresolveLp::record_column(int j, int except_row) {
+  Stretch stretch{stack.entries.size(), 0};
   for (int e = matrix.col_first(j); e >= 0; e = matrix[e].col_next) {
-    if (matrix[e].row != except_row) stack.add(matrix[e].row, matrix[e].value);
+    if (matrix[e].row != except_row) stack.entries.add(matrix[e].row, matrix[e].value);
   }
+  stretch.end = stack.entries.size();
+  return stretch;
 }
 
-void PresolveLp::record_row(int i, int except_col) {
+Stretch PresolveLp::record_row(int i, int except_col) {
+  Stretch stretch{stack.entries.size(), 0};
   for (int e = matrix.row_first(i); e >= 0; e = matrix[e].row_next) {
-    if (matrix[e].col != except_col) stack.add(matrix[e].col, matrix[e].value);
+    if (matrix[e].col != except_col) stack.entries.add(matrix[e].col, matrix[e].value);
   }
+  stretch.end = stack.entries.size();
+  return stretch;
 }
 
-void PresolveLp::record_row_once(int i) {
-  RowCopy& copy = row_copy_[i];
-  if (copy.begin == copy.end) {
-    copy.begin = stack.top().begin;
-    record_row(i);
-    copy.end = stack.top().end;
+Stretch PresolveLp::record_row_once(int i) {
+  if (row_copy_[i].empty()) {
+    row_copy_[i] = record_row(i);
     work += matrix.row_count(i);
   }
-  stack.top().begin = stack.top().middle = copy.begin;
-  stack.top().end = copy.end;
+  return row_copy_[i];
 }
 
 void PresolveLp::fail(FindingKind kind, int line, int other) {

@@ -9,7 +9,7 @@
 //
 // The bounds on the activity of every row are updated with each change; the rounding errors that
 // collect are estimated alongside, and a row whose estimate grew well beyond that of a fresh sum
-// is summed again when next asked for.
+// is summed again before its next use.
 #pragma once
 
 #include "base/stop_check.h"
@@ -56,10 +56,10 @@ class WorkList {
 
 class PresolveLp {
  public:
-  /// `protected_columns` [num_cols] marks columns that must stay; may be empty.
-  PresolveLp(const LpProblem& lp, const PresolveSettings& settings,
-             const Vector<char>& protected_columns, StopCheck& stop,
-             PresolveProgress* progress = nullptr);
+  /// Bounds of integer columns are rounded and bounds that cross within the tolerance closed;
+  /// those that are empty then are a finding.
+  PresolveLp(const LpProblem& lp, const PresolveSettings& settings, const ColumnMarks& marks,
+             StopCheck& stop, PresolveProgress* progress = nullptr);
 
   const PresolveSettings& settings;
   LinkedMatrix matrix;
@@ -78,7 +78,8 @@ class PresolveLp {
   int num_cols() const { return static_cast<int>(lower.size()); }
   bool is_equation(int i) const { return row_lower[i] == row_upper[i]; }
   bool is_fixed(int j) const { return lower[j] == upper[j]; }
-  bool may_remove(int j) const { return protected_.empty() || !protected_[j]; }
+  bool may_remove(int j) const { return marks_.is_protected.empty() || !marks_.is_protected[j]; }
+  bool is_integer(int j) const { return !marks_.is_integer.empty() && marks_.is_integer[j]; }
 
   /// Ends the present moment of both lists. What changes from here on has changed since the value
   /// returned.
@@ -87,12 +88,12 @@ class PresolveLp {
     return col_list.next_moment();
   }
 
-  /// True when a reduction found that there is nothing to solve, or somebody wants to stop.
+  /// True when a reduction found that there is nothing to solve, or the caller wants to stop.
   bool ended() const { return finding.kind != FindingKind::none || stopped_ != StopReason::none; }
   /// True also when the work is done that presolve may do.
   bool tired() const { return ended() || work > work_limit; }
   StopReason stopped() const { return stopped_; }
-  /// Asks the stop check once in a while.
+  /// Calls the stop check once in a while.
   void poll() {
     if (work < next_poll_) return;
     next_poll_ = work + kPollInterval;
@@ -108,10 +109,10 @@ class PresolveLp {
   /// True when rows imply both bounds of the column.
   bool is_implied_free(int j);
 
-  /// Records and removes a column that stands at `value` with the given status.
+  /// Records and removes a column that is at `value` with the given status.
   void fix_column(int j, double value, int status);
   /// Records and removes a row that never binds.
-  void remove_row(int i);
+  void remove_row(int i, RemovalCode reason);
 
   // The following record nothing.
   void change_bounds(int j, double new_lower, double new_upper);
@@ -129,21 +130,24 @@ class PresolveLp {
   /// True when no entry of the row is larger than `size`.
   bool row_is_within(int i, double size);
 
-  /// Tightens the interval by [new_lower, new_upper]; false (with a finding) when nothing is left.
-  /// Crossings within the tolerance close the interval.
+  /// Tightens the interval by [new_lower, new_upper], rounded for an integer column; false (with a
+  /// finding) when nothing is left. Crossings within the tolerance close the interval.
   bool intersect_bounds(int j, double new_lower, double new_upper);
 
-  void record_column(int j, int except_row = -1);
-  void record_row(int i, int except_col = -1);
-  /// Makes the whole row the only entries of the record on top, sharing the copy of an earlier
-  /// record as long as the row has only lost columns since. Those come back after the record on
-  /// top and have the value 0 until then, as has the column that the record is about.
-  void record_row_once(int i);
+  /// Copies a column or row to the entries of the stack.
+  Stretch record_column(int j, int except_row = -1);
+  Stretch record_row(int i, int except_col = -1);
+  /// The whole row, sharing the copy of an earlier record as long as the row has only lost columns
+  /// since. Those come back after the record that is to be made and have the value 0 until then.
+  Stretch record_row_once(int i);
   void fail(FindingKind kind, int line, int other = -1);
 
  private:
   static constexpr std::int64_t kPollInterval = 20000;
 
+  void tidy_bounds();
+  /// Rounds the interval of an integer column inwards; false when nothing is left of it.
+  bool rounds(int j, double& low, double& high) const;
   /// Keeps the books of an entry that had or has the value 0 when it does not exist.
   void note_entry(int i, int j, double old, double value);
   void sum_activity(int i);
@@ -151,17 +155,14 @@ class PresolveLp {
 
   StopCheck& stop_;
   PresolveProgress* const progress_;  // may be null
-  Vector<char> protected_;
+  const ColumnMarks marks_;
   Vector<Activity> activity_;  // [rows]
   struct Errors {
     double min = 0.0, max = 0.0;
   };
   Vector<Errors> fresh_error_;  // [rows] errors of a fresh sum
   Vector<double> row_size_;     // [rows] at least the size of the largest entry
-  struct RowCopy {
-    int begin = 0, end = 0;  // entries of the stack
-  };
-  Vector<RowCopy> row_copy_;  // [rows] empty: none that is up to date
+  Vector<Stretch> row_copy_;    // [rows] entries of the stack; empty: none that is up to date
   std::int64_t next_poll_ = kPollInterval;
   StopReason stopped_ = StopReason::none;
 };

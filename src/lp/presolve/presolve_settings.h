@@ -28,7 +28,7 @@ struct PresolveSettings {
   int pass_limit = -1;             // -1: until a pass gains little
   bool primal_reductions = true;   // those that argue from rows and bounds alone
   bool dual_reductions = true;     // those that argue from the objective
-  bool nonlinear = true;           // reductions whose way back is not linear
+  bool nonlinear = true;           // reductions whose undo is not linear
   int aggregator = -1;             // rounds of substitution; -1 as long as they gain, 0 none
   int dependent_rows = -1;         // effort: 0 none, 1 to 3 more and more, -1 automatic
   int fill_limit = 10;             // nonzeros that one substitution may add
@@ -41,6 +41,13 @@ struct PresolveSettings {
   int display = 1;       // 0: no report of the aggregator and the time
 };
 
+/// What is known of the columns beside their numbers; each mark is for every column, or none at
+/// all.
+struct ColumnMarks {
+  Vector<char> is_protected;  // [num_cols] or empty. 1: the column must stay
+  Vector<char> is_integer;    // [num_cols] or empty. 1: the column takes whole values only
+};
+
 struct PresolveStats {
   int rows_removed = 0;  // those of substitutions are counted there
   int cols_removed = 0;
@@ -50,7 +57,7 @@ struct PresolveStats {
   int aggregator_rounds = 0;
 };
 
-/// Hears now and then how far presolve has come.
+/// Is told now and then how far presolve has come.
 class PresolveProgress {
  public:
   virtual ~PresolveProgress() = default;
@@ -72,6 +79,7 @@ enum class FindingKind {
   empty_row,
   empty_column,
   column_bounds,
+  integer_column,  // fixed between whole numbers
   forced_row,      // infeasible, all entries at their bounds
   implied_bounds,  // the bounds imply an activity outside the limits
   duplicate_rows,

@@ -22,6 +22,8 @@ inline constexpr double kSmallPivot = 1e-5;
 inline constexpr double kHugeBound = 1e10;
 // Parallel lines: quotients of their entries agree to this.
 inline constexpr double kParallel = 1e-13;
+// A bound of an integer column that misses a whole number by less is that number.
+inline constexpr double kWholeBound = 1e-6;
 // A unit of rounding, for error estimates.
 inline constexpr double kRounding = 2.3e-16;
 

@@ -107,7 +107,7 @@ void DualForm::add_bound_columns(const LpProblem& primal) {
   }
 }
 
-void DualForm::recover(const LpProblem& primal, const BasicSolution& dual, BasicSolution& solution,
+void DualForm::recover(const LpProblem& primal, const LpSolution& dual, LpSolution& solution,
                        Vector<double>& z) const {
   const int n = primal.num_cols;
   solution.x = point_;

@@ -40,7 +40,7 @@ class DualForm {
   const Vector<int>& row_columns() const { return rows_; }          // [program rows] primal column
 
   /// A basic solution of the program as one of the primal, with its reduced costs z [columns].
-  void recover(const LpProblem& primal, const BasicSolution& dual, BasicSolution& solution,
+  void recover(const LpProblem& primal, const LpSolution& dual, LpSolution& solution,
                Vector<double>& z) const;
 
  private:

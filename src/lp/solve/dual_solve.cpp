@@ -22,8 +22,8 @@ DriverSettings settings_for(const DualForm& form, const DriverSettings& settings
 }
 
 /// The answer about the dual's model as a basic solution of its program.
-BasicSolution basic_solution(const Model& dual_model, const LpAnswer& answer) {
-  BasicSolution basic;
+LpSolution basic_solution(const Model& dual_model, const LpAnswer& answer) {
+  LpSolution basic;
   basic.x = answer.record.x;
   basic.y.reserve(answer.record.pi.size());
   for (const double pi : answer.record.pi) basic.y.push_back(dual_model.sense * pi);
@@ -59,7 +59,7 @@ bool solve_dual_form(const Model& model, LpMethod method, const DriverSettings& 
   const bool decided = found.status == kInfeasible || found.status == kUnbounded ||
                        found.status == kInfeasibleOrUnbounded;
   if (decided || found.singular || !found.basis.present) return false;
-  BasicSolution solution;
+  LpSolution solution;
   Vector<double> z;
   form.recover(primal, basic_solution(dual_model, found), solution, z);
   answer.status = found.status;

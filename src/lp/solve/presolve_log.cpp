@@ -30,6 +30,7 @@ constexpr FindingText kTexts[] = {
     {true, "Infeasibility row '%.255s':  0 %c= %g.\n"},
     {false, "Dual infeasible due to empty column '%.255s'.\n"},
     {false, "Bound infeasibility column '%.255s'.\n"},
+    {false, "Integer infeasible column '%.255s'.\n"},
     {true, "Row '%.255s' infeasible, all entries at implied bounds.\n"},
     {true, "Implied bounds make row '%.255s' infeasible.\n"},
     {true, "Constraints '%.255s' and '%.255s' are inconsistent.\n"},

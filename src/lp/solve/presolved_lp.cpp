@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "lp/crossover/independent_columns.h"
-#include "lp/presolve/crush_basis.h"
+#include "lp/presolve/crush.h"
 #include "lp/solve/model_to_lp.h"
 #include "lp/solve/presolve_log.h"
 #include "prob/model/row_limits.h"
@@ -12,12 +12,6 @@
 namespace kelvo {
 
 namespace {
-
-LpProblem closed_columnwise_lp(const Model& model) {
-  LpProblem lp = make_columnwise_lp(model);
-  close_crossed_bounds(lp);
-  return lp;
-}
 
 double finite_number(double value) {
   return value == kInf ? kInfiniteBound : value == -kInf ? -kInfiniteBound : value;
@@ -146,7 +140,8 @@ PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
 PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
                          const Vector<char>& protected_columns, const CallContext& context,
                          PresolveLog&& log)
-    : presolve_(closed_columnwise_lp(model), settings, protected_columns, context.stop, &log),
+    : presolve_(make_columnwise_lp(model), settings, ColumnMarks{protected_columns, {}},
+                context.stop, &log),
       sense_(model.sense) {
   if (outcome() == PresolveOutcome::reduced || outcome() == PresolveOutcome::unchanged) {
     const LpProblem lp = presolve_.take_reduced();
@@ -191,7 +186,9 @@ bool PresolvedLp::catch_up(const Model& original) {
 
 void PresolvedLp::keep_identity(const Model& model) {
   if (has_reduced_) return;
-  reduced_ = make_model(closed_columnwise_lp(model), sense_);
+  LpProblem lp = make_columnwise_lp(model);
+  close_crossed_bounds(lp);
+  reduced_ = make_model(lp, sense_);
   has_reduced_ = true;
 }
 
@@ -225,16 +222,15 @@ Vector<char> protection_marks(const Problem& problem) {
   return marks;
 }
 
-void PresolvedLp::postsolve(const LpAnswer& answer, BasicSolution& original) const {
-  BasicSolution small;
+void PresolvedLp::postsolve(const LpAnswer& answer, LpSolution& original) const {
+  LpSolution small;
   small.x = answer.record.x;
   small.y.reserve(reduced_.num_rows);
   for (const double pi : answer.record.pi) small.y.push_back(sense_ * pi);
-  Vector<double> z;
-  z.reserve(reduced_.num_cols);
-  for (const double dj : answer.record.dj) z.push_back(sense_ * dj);
+  small.z.reserve(reduced_.num_cols);
+  for (const double dj : answer.record.dj) small.z.push_back(sense_ * dj);
   stored_to_lp_status(answer.basis, reduced_, small.status);
-  presolve_.postsolve(small, z, original);
+  presolve_.postsolve(small, original);
 }
 
 }  // namespace kelvo

@@ -33,7 +33,7 @@ class PresolvedLp final : public Attachment {
 
   /// An answer about the reduced model as a basic solution of the original one: x, y (of the
   /// minimization) and statuses. The answer must hold x, pi and a basis.
-  void postsolve(const LpAnswer& answer, BasicSolution& original) const;
+  void postsolve(const LpAnswer& answer, LpSolution& original) const;
 
   /// A basis of the original model as a start for the reduced one. When it comes with a point
   /// (`start.x`), the reduced start stands at that point: columns that presolve's changes of the

@@ -45,7 +45,7 @@ class PresolvedSolve {
  private:
   LpAnswer solve_reduced(const PresolvedLp& presolved);
   LpAnswer back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const;
-  bool settle_basis(BasicSolution& basic) const;
+  bool settle_basis(LpSolution& basic) const;
   LpAnswer finish(LpAnswer&& answer);
 
   const Model& model_;
@@ -82,14 +82,14 @@ LpAnswer PresolvedSolve::solve_reduced(const PresolvedLp& presolved) {
 }
 
 /// False when the values are no longer those of the basis.
-bool PresolvedSolve::settle_basis(BasicSolution& basic) const {
+bool PresolvedSolve::settle_basis(LpSolution& basic) const {
   if (basic.basis_is_settled) return true;
   const LpProblem lp = make_lp_problem(model_);
   return push_duals(lp, basic.y, basic.status, context_.stop);
 }
 
 LpAnswer PresolvedSolve::back_to_model(const PresolvedLp& presolved, const LpAnswer& small) const {
-  BasicSolution basic;
+  LpSolution basic;
   presolved.postsolve(small, basic);
   const bool settled = settle_basis(basic);
   LpAnswer answer;

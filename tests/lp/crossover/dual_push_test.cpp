@@ -22,7 +22,7 @@ constexpr double kDear = 1e11 / 3.0;  // a unit of costs that no cost is exact i
 
 /// Makes nonbasic variables with multipliers basic, in place of basic ones at a bound; their
 /// number.
-int spoil(const LpProblem& lp, const BasicSolution& solution, Random& random, Vector<int>& status) {
+int spoil(const LpProblem& lp, const LpSolution& solution, Random& random, Vector<int>& status) {
   Vector<double> value(solution.x);
   value.resize(lp.num_vars(), 0.0);
   Vector<double> multiplier(lp.cost);
@@ -57,10 +57,10 @@ TEST(DualPush, SettlesTheBasisAndKeepsTheOptimum) {
     const LpProblem lp = busy_lp(random, m, n);
     const Solved solved = solve(lp);
     if (solved.outcome != SimplexOutcome::optimal) continue;
-    BasicSolution basic = solved.basic;
+    LpSolution basic = solved.basic;
     if (spoil(lp, basic, random, basic.status) == 0) continue;
     ++spoilt_programs;
-    BasicSolution dear_basic = basic;
+    LpSolution dear_basic = basic;
     ASSERT_TRUE(push_duals(lp, basic.y, basic.status, never));
     ASSERT_LE(worst_violation(lp, basic), 1e-9);
     // Rounding of large duals is not taken for a multiplier.

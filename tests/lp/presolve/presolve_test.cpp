@@ -5,7 +5,6 @@
 #include "lp/busy_lp.h"
 #include "lp/crossover/dual_push.h"
 #include "lp/presolve/crush.h"
-#include "lp/presolve/crush_basis.h"
 
 namespace kelvo {
 namespace {
@@ -19,13 +18,14 @@ using test::worst_violation;
 
 struct Tally {
   int moved = 0;  // crushed bases that are not optimal as they stand
-  int solved = 0, reduced = 0, proven = 0, pushed = 0, records[kNumUndoKinds] = {};
+  int solved = 0, reduced = 0, proven = 0, pushed = 0;
+  std::array<int, UndoRecords::kNumKinds> records = {};
 };
 
 /// The basis that went back comes forward again and leads to the same optimum; true when it is an
 /// optimal basis of the reduced program as it stands, as it is unless the way back had to change
 /// it.
-bool check_crushed(const Presolve& presolve, const LpProblem& reduced, const BasicSolution& full,
+bool check_crushed(const Presolve& presolve, const LpProblem& reduced, const LpSolution& full,
                    double objective) {
   CrushedBasis crushed = crush_basis(presolve, full.status, full.x.data());
   crushed.value.resize(reduced.num_vars(), 0.0);
@@ -44,7 +44,7 @@ void check_crushing(const Presolve& presolve, const Solved& small) {
   for (std::size_t j = 0; j < reduced_x.size(); ++j) {
     EXPECT_NEAR(reduced_x[j], small.basic.x[j], 1e-8 * (1.0 + std::fabs(reduced_x[j])));
   }
-  uncrush_y(presolve, small.basic.y.data(), small.z.data(), y.data());
+  uncrush_y(presolve, small.basic.y.data(), small.basic.z.data(), y.data());
   crush_y(presolve, y.data(), reduced_y.data());
   for (std::size_t i = 0; i < reduced_y.size(); ++i) {
     EXPECT_NEAR(reduced_y[i], small.basic.y[i], 1e-8 * (1.0 + std::fabs(reduced_y[i])));
@@ -63,9 +63,8 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
     return direct.outcome != SimplexOutcome::optimal;
   }
   if (outcome == PresolveOutcome::reduced) ++tally.reduced;
-  for (int k = 0; k < presolve_run.stack().size(); ++k) {
-    ++tally.records[static_cast<int>(presolve_run.stack().record(k).kind)];
-  }
+  const auto counts = presolve_run.stack().records.counts();
+  for (int kind = 0; kind < UndoRecords::kNumKinds; ++kind) tally.records[kind] += counts[kind];
   Presolve copy = presolve_run;
   const LpProblem reduced = copy.take_reduced();
   const Solved small = solve(reduced);
@@ -77,8 +76,8 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
   }
   ++tally.solved;
   check_crushing(presolve_run, small);
-  BasicSolution full;
-  presolve_run.postsolve(small.basic, small.z, full);
+  LpSolution full;
+  presolve_run.postsolve(small.basic, full);
   if (!full.basis_is_settled) {
     ++tally.pushed;
     EXPECT_TRUE(push_duals(lp, full.y, full.status, never));
@@ -96,7 +95,8 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
   return !testing::Test::HasFailure();
 }
 
-void check_many(const PresolveSettings& settings, int count, UndoKind kind) {
+template <class Record>
+void check_many(const PresolveSettings& settings, int count) {
   Tally tally;
   for (int seed = 0; seed < count; ++seed) {
     Random random(seed * 7919 + 17);
@@ -104,7 +104,7 @@ void check_many(const PresolveSettings& settings, int count, UndoKind kind) {
     const LpProblem lp = busy_lp(random, m, n);
     ASSERT_TRUE(check_program(lp, settings, tally)) << "seed " << seed;
   }
-  EXPECT_GT(tally.records[static_cast<int>(kind)], count / 50);
+  EXPECT_GT(tally.records[UndoRecords::kind_of<Record>()], count / 50);
   EXPECT_GT(tally.solved, count / 4);
   EXPECT_LE(tally.pushed, tally.solved / 20);
   EXPECT_LE(tally.moved, tally.solved / 20);
@@ -113,7 +113,7 @@ void check_many(const PresolveSettings& settings, int count, UndoKind kind) {
 struct Family {
   const char* name;
   unsigned families;
-  UndoKind kind;
+  void (*check)(const PresolveSettings&, int);
 };
 
 class PresolveFamily : public testing::TestWithParam<Family> {};
@@ -122,24 +122,24 @@ TEST_P(PresolveFamily, WayBackNeedsNoIteration) {
   PresolveSettings settings;
   settings.families = GetParam().families;
   settings.dependent_rows = 0;
-  check_many(settings, 1500, GetParam().kind);
+  GetParam().check(settings, 1500);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Each, PresolveFamily,
-    testing::Values(Family{"lines", 0, UndoKind::fixed_column},
-                    Family{"singleton_rows", kSingletonRows, UndoKind::singleton_row},
-                    Family{"activity", kActivityRows, UndoKind::forcing_row},
-                    Family{"doubletons", kDoubletons, UndoKind::doubleton},
-                    Family{"free_singletons", kFreeSingletons, UndoKind::substituted_column},
-                    Family{"slack_columns", kSlackColumns, UndoKind::slack_column},
-                    Family{"cost_fixing", kCostFixing, UndoKind::free_direction},
-                    Family{"dual_bounds", kDualBounds, UndoKind::row_side},
-                    Family{"duplicate_rows", kDuplicateRows, UndoKind::duplicate_row},
-                    Family{"duplicate_columns", kDuplicateColumns, UndoKind::duplicate_column},
-                    Family{"implied_rows", kImpliedRows, UndoKind::removed_row},
-                    Family{"row_cancellation", kRowCancellation, UndoKind::row_cancellation},
-                    Family{"aggregation", kAggregation, UndoKind::substituted_column}),
+    testing::Values(Family{"lines", 0, check_many<FixedColumn>},
+                    Family{"singleton_rows", kSingletonRows, check_many<SingletonRow>},
+                    Family{"activity", kActivityRows, check_many<ForcingRow>},
+                    Family{"doubletons", kDoubletons, check_many<DoubletonEquation>},
+                    Family{"free_singletons", kFreeSingletons, check_many<SubstitutedColumn>},
+                    Family{"slack_columns", kSlackColumns, check_many<SlackColumn>},
+                    Family{"cost_fixing", kCostFixing, check_many<FreeDirection>},
+                    Family{"dual_bounds", kDualBounds, check_many<BindingRow>},
+                    Family{"duplicate_rows", kDuplicateRows, check_many<DuplicateRow>},
+                    Family{"duplicate_columns", kDuplicateColumns, check_many<DuplicateColumn>},
+                    Family{"implied_rows", kImpliedRows, check_many<RemovedRow>},
+                    Family{"row_cancellation", kRowCancellation, check_many<RowCancellation>},
+                    Family{"aggregation", kAggregation, check_many<SubstitutedColumn>}),
     [](const auto& family) { return std::string(family.param.name); });
 
 /// Three equations of many columns, the last of which has the matrix of first + 2 second.
@@ -157,7 +157,7 @@ TEST(Presolve, DependentEquations) {
     settings.dependent_rows = effort;
     Tally tally;
     EXPECT_TRUE(check_program(dependent_equations(19), settings, tally));
-    EXPECT_EQ(tally.records[static_cast<int>(UndoKind::removed_row)], 1);
+    EXPECT_EQ(tally.records[UndoRecords::kind_of<RemovedRow>()], 1);
     const Presolve contradiction(dependent_equations(20), settings, {}, never);
     EXPECT_EQ(contradiction.outcome(), PresolveOutcome::infeasible);
     EXPECT_EQ(contradiction.finding().kind, FindingKind::dependent_row);
@@ -167,11 +167,11 @@ TEST(Presolve, DependentEquations) {
             PresolveOutcome::unchanged);
   // Random programs, with sums of rows among them.
   settings.dependent_rows = 3;
-  check_many(settings, 1500, UndoKind::removed_row);
+  check_many<RemovedRow>(settings, 1500);
 }
 
 TEST(Presolve, AllReductionsTogether) {
-  check_many(PresolveSettings(), 6000, UndoKind::fixed_column);
+  check_many<FixedColumn>(PresolveSettings(), 6000);
 }
 
 }  // namespace

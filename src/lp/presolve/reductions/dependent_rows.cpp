@@ -10,6 +10,7 @@
 // Way back: the row never binds on its own, y_i = 0.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions/reductions.h"
+#include "lp/presolve/reductions/substitution_rules.h"
 
 namespace kelvo {
 
@@ -173,7 +174,7 @@ void DependentRows::eliminate(int e) {
 void DependentRows::row_is_empty(int i) {
   const double rest = std::fabs(rhs_[i]);
   if (rest <= tol::kSame * size_[i]) {
-    lp_.remove_row(i);
+    lp_.remove_row(i, kRemovedDependentRow);
   } else if (exact_[i] && rest > lp_.settings.feasibility_tolerance * size_[i]) {
     lp_.fail(FindingKind::dependent_row, i);
   }

@@ -135,10 +135,7 @@ void DualBounds::bind_rows() {
       lp_.fail(FindingKind::dual_bounds_row, i);
       return;
     }
-    lp_.stack.begin(UndoKind::row_side);
-    lp_.stack.top().row = i;
-    lp_.stack.top().flag = at_lower ? kAtLower : kAtUpper;
-    lp_.change_limits(i, limit, limit);
+    bind_row(lp_, i, at_lower ? kAtLower : kAtUpper);
   }
 }
 

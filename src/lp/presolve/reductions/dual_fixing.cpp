@@ -1,18 +1,8 @@
-// Columns that no row holds back in the direction their cost draws them.
-//
-// With c_j >= 0 and every row content with a smaller x_j the column goes to its lower bound; with
-// c_j > 0 and no such bound the program is unbounded or infeasible. With c_j = 0 and no bound the
-// column can satisfy all of its rows for whatever the others do, so it goes with its rows.
-//
-// A column that its cost draws, or lets go, in a direction in which a single row holds it back, and
-// which wants to go there for the sake of its other rows, goes until that row binds: the row
-// becomes an equation. The way back only has to name the side: with z_j >= 0 (no upper bound),
-// c_j <= 0 and a_rj y_r >= 0 for the rows that gain, a_ij y_i = c_j - z_j - sum a_rj y_r <= 0.
-//
-// Way back of the latter: all of these rows have y_i = 0; x_j moves as far as the most demanding
-// row needs, which binds while x_j is basic; the other rows are slack.
+#include "lp/presolve/reductions/dual_fixing.h"
+
+#include "lp/presolve/presolve_lp.h"
 #include "lp/presolve/presolve_tolerances.h"
-#include "lp/presolve/reductions/reductions.h"
+#include "lp/presolve/reductions/binding_row.h"
 
 namespace kelvo {
 
@@ -24,21 +14,20 @@ double limit_ahead(const PresolveLp& lp, int i, double a, bool up) {
   return (a > 0.0) == up ? lp.row_upper[i] : lp.row_lower[i];
 }
 
-/// Rows as header (row, entry of the column), (number of other entries, limit the column has to
-/// meet), then the other entries.
 void remove_with_rows(PresolveLp& lp, int j, bool up) {
-  lp.stack.begin(UndoKind::free_direction);
-  lp.stack.top().col = j;
-  lp.stack.top().flag = up ? 1 : -1;
-  lp.stack.top().lower = up ? lp.lower[j] : lp.upper[j];
+  UndoEntries& entries = lp.stack.entries;
+  Stretch rows{entries.size(), 0};
   for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix[e].col_next) {
     const int i = lp.matrix[e].row;
     const double a = lp.matrix[e].value;
-    lp.stack.add(i, a);
-    lp.stack.add(lp.matrix.row_count(i) - 1, limit_ahead(lp, i, a, !up));
+    entries.add(i, a);
+    entries.add(lp.matrix.row_count(i) - 1, limit_ahead(lp, i, a, !up));
     lp.record_row(i, j);
     lp.work += lp.matrix.row_count(i);
   }
+  rows.end = entries.size();
+  const double bound = up ? lp.lower[j] : lp.upper[j];
+  lp.stack.push(FreeDirection{j, up, lp.is_integer(j), bound, rows});
   for (int e = lp.matrix.col_first(j); e >= 0; e = lp.matrix.col_first(j)) {
     lp.erase_row(lp.matrix[e].row);
   }
@@ -86,7 +75,7 @@ bool fix_by_cost(PresolveLp& lp, int j) {
 }
 
 bool bind_only_row(PresolveLp& lp, int j) {
-  if (!lp.may_remove(j)) return false;
+  if (!lp.may_remove(j) || lp.is_integer(j)) return false;
   for (const bool up : {true, false}) {
     if (up ? lp.cost[j] > 0.0 : lp.cost[j] < 0.0) continue;
     int row = -1, blocking = 0;
@@ -99,51 +88,55 @@ bool bind_only_row(PresolveLp& lp, int j) {
     if (blocking != 1 || lp.is_equation(row) || !make_room(lp, j, up)) continue;
     const int e = lp.matrix.find(row, j);
     if (std::fabs(lp.matrix[e].value) < presolve_tolerance::kSmallPivot) continue;
-    const double limit = limit_ahead(lp, row, lp.matrix[e].value, up);
-    lp.stack.begin(UndoKind::row_side);
-    lp.stack.top().row = row;
-    lp.stack.top().flag = (lp.matrix[e].value > 0.0) == up ? kAtUpper : kAtLower;
-    lp.change_limits(row, limit, limit);
+    bind_row(lp, row, (lp.matrix[e].value > 0.0) == up ? kAtUpper : kAtLower);
     return true;
   }
   return false;
 }
 
-void undo_free_direction(const PostsolveStack& stack, const UndoRecord& record,
-                         PostsolveState& state) {
-  const int j = record.col;
-  const double sign = record.flag;
-  const bool up = record.flag > 0;
-  double x = record.lower;
-  int binding = -1, binding_side = kBasic;
-  for (int k = record.begin; k < record.end;) {
-    const int i = stack.entry(k).index;
-    const double a = stack.entry(k).value;
-    const int count = stack.entry(k + 1).index;
-    const double limit = stack.entry(k + 1).value;
-    const double rest = stack.dot(k + 2, k + 2 + count, state.x);
-    k += 2 + count;
-    state.y[i] = 0.0;
-    state.row_status[i] = kBasic;
+FreeDirection::Place FreeDirection::place(const UndoEntries& entries,
+                                          const Vector<double>& x) const {
+  const double sign = up ? 1.0 : -1.0;
+  Place place{bound, -1, kBasic};
+  for (int k = rows.begin; k < rows.end;) {
+    const int i = entries[k].index, count = entries[k + 1].index;
+    const double a = entries[k].value, limit = entries[k + 1].value;
+    const Stretch others{k + 2, k + 2 + count};
+    k = others.end;
     if (!std::isfinite(limit)) continue;
-    const double needed = (limit - rest) / a;
-    if (std::isfinite(x) && sign * needed <= sign * x) continue;
-    x = needed;
-    binding = i;
-    binding_side = (a > 0.0) == up ? kAtLower : kAtUpper;
+    const double needed = (limit - entries.dot(others, x)) / a;
+    if (std::isfinite(place.x) && sign * needed <= sign * place.x) continue;
+    place = {needed, i, (a > 0.0) == up ? kAtLower : kAtUpper};
   }
-  state.z[j] = 0.0;
-  if (binding >= 0) {
-    state.x[j] = x;
-    state.col_status[j] = kBasic;
-    state.row_status[binding] = binding_side;
-  } else if (std::isfinite(x)) {
-    state.x[j] = x;
-    state.col_status[j] = up ? kAtLower : kAtUpper;
+  if (place.row < 0 && !std::isfinite(place.x)) place.x = 0.0;
+  return place;
+}
+
+void FreeDirection::restore_values(const UndoEntries& entries, Vector<double>& x) const {
+  const double needed = place(entries, x).x;
+  const double rounding = presolve_tolerance::same_slack(needed);
+  x[col] = !integer ? needed : up ? std::ceil(needed - rounding) : std::floor(needed + rounding);
+}
+
+void FreeDirection::restore_duals(const UndoEntries& entries, DualState& duals) const {
+  for_each_row(entries, [&duals](int i) { duals.y[i] = 0.0; });
+  duals.z[col] = 0.0;
+}
+
+void FreeDirection::restore_basis(const UndoEntries& entries, PostsolveState& state) const {
+  for_each_row(entries, [&state](int i) { state.basis.rows[i] = kBasic; });
+  const Place here = place(entries, state.x);
+  if (here.row >= 0) {
+    state.basis.cols[col] = kBasic;
+    state.basis.rows[here.row] = here.side;
   } else {
-    state.x[j] = 0.0;
-    state.col_status[j] = kFreeSuper;
+    state.basis.cols[col] = !std::isfinite(bound) ? kFreeSuper : up ? kAtLower : kAtUpper;
   }
+}
+
+void FreeDirection::mark_removed(const UndoEntries& entries, RemovalCodes& codes) const {
+  codes.cols[col] = kRemovedDual;
+  for_each_row(entries, [&codes](int i) { codes.rows[i] = kRemovedDual; });
 }
 
 }  // namespace kelvo

@@ -1,17 +1,9 @@
-// Columns that are multiples: a_k = alpha a_j.
-//
-// With costs in the same proportion the two act as one, x' = x_j + alpha x_k, whose interval is the
-// sum of the two. With other costs one of them is the better buy: where x_j can take over whatever
-// x_k gives up, x_k goes to the bound its extra cost delta = c_k - alpha c_j draws it to, since
-// z_k = delta + alpha z_j. That x_j can, is certain when it has no bound on that side, or one that
-// the rows imply; the latter is dropped, so that x_j does not come to stand at it with a z_j of the
-// wrong sign.
-//
-// Way back of a merged pair: at a bound of x' both stand at theirs; in between one of them stands
-// at a bound and the other is basic.
+#include "lp/presolve/reductions/duplicate_columns.h"
+
 #include "lp/presolve/presolve_tolerances.h"
+#include "lp/presolve/reductions/dual_fixing.h"
 #include "lp/presolve/reductions/parallel_lines.h"
-#include "lp/presolve/reductions/reductions.h"
+#include "lp/presolve/reductions/substitution_rules.h"
 
 namespace kelvo {
 
@@ -19,11 +11,23 @@ namespace tol = presolve_tolerance;
 
 namespace {
 
+bool same_price(double own, double proportional) {
+  constexpr double kSameCost = 1e-13;
+  return std::fabs(own - proportional) <=
+         kSameCost * std::max(std::fabs(own), std::fabs(proportional));
+}
+
+/// Whether x_j can take over whatever x_k gives up.
+bool takes_over(const PresolveLp& lp, int j, int k, double alpha) {
+  return !lp.is_integer(j) || (lp.is_integer(k) && is_whole(alpha));
+}
+
 /// Fixes column k when column j dominates it; a_k = alpha a_j, delta = c_k - alpha c_j.
 bool fix_dominated(PresolveLp& lp, int j, int k, double alpha, double delta) {
   if (!lp.settings.dual_reductions || std::fabs(delta) <= lp.settings.optimality_tolerance) {
     return false;
   }
+  if (!takes_over(lp, j, k, alpha)) return false;
   const bool k_falls = delta > 0.0;
   const bool j_rises = k_falls == (alpha > 0.0);
   if (!make_room(lp, j, j_rises)) return false;
@@ -34,6 +38,13 @@ bool fix_dominated(PresolveLp& lp, int j, int k, double alpha, double delta) {
   }
   lp.fix_column(k, bound, k_falls ? kAtLower : kAtUpper);
   return true;
+}
+
+/// Whether every value of x_j + alpha x_k that the bounds allow is one of allowed x_j and x_k.
+bool fill_the_sum(const PresolveLp& lp, int j, int k, double alpha) {
+  if (!lp.is_integer(j) && !lp.is_integer(k)) return true;
+  return takes_over(lp, j, k, alpha) && lp.is_integer(j) &&
+         lp.upper[j] - lp.lower[j] >= std::fabs(alpha) - 1.0;
 }
 
 bool merge_columns(PresolveLp& lp, int j, int k, double alpha) {
@@ -50,15 +61,8 @@ bool merge_columns(PresolveLp& lp, int j, int k, double alpha) {
            (lp.lower[column] == -kInf && lp.upper[column] == kInf);
   };
   if (low == -kInf && high == kInf && !(at_zero(j) && at_zero(k))) return false;
-  lp.stack.begin(UndoKind::duplicate_column);
-  UndoRecord& record = lp.stack.top();
-  record.col = k;
-  record.other = j;
-  record.a = alpha;
-  record.lower = lp.lower[j];
-  record.upper = lp.upper[j];
-  record.low2 = lp.lower[k];
-  record.upp2 = lp.upper[k];
+  lp.stack.push(DuplicateColumn{k, j, alpha, lp.lower[j], lp.upper[j], lp.lower[k], lp.upper[k],
+                                lp.is_integer(j)});
   lp.erase_column(k);
   lp.change_bounds(j, low, high);
   return true;
@@ -68,16 +72,21 @@ bool merge_columns(PresolveLp& lp, int j, int k, double alpha) {
 
 void merge_duplicate_columns(PresolveLp& lp, ParallelLines& columns) {
   using Gone = ParallelLines::Gone;
-  constexpr double kSameCost = 1e-13;
   columns.for_each_pair([&lp](int j, int k, double alpha) {
     if (lp.is_fixed(j) || lp.is_fixed(k)) return Gone::neither;
     const double priced = alpha * lp.cost[j];
     const double delta = lp.cost[k] - priced;
-    if (std::fabs(delta) <= kSameCost * std::max(std::fabs(priced), std::fabs(lp.cost[k]))) {
+    if (same_price(lp.cost[k], priced)) {
       const bool mergeable = lp.settings.nonlinear && lp.may_remove(j) && lp.may_remove(k) &&
                              std::fabs(alpha) <= lp.settings.coefficient_ratio &&
                              std::fabs(alpha) >= 1.0 / lp.settings.coefficient_ratio;
-      return mergeable && merge_columns(lp, j, k, alpha) ? Gone::other : Gone::neither;
+      if (!mergeable) return Gone::neither;
+      if (fill_the_sum(lp, j, k, alpha)) {
+        return merge_columns(lp, j, k, alpha) ? Gone::other : Gone::neither;
+      }
+      const bool turned =
+          fill_the_sum(lp, k, j, 1.0 / alpha) && merge_columns(lp, k, j, 1.0 / alpha);
+      return turned ? Gone::kept : Gone::neither;
     }
     if (lp.may_remove(k) && fix_dominated(lp, j, k, alpha, delta)) return Gone::other;
     if (lp.may_remove(j) && !lp.ended() && fix_dominated(lp, k, j, 1.0 / alpha, -delta / alpha)) {
@@ -89,72 +98,96 @@ void merge_duplicate_columns(PresolveLp& lp, ParallelLines& columns) {
 
 namespace {
 
-struct Side {
-  double value;
-  int status;
-};
-
-/// Bounds of [lower, upper] as places to stand, nearest to 0 first; `count` of them.
-int places(double lower, double upper, Side (&sides)[2]) {
-  int count = 0;
-  if (std::isfinite(lower)) sides[count++] = {lower, kAtLower};
-  if (std::isfinite(upper)) sides[count++] = {upper, kAtUpper};
-  if (count == 2 && std::fabs(upper) < std::fabs(lower)) std::swap(sides[0], sides[1]);
-  return count;
+double outside(double value, double low, double high) {
+  return std::max({0.0, low - value, value - high});
 }
 
-/// Splits the value of x' with one of the two at a bound, leaving its limits as little as possible.
-void split_value(const UndoRecord& record, double total, PostsolveState& state) {
-  const int j = record.other, k = record.col;
-  const double alpha = record.a;
-  const auto outside = [](double value, double low, double high) {
-    return std::max({0.0, low - value, value - high});
-  };
-  const int status = state.col_status[j];
-  double best = kInf;
-  Side sides[2];
-  for (int s = 0, count = places(record.low2, record.upp2, sides); s < count; ++s) {
-    const double rest = total - alpha * sides[s].value;
-    const double wrong = outside(rest, record.lower, record.upper);
-    if (wrong >= best) continue;
-    best = wrong;
-    state.x[j] = rest;
-    state.x[k] = sides[s].value;
-    state.col_status[j] = status;
-    state.col_status[k] = sides[s].status;
-  }
-  for (int s = 0, count = places(record.lower, record.upper, sides); s < count; ++s) {
-    const double rest = (total - sides[s].value) / alpha;
-    const double wrong = std::fabs(alpha) * outside(rest, record.low2, record.upp2);
-    if (wrong >= best) continue;
-    best = wrong;
-    state.x[j] = sides[s].value;
-    state.x[k] = rest;
-    state.col_status[j] = sides[s].status;
-    state.col_status[k] = status;
-  }
-  if (best < kInf) return;
-  state.x[j] = total;
-  state.x[k] = 0.0;
-  state.col_status[k] = kFreeSuper;
+/// The finite ones of two bounds, the one nearest to 0 first; their number.
+int finite_bounds(double lower, double upper, double (&bounds)[2]) {
+  int count = 0;
+  if (std::isfinite(lower)) bounds[count++] = lower;
+  if (std::isfinite(upper)) bounds[count++] = upper;
+  if (count == 2 && std::fabs(upper) < std::fabs(lower)) std::swap(bounds[0], bounds[1]);
+  return count;
 }
 
 }  // namespace
 
-void undo_duplicate_column(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
-  const int j = record.other, k = record.col;
-  const double alpha = record.a;
-  const double total = state.x[j];
-  state.z[k] = alpha * state.z[j];
-  const int side = state.col_status[j];
-  if (side != kAtLower && side != kAtUpper) {
-    split_value(record, total, state);
-    return;
+/// One of the two at a bound, leaving the bounds of the other as little as possible; of integer
+/// columns, which the one that stays may force between whole numbers, at the nearest whole ones.
+void DuplicateColumn::restore_values(const UndoEntries&, Vector<double>& x) const {
+  const double total = x[kept];
+  double best = kInf, bounds[2];
+  x[gone] = 0.0;
+  const auto offer = [&](double kept_value, double gone_value, double violation) {
+    if (!(violation < best)) return;
+    best = violation;
+    x[kept] = kept_value;
+    x[gone] = gone_value;
+  };
+  const auto offer_gone = [&](double value) {
+    const double rest = total - ratio * value;
+    offer(rest, value,
+          std::max(outside(rest, kept_lower, kept_upper),
+                   std::fabs(ratio) * outside(value, gone_lower, gone_upper)));
+  };
+  for (int k = 0, count = finite_bounds(gone_lower, gone_upper, bounds); k < count; ++k) {
+    offer_gone(bounds[k]);
   }
-  const int k_side = alpha > 0.0 ? side : opposite_side(side);
-  state.x[j] = side == kAtLower ? record.lower : record.upper;
-  state.x[k] = k_side == kAtLower ? record.low2 : record.upp2;
-  state.col_status[k] = k_side;
+  for (int k = 0, count = finite_bounds(kept_lower, kept_upper, bounds); k < count; ++k) {
+    const double rest = (total - bounds[k]) / ratio;
+    if (integer) {
+      offer_gone(std::floor(rest));
+      offer_gone(std::ceil(rest));
+    } else {
+      offer(bounds[k], rest, std::fabs(ratio) * outside(rest, gone_lower, gone_upper));
+    }
+  }
+}
+
+void DuplicateColumn::restore_duals(const UndoEntries&, DualState& duals) const {
+  duals.z[gone] = ratio * duals.z[kept];
+}
+
+void DuplicateColumn::restore_basis(const UndoEntries&, PostsolveState& state) const {
+  int& kept_status = state.basis.cols[kept];
+  int& gone_status = state.basis.cols[gone];
+  double& kept_x = state.x[kept];
+  double& gone_x = state.x[gone];
+  if (at_end(kept_status)) {
+    gone_status = side_times(kept_status, ratio);
+    kept_x = kept_status == kAtLower ? kept_lower : kept_upper;
+    gone_x = gone_status == kAtLower ? gone_lower : gone_upper;
+  } else if (gone_x == gone_lower || gone_x == gone_upper) {
+    gone_status = gone_x == gone_lower ? kAtLower : kAtUpper;
+  } else if (kept_x == kept_lower || kept_x == kept_upper) {
+    gone_status = kept_status;
+    kept_status = kept_x == kept_lower ? kAtLower : kAtUpper;
+  } else {
+    gone_status = kFreeSuper;
+  }
+}
+
+void DuplicateColumn::crush_basis(BasisState& basis) const {
+  int& status = basis.cols[kept];
+  const int other = side_times(basis.cols[gone], ratio);
+  if (status == kBasic || other == kBasic) {
+    status = kBasic;
+  } else if (status != other) {
+    status = kFreeSuper;  // between the ends of the sum
+  }
+}
+
+bool DuplicateColumn::crush_form(const UndoEntries&, LinearForm& form) const {
+  if (form.weight[gone] != ratio * form.weight[kept]) return false;
+  form.weight[gone] = 0.0;
+  return true;
+}
+
+bool DuplicateColumn::reprice(const UndoEntries&, Repricing& repricing) {
+  if (!same_price(repricing.cost[gone], ratio * repricing.cost[kept])) return false;
+  repricing.cost[gone] = 0.0;
+  return true;
 }
 
 }  // namespace kelvo

@@ -1,10 +1,7 @@
-// Rows that are multiples: a_r = alpha a_s. The limits of r become limits of s, and r goes.
-//
-// Way back: where s binds at a limit that came from r, r binds instead with y_r = y_s / alpha and s
-// is slack. Elsewhere r is slack.
+#include "lp/presolve/reductions/duplicate_rows.h"
+
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions/parallel_lines.h"
-#include "lp/presolve/reductions/reductions.h"
 
 namespace kelvo {
 
@@ -31,14 +28,7 @@ bool merge_rows(PresolveLp& lp, int s, int r, double alpha) {
       low = high;
     }
   }
-  lp.stack.begin(UndoKind::duplicate_row);
-  UndoRecord& record = lp.stack.top();
-  record.row = r;
-  record.other = s;
-  record.a = alpha;
-  if (low != old_low) record.flag |= kLowerCame;
-  if (high != old_high) record.flag |= kUpperCame;
-  if (low == high) record.flag |= kEndsCoincide;
+  lp.stack.push(DuplicateRow(r, s, alpha, {low != old_low, high != old_high, low == high}));
   if (low != old_low || high != old_high) lp.change_limits(s, low, high);
   lp.erase_row(r);
   return true;
@@ -53,19 +43,24 @@ void merge_duplicate_rows(PresolveLp& lp, ParallelLines& rows) {
   });
 }
 
-void undo_duplicate_row(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
-  const int r = record.row, s = record.other;
-  const int side = active_side(state.row_status[s], state.y[s], record.flag & kEndsCoincide);
-  if (at_transferred_end(side, record.flag)) {
-    state.y[r] = state.y[s] / record.a;
-    state.y[s] = 0.0;
-    state.row_status[r] = record.a > 0.0 ? side : opposite_side(side);
-    state.row_status[s] = kBasic;
-  } else {
-    state.y[r] = 0.0;
-    state.row_status[r] = kBasic;
-    state.row_status[s] = side;
-  }
+void DuplicateRow::restore_duals(const UndoEntries&, DualState& duals) const {
+  const bool passes = ends.include(duals.row_side(kept, ends.coincide));
+  duals.y[gone] = passes ? duals.y[kept] / ratio : 0.0;
+  if (passes) duals.y[kept] = 0.0;
+}
+
+void DuplicateRow::restore_basis(const UndoEntries&, PostsolveState& state) const {
+  BasisState& basis = state.basis;
+  // What the dual of the kept row was, wherever it is now.
+  const double multiplier = state.duals.y[kept] + ratio * state.duals.y[gone];
+  const int side = active_side(basis.rows[kept], multiplier, ends.coincide);
+  const bool passes = ends.include(side);
+  basis.rows[gone] = passes ? side_times(side, ratio) : kBasic;
+  basis.rows[kept] = passes ? kBasic : side;
+}
+
+void DuplicateRow::crush_basis(BasisState& basis) const {
+  if (basis.rows[kept] == kBasic) basis.rows[kept] = side_times(basis.rows[gone], ratio);
 }
 
 }  // namespace kelvo

@@ -13,7 +13,7 @@ bool remove_empty_row(PresolveLp& lp, int i) {
     lp.finding.rhs = too_low ? lp.row_lower[i] : lp.row_upper[i];
     return false;
   }
-  lp.remove_row(i);
+  lp.remove_row(i, kRemovedEmptyRow);
   return true;
 }
 

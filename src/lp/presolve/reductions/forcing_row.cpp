@@ -1,15 +1,7 @@
-// Rows against the bounds on their activity.
-//
-// A limit that the bounds on the columns keep by themselves is dropped, and the row with its last
-// limit. A row whose least activity is its upper limit (or its greatest the lower one) forces every
-// column to the bound that attains it.
-//
-// Way back of a forcing row: the columns come back first, nonbasic with the reduced costs z_j that
-// they have for y_i = 0, some of the wrong sign. The dual y_i, negative for a row at its upper
-// limit, is taken as far from 0 as the worst of them needs, min z_j / a_ij over them; that column
-// becomes basic, the row nonbasic.
+#include "lp/presolve/reductions/forcing_row.h"
+
+#include "lp/presolve/presolve_lp.h"
 #include "lp/presolve/presolve_tolerances.h"
-#include "lp/presolve/reductions/reductions.h"
 
 namespace kelvo {
 
@@ -23,22 +15,23 @@ bool force_columns(PresolveLp& lp, int i, bool at_upper) {
   for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
     if (!lp.may_remove(lp.matrix[e].col)) return false;
   }
-  lp.stack.begin(UndoKind::forcing_row);
-  lp.stack.top().row = i;
-  lp.stack.top().flag = at_upper ? kAtUpper : kAtLower;
-  for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
-    if (!lp.is_fixed(lp.matrix[e].col)) lp.stack.add(lp.matrix[e].col, lp.matrix[e].value);
-  }
-  lp.stack.split();
-  for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
-    if (lp.is_fixed(lp.matrix[e].col)) lp.stack.add(lp.matrix[e].col, lp.matrix[e].value);
-  }
+  const auto record_columns = [&lp, i](bool fixed) {
+    Stretch stretch{lp.stack.entries.size(), 0};
+    for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix[e].row_next) {
+      const int j = lp.matrix[e].col;
+      if (lp.is_fixed(j) == fixed) lp.stack.entries.add(j, lp.matrix[e].value);
+    }
+    stretch.end = lp.stack.entries.size();
+    return stretch;
+  };
+  const Stretch columns = record_columns(false), were_fixed = record_columns(true);
+  lp.stack.push(ForcingRow(i, at_upper ? kAtUpper : kAtLower, columns, were_fixed));
   for (int e = lp.matrix.row_first(i); e >= 0; e = lp.matrix.row_first(i)) {
     const int j = lp.matrix[e].col;
     const bool to_lower = (lp.matrix[e].value > 0.0) == at_upper;
     lp.fix_column(j, to_lower ? lp.lower[j] : lp.upper[j], to_lower ? kAtLower : kAtUpper);
   }
-  lp.remove_row(i);
+  lp.erase_row(i);
   return true;
 }
 
@@ -62,7 +55,7 @@ bool reduce_by_activity(PresolveLp& lp, int i) {
   const bool drop_low = low > -kInf && least - low_error >= low - tol::same_slack(low);
   const bool no_high = high == kInf || drop_high, no_low = low == -kInf || drop_low;
   if (no_high && no_low) {
-    lp.remove_row(i);
+    lp.remove_row(i, kRemovedRedundantRow);
     return true;
   }
   const double certain = tol::kSame;  // an uncertain sum forces nothing
@@ -77,27 +70,41 @@ bool reduce_by_activity(PresolveLp& lp, int i) {
   return true;
 }
 
-void undo_forcing_row(const PostsolveStack& stack, const UndoRecord& record,
-                      PostsolveState& state) {
-  const int i = record.row;
-  const double sign = record.flag == kAtUpper ? -1.0 : 1.0;
+void ForcingRow::restore_duals(const UndoEntries& entries, DualState& duals) const {
+  Vector<double>& z = duals.z;
+  const double sign = side == kAtUpper ? -1.0 : 1.0;
   double y = 0.0;
-  int entering = -1;
-  for (int k = record.begin; k < record.middle; ++k) {
-    const double ratio = state.z[stack.entry(k).index] / stack.entry(k).value;
+  int worst = -1;
+  for (int k = columns.begin; k < columns.end; ++k) {
+    const double ratio = z[entries[k].index] / entries[k].value;
     if (sign * ratio > sign * y) {
       y = ratio;
-      entering = stack.entry(k).index;
+      worst = entries[k].index;
     }
   }
-  state.y[i] = y;
-  if (entering < 0) return;
-  for (int k = record.begin; k < record.end; ++k) {
-    state.z[stack.entry(k).index] -= stack.entry(k).value * y;
+  duals.y[row] = y;
+  if (worst < 0) return;
+  for (const Stretch stretch : {columns, were_fixed}) {
+    for (int k = stretch.begin; k < stretch.end; ++k) {
+      z[entries[k].index] -= entries[k].value * y;
+    }
   }
-  state.z[entering] = 0.0;
-  state.col_status[entering] = kBasic;
-  state.row_status[i] = record.flag;
+  z[worst] = 0.0;
+}
+
+void ForcingRow::restore_basis(const UndoEntries& entries, PostsolveState& state) const {
+  state.basis.rows[row] = kBasic;
+  if (state.duals.y[row] == 0.0) return;
+  // The dual made the reduced cost of one column 0, of several when they were equally bad.
+  int entering = -1;
+  for (int k = columns.begin; k < columns.end; ++k) {
+    if (state.duals.z[entries[k].index] != 0.0) continue;
+    if (entering < 0 || std::fabs(entries[k].value) > std::fabs(entries[entering].value)) {
+      entering = k;
+    }
+  }
+  state.basis.cols[entries[entering].index] = kBasic;
+  state.basis.rows[row] = side;
 }
 
 }  // namespace kelvo

@@ -130,7 +130,7 @@ void ImpliedRedundancy::remove_redundant() {
         high == kInf || sum.greatest() + sum.max_error <= high + tol::same_slack(high);
     const bool no_low = low == -kInf || sum.least() - sum.min_error >= low - tol::same_slack(low);
     if (no_high && no_low) {
-      lp_.remove_row(i);
+      lp_.remove_row(i, kRemovedRedundantRow);
     } else if ((no_high && high < kInf) || (no_low && low > -kInf)) {
       lp_.change_limits(i, no_low ? -kInf : low, no_high ? kInf : high);
     }

@@ -1,23 +1,8 @@
-// Nonzeros that an equation cancels in other rows.
-//
-// With an equation  a_i x = b_i  any multiple of it may be added to another row r:
-//
-//     L <= a_r x <= U   becomes   L + t b_i <= (a_r + t a_i) x <= U + t b_i.
-//
-// Where most of the columns of the equation occur in row r in one proportion, t = -a_rj / a_ij
-// takes them out of r. Often what is left of r forces its columns, repeats another row or holds
-// always. (After S. F. Chang and S. T. McCormick, "A hierarchical algorithm for making sparse
-// matrices sparser", Mathematical Programming 56, 1992, without its matchings.)
-//
-// Rows r come from the two shortest columns of the equation, one of which they must meet. The
-// search is limited to a multiple of the number of nonzeros.
-//
-// Way back: y_i gains t y_r; all else stays. The column of the logical of the equation was
-// e_i - t e_r in the terms of the old rows, though. Should it be basic, at 0 of course, while that
-// of r is not, then this column is none of the old program's, and the basis has to be settled.
+#include "lp/presolve/reductions/row_cancellation.h"
+
 #include "lp/presolve/presolve_tolerances.h"
-#include "lp/presolve/reductions/reductions.h"
 #include "lp/presolve/reductions/row_copy.h"
+#include "lp/presolve/reductions/substitution_rules.h"
 
 namespace kelvo {
 
@@ -36,9 +21,9 @@ struct Demand {
 // happy addition would have spoilt it.
 constexpr Demand kDemands[] = {{0.1, 0.5}, {0.35, 0.25}};
 
-class RowCancellation {
+class CancellationSearch {
  public:
-  RowCancellation(PresolveLp& lp, const Demand& demand, int since)
+  CancellationSearch(PresolveLp& lp, const Demand& demand, int since)
       : lp_(lp),
         demand_(demand),
         since_(since),
@@ -89,7 +74,7 @@ class RowCancellation {
   Vector<Common> common_;  // columns of the equation in row r
 };
 
-void RowCancellation::run() {
+void CancellationSearch::run() {
   for (int i = 0; i < lp_.num_rows() && !lp_.tired() && lp_.work < work_limit_; ++i) {
     if (!lp_.row_alive[i] || !lp_.is_equation(i) || lp_.matrix.row_count(i) < 2) continue;
     try_equation(i);
@@ -98,7 +83,7 @@ void RowCancellation::run() {
 }
 
 /// The shortest columns of row i, at most kSeeds; their number.
-int RowCancellation::find_seeds(int i, int (&seeds)[kSeeds]) {
+int CancellationSearch::find_seeds(int i, int (&seeds)[kSeeds]) {
   const LinkedMatrix& matrix = lp_.matrix;
   int found = 0;
   walk(i, [&](int j, double, int) {
@@ -113,7 +98,7 @@ int RowCancellation::find_seeds(int i, int (&seeds)[kSeeds]) {
   return found;
 }
 
-void RowCancellation::try_equation(int i) {
+void CancellationSearch::try_equation(int i) {
   const LinkedMatrix& matrix = lp_.matrix;
   int seeds[kSeeds];
   const int num_seeds = find_seeds(i, seeds);
@@ -147,7 +132,7 @@ void RowCancellation::try_equation(int i) {
   walk(i, [this](int j, double, int) { scattered_[j] = 0.0; });
 }
 
-double RowCancellation::best_multiple(int& shared) {
+double CancellationSearch::best_multiple(int& shared) {
   std::sort(common_.begin(), common_.end(),
             [](const Common& a, const Common& b) { return a.multiple < b.multiple; });
   double best = 0.0;
@@ -165,7 +150,7 @@ double RowCancellation::best_multiple(int& shared) {
   return best;
 }
 
-bool RowCancellation::entries_are_sound(int i, double multiple) const {
+bool CancellationSearch::entries_are_sound(int i, double multiple) const {
   const double ratio = lp_.settings.coefficient_ratio;
   if (std::fabs(multiple) > ratio || std::fabs(multiple) * ratio < 1.0) return false;
   for (const Common& common : common_) {
@@ -178,7 +163,7 @@ bool RowCancellation::entries_are_sound(int i, double multiple) const {
   return true;
 }
 
-bool RowCancellation::cancel(int i, int r) {
+bool CancellationSearch::cancel(int i, int r) {
   common_.clear();
   walk(r, [this](int j, double value, int place) {
     if (scattered_[j] != 0.0) common_.push_back({-value / scattered_[j], place});
@@ -196,13 +181,9 @@ bool RowCancellation::cancel(int i, int r) {
   return true;
 }
 
-void RowCancellation::add_equation(int i, int r, double multiple) {
+void CancellationSearch::add_equation(int i, int r, double multiple) {
   stale_[r] = 1;
-  lp_.stack.begin(UndoKind::row_cancellation);
-  UndoRecord& record = lp_.stack.top();
-  record.row = r;
-  record.other = i;
-  record.a = multiple;
+  lp_.stack.push(RowCancellation(r, i, multiple));
   for (const Common& common : common_) met_[lp_.matrix[common.entry].col] = 1;
   for (int e = lp_.matrix.row_first(i); e >= 0; e = lp_.matrix[e].row_next) {
     const int j = lp_.matrix[e].col;
@@ -221,14 +202,12 @@ void RowCancellation::add_equation(int i, int r, double multiple) {
 }  // namespace
 
 void cancel_nonzeros(PresolveLp& lp, bool bold, int since) {
-  RowCancellation(lp, kDemands[bold], since).run();
+  CancellationSearch(lp, kDemands[bold], since).run();
 }
 
-void undo_row_cancellation(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
-  state.y[record.other] += record.a * state.y[record.row];
-  if (state.row_status[record.other] == kBasic && state.row_status[record.row] != kBasic) {
-    state.basis_is_settled = false;
-  }
+void RowCancellation::restore_basis(const UndoEntries&, PostsolveState& state) const {
+  BasisState& basis = state.basis;
+  if (basis.rows[equation] == kBasic && basis.rows[row] != kBasic) basis.is_settled = false;
 }
 
 }  // namespace kelvo

@@ -1,9 +1,7 @@
-// A row with one entry, L <= a x_j <= U, is a bound on its column.
-//
-// Way back: where the column stands at a bound that came from the row, the row takes over its
-// reduced cost, y_i = z_j / a, and the column becomes basic. Elsewhere the row is slack.
+#include "lp/presolve/reductions/singleton_row.h"
+
+#include "lp/presolve/presolve_lp.h"
 #include "lp/presolve/presolve_tolerances.h"
-#include "lp/presolve/reductions/reductions.h"
 
 namespace kelvo {
 
@@ -17,30 +15,32 @@ bool remove_singleton_row(PresolveLp& lp, int i) {
   const double at_low = lp.row_lower[i] / a, at_high = lp.row_upper[i] / a;
   const double old_lower = lp.lower[j], old_upper = lp.upper[j];
   if (!lp.intersect_bounds(j, std::min(at_low, at_high), std::max(at_low, at_high))) return false;
-  lp.stack.begin(UndoKind::singleton_row);
-  UndoRecord& record = lp.stack.top();
-  record.row = i;
-  record.col = j;
-  record.a = a;
-  if (lp.lower[j] != old_lower) record.flag |= kLowerCame;
-  if (lp.upper[j] != old_upper) record.flag |= kUpperCame;
-  if (lp.is_fixed(j)) record.flag |= kEndsCoincide;
+  const TransferredEnds ends{lp.lower[j] != old_lower, lp.upper[j] != old_upper, lp.is_fixed(j)};
+  lp.stack.push(SingletonRow(i, j, a, ends));
   lp.erase_row(i);
   return true;
 }
 
-void undo_singleton_row(const PostsolveStack&, const UndoRecord& record, PostsolveState& state) {
-  const int i = record.row, j = record.col;
-  const int side = active_side(state.col_status[j], state.z[j], record.flag & kEndsCoincide);
-  if (at_transferred_end(side, record.flag)) {
-    state.y[i] = state.z[j] / record.a;
-    state.z[j] = 0.0;
-    state.col_status[j] = kBasic;
-    state.row_status[i] = record.a > 0.0 ? side : opposite_side(side);
+void SingletonRow::restore_duals(const UndoEntries&, DualState& duals) const {
+  if (ends.include(duals.column_side(col, ends.coincide))) {
+    duals.y[row] = duals.z[col] / a;
+    duals.z[col] = 0.0;
   } else {
-    state.y[i] = 0.0;
-    state.row_status[i] = kBasic;
-    state.col_status[j] = side;
+    duals.y[row] = 0.0;
+  }
+}
+
+void SingletonRow::restore_basis(const UndoEntries&, PostsolveState& state) const {
+  BasisState& basis = state.basis;
+  // What the reduced cost was, before the row may have taken it over.
+  const double multiplier = state.duals.z[col] + a * state.duals.y[row];
+  const int side = active_side(basis.cols[col], multiplier, ends.coincide);
+  if (ends.include(side)) {
+    basis.cols[col] = kBasic;
+    basis.rows[row] = side_times(side, a);
+  } else {
+    basis.cols[col] = side;
+    basis.rows[row] = kBasic;
   }
 }
 

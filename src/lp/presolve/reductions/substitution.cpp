@@ -1,18 +1,9 @@
-// Implied free columns are given by a row: x_j = (rhs - sum_k a_ik x_k) / a_ij.
-//
-// The rows imply the bounds of x_j, so it is free. An equation then defines it wherever else it
-// occurs: row r loses a_rj / a_ij times row i, the objective likewise, and row and column go. A
-// column whose only entry is in an inequality is basic in some optimum, so that y_i = c_j / a_ij;
-// the sign of that says at which limit the row binds.
-//
-// Way back: x_j from the row, y_i from z_j = 0, x_j basic, the row nonbasic. The reduced costs of
-// the other columns stay as they are.
-#include "lp/presolve/presolve_tolerances.h"
+#include "lp/presolve/reductions/substitution.h"
+
 #include "lp/presolve/reductions/reductions.h"
+#include "lp/presolve/reductions/substitution_rules.h"
 
 namespace kelvo {
-
-namespace tol = presolve_tolerance;
 
 namespace {
 
@@ -33,37 +24,8 @@ bool pivot_is_large(PresolveLp& lp, int e) {
 
 void record_substitution(PresolveLp& lp, int e, double rhs, int side) {
   const int i = lp.matrix[e].row, j = lp.matrix[e].col;
-  lp.stack.begin(UndoKind::substituted_column);
-  UndoRecord& record = lp.stack.top();
-  record.row = i;
-  record.col = j;
-  record.a = lp.matrix[e].value;
-  record.cost = lp.cost[j];
-  record.lower = rhs;
-  record.flag = side;
-  lp.record_row(i, j);
-  lp.stack.split();
-  lp.record_column(j, i);
-}
-
-/// How far a cost pulls a column to where it has no bound.
-double pull(const PresolveLp& lp, int j, double cost) {
-  if (cost < 0.0 && lp.upper[j] == kInf) return -cost;
-  if (cost > 0.0 && lp.lower[j] == -kInf) return cost;
-  return 0.0;
-}
-
-/// The objective without x_j.
-void substitute_in_objective(PresolveLp& lp, int e, double rhs) {
-  const int i = lp.matrix[e].row, j = lp.matrix[e].col;
-  const double cost = lp.cost[j];
-  if (cost == 0.0) return;
-  const double a = lp.matrix[e].value;
-  for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
-    const int k = lp.matrix[f].col;
-    if (k != j) lp.change_cost(k, sound_sum(lp.cost[k], -cost * lp.matrix[f].value / a));
-  }
-  lp.offset += cost * rhs / a;
+  const Stretch others = lp.record_row(i, j), rows = lp.record_column(j, i);
+  lp.stack.push(SubstitutedColumn{i, j, side, others, rows, lp.matrix[e].value, rhs, lp.cost[j]});
 }
 
 /// Number of nonzeros that the substitution adds (at most `limit`), or limit + 1 when it adds more
@@ -125,7 +87,7 @@ int choose_pivot(PresolveLp& lp, int j) {
     if (!lp.is_equation(i) || lp.matrix.row_count(i) < 2) continue;
     if ((lp.matrix.row_count(i) - 1) * others > kMostPairs) continue;
     if (best >= 0 && lp.matrix.row_count(i) >= lp.matrix.row_count(lp.matrix[best].row)) continue;
-    if (pivot_is_large(lp, e)) best = e;
+    if (pivot_is_large(lp, e) && stays_whole(lp, e, lp.row_lower[i])) best = e;
   }
   return best;
 }
@@ -156,20 +118,6 @@ bool try_column(PresolveLp& lp, int j, int fill_limit, int since) {
 
 }  // namespace
 
-bool cost_may_pass(const PresolveLp& lp, int e) {
-  const int i = lp.matrix[e].row, j = lp.matrix[e].col;
-  const double y = lp.cost[j] / lp.matrix[e].value;
-  if (y == 0.0) return true;
-  double before = pull(lp, j, lp.cost[j]), after = 0.0;
-  for (int f = lp.matrix.row_first(i); f >= 0; f = lp.matrix[f].row_next) {
-    const int k = lp.matrix[f].col;
-    if (k == j) continue;
-    before += pull(lp, k, lp.cost[k]);
-    after += pull(lp, k, sound_sum(lp.cost[k], -y * lp.matrix[f].value));
-  }
-  return after <= before;
-}
-
 bool substitute_free_singleton(PresolveLp& lp, int j) {
   if (!lp.may_remove(j) || !lp.is_implied_free(j)) return false;
   const int e = lp.matrix.col_first(j);
@@ -189,6 +137,7 @@ bool substitute_free_singleton(PresolveLp& lp, int j) {
       return false;
     }
   }
+  if (!stays_whole(lp, e, rhs)) return false;
   record_substitution(lp, e, rhs, side);
   substitute_in_objective(lp, e, rhs);
   lp.erase_row(i);
@@ -205,16 +154,6 @@ void run_aggregator(PresolveLp& lp, int since) {
     }
     if (lp.settings.fill_limit <= 0) break;
   }
-}
-
-void undo_substituted_column(const PostsolveStack& stack, const UndoRecord& record,
-                             PostsolveState& state) {
-  const int i = record.row, j = record.col;
-  state.x[j] = (record.lower - stack.dot(record.begin, record.middle, state.x)) / record.a;
-  state.y[i] = (record.cost - stack.dot(record.middle, record.end, state.y)) / record.a;
-  state.z[j] = 0.0;
-  state.col_status[j] = kBasic;
-  state.row_status[i] = record.flag;
 }
 
 }  // namespace kelvo

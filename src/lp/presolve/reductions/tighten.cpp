@@ -41,7 +41,7 @@ void tighten_columns_of(PresolveLp& lp, int i) {
 
 StrengthenedBounds strengthen_bounds(const LpProblem& lp_problem, const PresolveSettings& settings,
                                      StopCheck& stop) {
-  PresolveLp lp(lp_problem, settings, Vector<char>(), stop);
+  PresolveLp lp(lp_problem, settings, ColumnMarks(), stop);
   const std::int64_t limit = 10000 + kWorkPerNonzero * lp.matrix.num_nonzeros();
   while (!lp.row_list.empty() && !lp.ended() && lp.work < limit) {
     const int i = lp.row_list.take();
