@@ -3,6 +3,7 @@
 
 #include "api/frame/basis_frame.h"
 #include "env/params/param_numbers.h"
+#include "lp/solve/presolve_log.h"
 #include "lp/solve/presolved_lp.h"
 #include "lp/solve/start_quality.h"
 
@@ -61,6 +62,11 @@ Status run_simplex(Environment& environment, Problem& problem, LpMethod method) 
   LpAnswer answer =
       solve_lp(problem.model(), working, problem.basis, method, settings, context, presolved);
   if (answer.singular) return Status::failure(error::kBasisSingular);
+  if (answer.status == kInfeasible) {
+    // Crossing bounds need neither presolve nor simplex; the reason is told all the same.
+    PresolveLog(context.sink, settings.presolve)
+        .empty_interval(problem.model(), settings.simplex.feasibility_tolerance);
+  }
   keep_places(answer);
   // The answer may have come another way: what the working LP stands at must be looked at again.
   if (working != nullptr) working->agree_with_nothing();

@@ -4,6 +4,7 @@
 #include "api/frame/basis_frame.h"
 #include "lp/presolve/crush.h"
 #include "lp/presolve/reductions/tighten.h"
+#include "lp/solve/presolve_log.h"
 #include "lp/solve/presolved_lp.h"
 #include "prob/data/data_check.h"
 
@@ -294,10 +295,10 @@ int KLVbasicpresolve(KLVenv env, KLVprob lp, double* redlb, double* redub, int* 
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     const PresolveSettings settings = read_presolve_settings(environment.settings());
     const TimeLimitScope time_limit(environment);
-    LpProblem program = make_lp_problem(problem.model());
-    close_crossed_bounds(program);
+    const LpProblem program = make_lp_problem(problem.model());
     const StrengthenedBounds found = strengthen_bounds(program, settings, environment.stop_check());
     if (found.finding.kind != FindingKind::none) {
+      PresolveLog(environment.messages(), settings).finding(found.finding, problem.model());
       return Status::failure(error::kPresolveInfeasible);
     }
     const auto written = [](double bound) {

@@ -159,6 +159,33 @@ TEST_F(PresolvedProblem, BoundsAlone) {
   EXPECT_EQ(KLVbasicpresolve(env, lp, lower, upper, redundant), 1117);
 }
 
+/// Bounds that cross by more than the tolerance are never closed, whoever looks at them.
+TEST_F(PresolvedProblem, BoundsThatCross) {
+  const std::string text =
+      "min 3 x1 + 2 x2 + 4 x3\nst\n x1 + 3 x2 + x3 >= 4\n 2 x1 + x2 + x3 >= 3\n"
+      "bounds\n x1 <= 9\n 2.5 <= x2 <= 2.6\n x3 <= 9\nend\n";
+  ASSERT_EQ(KLVreadcopyprob(env, lp, put("crossing.lp", text).c_str(), nullptr), 0);
+  change_bound(1, 'U', 2.5 - 1e-7);
+  EXPECT_EQ(KLVpresolve(env, lp, 0), 0);
+  ASSERT_EQ(KLVlpopt(env, lp), 0);
+  EXPECT_EQ(KLVgetstat(env, lp), KLV_STATUS_OPTIMAL);
+  change_bound(1, 'U', 2);
+  const char* const reason = "Bound infeasibility column 'x2'.\n";
+  take(results);
+  EXPECT_EQ(KLVpresolve(env, lp, 0), 1117);
+  EXPECT_EQ(take(results), reason);
+  EXPECT_EQ(KLVbasicpresolve(env, lp, nullptr, nullptr, nullptr), 1117);
+  EXPECT_EQ(take(results), reason);
+  for (const int presolve : {0, 1}) {
+    EXPECT_EQ(KLVsetintparam(env, KLV_PARAM_PREIND, presolve), 0);
+    for (const auto optimize : {KLVprimopt, KLVdualopt}) {
+      ASSERT_EQ(optimize(env, lp), 0);
+      EXPECT_EQ(KLVgetstat(env, lp), KLV_STATUS_INFEASIBLE);
+      EXPECT_EQ(take(results), reason);
+    }
+  }
+}
+
 TEST_F(PresolvedProblem, Files) {
   double offset = 0.0;
   EXPECT_EQ(KLVpreslvwrite(env, lp, "unused.lp", &offset), 1103);

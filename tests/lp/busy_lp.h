@@ -50,6 +50,44 @@ inline double outside(double value, double low, double high) {
   return std::max({0.0, low - value, value - high});
 }
 
+/// Largest violation of a bound or row limit.
+inline double worst_infeasibility(const LpProblem& lp, const Vector<double>& x) {
+  Vector<double> value(x);
+  value.resize(lp.num_vars(), 0.0);
+  double worst = 0.0;
+  for (int j = 0; j < lp.num_cols; ++j) {
+    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
+      value[lp.num_cols + lp.columns.index[k]] -= lp.columns.value[k] * x[j];
+    }
+  }
+  for (int v = 0; v < lp.num_vars(); ++v) {
+    worst = std::max(worst, outside(value[v], lp.lower[v], lp.upper[v]));
+  }
+  return worst;
+}
+
+/// Largest violation of any condition on an optimal pair x, y with its reduced costs z; where a
+/// variable is off its bound, its multiplier counts.
+inline double worst_optimality(const LpProblem& lp, const LpSolution& solution) {
+  const int n = lp.num_cols;
+  double worst = worst_infeasibility(lp, solution.x);
+  Vector<double> value(solution.x), multiplier(lp.cost);
+  value.resize(lp.num_vars(), 0.0);
+  for (int j = 0; j < n; ++j) {
+    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
+      value[n + lp.columns.index[k]] -= lp.columns.value[k] * solution.x[j];
+      multiplier[j] -= lp.columns.value[k] * solution.y[lp.columns.index[k]];
+    }
+    worst = std::max(worst, std::fabs(multiplier[j] - solution.z[j]));
+  }
+  for (int i = 0; i < lp.num_rows; ++i) multiplier[n + i] = -solution.y[i];
+  for (int v = 0; v < lp.num_vars(); ++v) {
+    const double limit = multiplier[v] > 0.0 ? lp.lower[v] : lp.upper[v];
+    worst = std::max(worst, std::min(std::fabs(multiplier[v]), std::fabs(value[v] - limit)));
+  }
+  return worst;
+}
+
 /// Largest violation of any condition on an optimal basic solution.
 inline double worst_violation(const LpProblem& lp, const LpSolution& solution) {
   const int n = lp.num_cols;

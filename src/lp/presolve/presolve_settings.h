@@ -90,9 +90,9 @@ enum class FindingKind {
 
 struct Finding {
   FindingKind kind = FindingKind::none;
-  int line = -1;   // row or column
-  int other = -1;  // a second row
-  char sense = ' ';
+  int line = -1;     // row or column
+  int other = -1;    // a second row
+  char sense = ' ';  // of an empty row, with the right-hand side
   double rhs = 0.0;
 };
 

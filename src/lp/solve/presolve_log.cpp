@@ -1,6 +1,7 @@
 #include "lp/solve/presolve_log.h"
 
 #include "prob/model/default_names.h"
+#include "prob/model/row_limits.h"
 
 namespace kelvo {
 
@@ -61,6 +62,21 @@ void PresolveLog::finding(const Finding& finding, const Model& model) {
       sink_.print(Channel::results, text.format, line.text());
   }
 #pragma GCC diagnostic pop
+}
+
+void PresolveLog::empty_interval(const Model& model, double tolerance) {
+  const auto empty = [tolerance](double lower, double upper) {
+    return lower > upper + tolerance || lower == kInf || upper == -kInf;
+  };
+  for (int j = 0; j < model.num_cols; ++j) {
+    if (!empty(finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]))) continue;
+    return finding({FindingKind::column_bounds, j}, model);
+  }
+  for (int i = 0; i < model.num_rows; ++i) {
+    const RowLimits limits = row_limits(model, i);
+    if (!empty(limits.lower, limits.upper)) continue;
+    return finding({FindingKind::implied_bounds, i}, model);
+  }
 }
 
 void PresolveLog::report(const PresolveStats& stats) {

@@ -18,6 +18,8 @@ class PresolveLog final : public PresolveProgress {
 
   /// Why there is nothing to solve.
   void finding(const Finding& finding, const Model& model);
+  /// The same for a column or row whose limits cross by more than the tolerance, if there is one.
+  void empty_interval(const Model& model, double tolerance);
   /// What was eliminated and what is left.
   void summary(const Presolve& presolve, const LpProblem& reduced);
   void time();

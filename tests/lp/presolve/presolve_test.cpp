@@ -1,5 +1,5 @@
-// Presolve and its way back: the optimal basis of the reduced program must be one of the original
-// program, without another iteration.
+// Presolve and postsolve, layer by layer: a feasible point comes back as one of the same objective,
+// an optimal pair as an optimal pair, and an optimal basis as one that needs no iteration.
 #include "lp/presolve/presolve.h"
 
 #include "lp/busy_lp.h"
@@ -14,6 +14,8 @@ using test::dense_lp;
 using test::never;
 using test::solve;
 using test::Solved;
+using test::worst_infeasibility;
+using test::worst_optimality;
 using test::worst_violation;
 
 struct Tally {
@@ -22,9 +24,8 @@ struct Tally {
   std::array<int, UndoRecords::kNumKinds> records = {};
 };
 
-/// The basis that went back comes forward again and leads to the same optimum; true when it is an
-/// optimal basis of the reduced program as it stands, as it is unless the way back had to change
-/// it.
+/// The basis that was restored is crushed again and leads to the same optimum; true when it is an
+/// optimal basis of the reduced program at once, as it is unless postsolve had to change it.
 bool check_crushed(const Presolve& presolve, const LpProblem& reduced, const LpSolution& full,
                    double objective) {
   CrushedBasis crushed = crush_basis(presolve, full.status, full.x.data());
@@ -35,24 +36,101 @@ bool check_crushed(const Presolve& presolve, const LpProblem& reduced, const LpS
   return again.iterations == 0 && crushed.num_basic == reduced.num_rows;
 }
 
-/// What goes back and forth comes out as it was.
-void check_crushing(const Presolve& presolve, const Solved& small) {
-  Vector<double> x(presolve.num_cols()), y(presolve.num_rows());
-  Vector<double> reduced_x(small.basic.x.size()), reduced_y(small.basic.y.size());
-  uncrush_x(presolve, small.basic.x.data(), x.data());
-  crush_x(presolve, x.data(), reduced_x.data());
-  for (std::size_t j = 0; j < reduced_x.size(); ++j) {
-    EXPECT_NEAR(reduced_x[j], small.basic.x[j], 1e-8 * (1.0 + std::fabs(reduced_x[j])));
+/// A vertex of the program, or of its optimal face, that is best for a random objective.
+Vector<double> some_vertex(LpProblem lp, const LpSolution* optimum, Random& random) {
+  constexpr double kFar = 50.0;
+  for (int v = 0; v < lp.num_vars(); ++v) {
+    if (v < lp.num_cols) {
+      lp.cost[v] = random.below(9) - 4;
+      if (lp.lower[v] == -kInf) lp.lower[v] = std::min(-kFar, lp.upper[v] - 1.0);
+      if (lp.upper[v] == kInf) lp.upper[v] = std::max(kFar, lp.lower[v] + 1.0);
+    }
+    if (optimum == nullptr) continue;
+    const double multiplier = v < lp.num_cols ? optimum->z[v] : -optimum->y[v - lp.num_cols];
+    if (multiplier > 1e-7) lp.upper[v] = lp.lower[v];
+    if (multiplier < -1e-7) lp.lower[v] = lp.upper[v];
   }
-  uncrush_y(presolve, small.basic.y.data(), small.basic.z.data(), y.data());
-  crush_y(presolve, y.data(), reduced_y.data());
-  for (std::size_t i = 0; i < reduced_y.size(); ++i) {
-    EXPECT_NEAR(reduced_y[i], small.basic.y[i], 1e-8 * (1.0 + std::fabs(reduced_y[i])));
+  const Solved solved = solve(lp);
+  return solved.outcome == SimplexOutcome::optimal ? solved.basic.x : Vector<double>();
+}
+
+void expect_same(const Vector<double>& a, const Vector<double>& b) {
+  ASSERT_EQ(a.size(), b.size());
+  for (std::size_t k = 0; k < a.size(); ++k)
+    EXPECT_NEAR(a[k], b[k], 1e-8 * (1.0 + std::fabs(a[k])));
+}
+
+double value_of(const Vector<double>& weight, double offset, const Vector<double>& x) {
+  for (std::size_t j = 0; j < x.size(); ++j) offset += weight[j] * x[j];
+  return offset;
+}
+
+/// Linear forms have the same value before and after.
+void check_forms(const Presolve& presolve, const Vector<double>& small, const Vector<double>& full,
+                 Random& random) {
+  const Vector<int>& kept = presolve.kept_cols();
+  const auto over_kept = [&](const LinearForm& form) {
+    double value = form.offset;
+    for (std::size_t k = 0; k < kept.size(); ++k) value += form.weight[kept[k]] * small[k];
+    return value;
+  };
+  for (int j = 0; j < presolve.num_cols(); ++j) {
+    LinearForm form;
+    form.weight.assign(presolve.num_cols(), 0.0);
+    form.weight[j] = 1 + random.below(3);
+    form.weight[random.below(presolve.num_cols())] += 1.0;
+    const double value = value_of(form.weight, 0.0, full);
+    if (!crush_form(presolve, form)) continue;
+    EXPECT_NEAR(over_kept(form), value, 1e-7);
+  }
+  LinearForm form;
+  form.weight.assign(presolve.num_cols(), 0.0);
+  for (const int j : kept) form.weight[j] = random.below(5) - 2;
+  const double value = over_kept(form);
+  uncrush_form(presolve, form);
+  EXPECT_NEAR(value_of(form.weight, form.offset, full), value, 1e-7);
+}
+
+/// A feasible point of the reduced program, whatever it is, comes back as a feasible point of the
+/// same objective, and is crushed to itself.
+void check_values(const LpProblem& lp, const Presolve& presolve, const LpProblem& reduced,
+                  Random& random) {
+  Vector<double> small = some_vertex(reduced, nullptr, random);
+  const Vector<double> other = some_vertex(reduced, nullptr, random);
+  if (small.empty() || other.empty()) return;
+  for (const double share : {0.0, 0.5}) {
+    for (std::size_t k = 0; k < small.size(); ++k) {
+      small[k] += share * (other[k] - small[k]);
+    }
+    Vector<double> full(lp.num_cols), again(small.size());
+    uncrush_x(presolve, small.data(), full.data());
+    EXPECT_LE(worst_infeasibility(lp, full), 1e-8);
+    EXPECT_NEAR(value_of(lp.cost, lp.offset, full), value_of(reduced.cost, reduced.offset, small),
+                1e-7);
+    crush_x(presolve, full.data(), again.data());
+    expect_same(small, again);
+    check_forms(presolve, small, full, random);
   }
 }
 
+/// Optimal values and duals come back without a basis, also from within the optimal face.
+void check_pair(const LpProblem& lp, const Presolve& presolve, const LpProblem& reduced,
+                const LpSolution& optimum, Random& random) {
+  LpSolution small = optimum, full;
+  small.layers.basis = false;
+  const Vector<double> other = some_vertex(reduced, &optimum, random);
+  for (std::size_t k = 0; k < other.size(); ++k) small.x[k] = 0.5 * small.x[k] + 0.5 * other[k];
+  presolve.postsolve(small, full);
+  EXPECT_TRUE(full.status.empty());
+  EXPECT_LE(worst_optimality(lp, full), 1e-7);
+  Vector<double> again(small.y.size());
+  crush_y(presolve, full.y.data(), again.data());
+  expect_same(small.y, again);
+}
+
 /// One program with the given reductions; true as long as everything is right.
-bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally& tally) {
+bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally& tally,
+                   Random* layers = nullptr) {
   const Presolve presolve_run(lp, settings, {}, never);
   const Solved direct = solve(lp);
   const PresolveOutcome outcome = presolve_run.outcome();
@@ -75,7 +153,10 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
     return agree;
   }
   ++tally.solved;
-  check_crushing(presolve_run, small);
+  if (layers != nullptr) {
+    check_values(lp, presolve_run, reduced, *layers);
+    check_pair(lp, presolve_run, reduced, small.basic, *layers);
+  }
   LpSolution full;
   presolve_run.postsolve(small.basic, full);
   if (!full.basis_is_settled) {
@@ -102,7 +183,8 @@ void check_many(const PresolveSettings& settings, int count) {
     Random random(seed * 7919 + 17);
     const int m = 1 + random.below(8), n = 1 + random.below(9);
     const LpProblem lp = busy_lp(random, m, n);
-    ASSERT_TRUE(check_program(lp, settings, tally)) << "seed " << seed;
+    ASSERT_TRUE(check_program(lp, settings, tally, seed % 4 == 0 ? &random : nullptr))
+        << "seed " << seed;
   }
   EXPECT_GT(tally.records[UndoRecords::kind_of<Record>()], count / 50);
   EXPECT_GT(tally.solved, count / 4);
@@ -118,7 +200,7 @@ struct Family {
 
 class PresolveFamily : public testing::TestWithParam<Family> {};
 
-TEST_P(PresolveFamily, WayBackNeedsNoIteration) {
+TEST_P(PresolveFamily, ComesBackInLayers) {
   PresolveSettings settings;
   settings.families = GetParam().families;
   settings.dependent_rows = 0;
@@ -168,6 +250,34 @@ TEST(Presolve, DependentEquations) {
   // Random programs, with sums of rows among them.
   settings.dependent_rows = 3;
   check_many<RemovedRow>(settings, 1500);
+}
+
+/// Other costs than those that were presolved, without reductions that argue from costs.
+TEST(Presolve, FollowsOtherCosts) {
+  PresolveSettings settings;
+  settings.dual_reductions = false;
+  int followed = 0;
+  for (int seed = 0; seed < 800; ++seed) {
+    Random random(seed * 104729 + 5);
+    LpProblem lp = busy_lp(random, 1 + random.below(8), 1 + random.below(9));
+    Presolve presolve(lp, settings, {}, never);
+    if (presolve.outcome() != PresolveOutcome::reduced) continue;
+    for (int j = 0; j < lp.num_cols; ++j) lp.cost[j] += random.below(5) - 2;
+    LpProblem reduced = presolve.take_reduced();
+    Vector<double> cost;
+    if (!presolve.reprice(lp.cost, cost, reduced.offset)) continue;
+    std::copy(cost.begin(), cost.end(), reduced.cost.begin());
+    const Solved small = solve(reduced), direct = solve(lp);
+    ASSERT_EQ(small.outcome == SimplexOutcome::optimal, direct.outcome == SimplexOutcome::optimal)
+        << "seed " << seed;
+    if (direct.outcome != SimplexOutcome::optimal) continue;
+    ++followed;
+    LpSolution full;
+    presolve.postsolve(small.basic, full);
+    ASSERT_LE(worst_optimality(lp, full), 1e-7) << "seed " << seed;
+    ASSERT_NEAR(small.objective, direct.objective, 1e-7) << "seed " << seed;
+  }
+  EXPECT_GT(followed, 200);
 }
 
 TEST(Presolve, AllReductionsTogether) {

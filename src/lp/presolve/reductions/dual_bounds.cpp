@@ -10,6 +10,11 @@
 // kinds they rest on are part of it. So columns that have tightened a bound are not fixed in the
 // same pass, rows whose bounds were used for that do not become equations, and every pass starts
 // from nothing; the multipliers of what was fixed then have the right sign when it comes back.
+//
+// Integrality: for any whole values of the integer columns these are arguments about the duals of
+// the program in the continuous ones, to which integer columns are right-hand sides. So only
+// continuous columns bound duals; but integer columns are fixed, too, since the optimum over the
+// continuous ones does not fall with a column whose reduced cost is never negative.
 // (Domination of columns as in Andersen and Andersen, 1995.)
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions/reductions.h"
@@ -147,6 +152,7 @@ void DualBounds::run() {
     for (int j = 0; j < lp_.num_cols() && !lp_.ended(); ++j) {
       if (!lp_.col_alive[j]) continue;
       if (lp_.upper[j] < kInf && lp_.lower[j] > -kInf) continue;
+      if (lp_.is_integer(j)) continue;
       changed |= tighten_by(j);
       lp_.poll();
     }
