@@ -15,6 +15,10 @@ class CappedWarnings {
 
   explicit CappedWarnings(MessageSink& sink) : sink_(sink) {}
 
+  /// Prints a format that takes the number of a line.
+  void warn(const char* format, int line) {
+    if (++count_ <= kMostPrinted) sink_.print(Channel::warning, format, line);
+  }
   /// Prints a format that takes the number of a line and a name of the file.
   void warn(const char* format, int line, std::string_view name) {
     if (++count_ > kMostPrinted) return;

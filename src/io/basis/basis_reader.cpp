@@ -54,7 +54,7 @@ class BasisParser {
         messages_(sink, false),
         fields_(lines, messages_),
         unknown_names_(sink),
-        sink_(sink) {
+        missing_values_(sink) {
     columns_.build(names_.columns, names_.columns.size());
     rows_.build(names_.rows, names_.rows.size());
   }
@@ -80,7 +80,7 @@ class BasisParser {
   MpsMessages messages_;
   MpsFields fields_;
   CappedWarnings unknown_names_;
-  MessageSink& sink_;
+  CappedWarnings missing_values_;
   NameIndex columns_;
   NameIndex rows_;
   StoredBasis basis_;
@@ -116,6 +116,7 @@ Status BasisParser::parse(StoredBasis& result) {
   if (point_ != nullptr) start_point();
   bool ended = false;
   KELVO_TRY(fields_.read_named_lines([this] { return read_line(); }, ended));
+  missing_values_.close();
   unknown_names_.close();
   messages_.close_file();
   if (!ended) return messages_.error(error::kEndMissing);
@@ -192,7 +193,7 @@ bool BasisParser::find_row(int field, int& row) {
 Status BasisParser::read_value(int field, bool& given, double& value) {
   given = field < fields_.count();
   if (given) return fields_.number(field, value);
-  sink_.print(Channel::warning, "Line %d: Missing basic value.\n", fields_.line_number());
+  missing_values_.warn("Line %d: Missing basic value.\n", fields_.line_number());
   return {};
 }
 

@@ -8,6 +8,8 @@ namespace {
 
 constexpr const char* kNotPrinted[static_cast<int>(MpsWarning::count)] = {
     "%d truncation warning messages not printed.\n",
+    "%d section warnings not printed.\n",
+    "%d MARKER warnings not printed.\n",
     "%d OBJ warnings not printed.\n",
     "%d warnings not printed.\n",
     "%d warnings not printed.\n",
@@ -89,6 +91,7 @@ void MpsMessages::field_truncated(int line, std::string_view kept) {
 }
 
 void MpsMessages::section_out_of_order(int line, std::string_view header) {
+  if (!allowed(MpsWarning::section)) return;
   sink_.print(Channel::warning, "Warning, line %d:  %s section illegal or out of order.\n", line,
               Text(header).value);
 }
@@ -104,6 +107,7 @@ void MpsMessages::objective_not_found(std::string_view name) {
 }
 
 void MpsMessages::unidentified_marker(int line) {
+  if (!allowed(MpsWarning::marker)) return;
   sink_.print(Channel::warning, "Line %d:  Unidentified MARKER found. Ignored.\n", line);
 }
 
@@ -188,6 +192,8 @@ void MpsMessages::close_file() {
   if (empty_number_) {
     sink_.send(Channel::warning, "Warning:  Empty numeric fields read as zeros.\n");
   }
+  close(MpsWarning::section);
+  close(MpsWarning::marker);
   close(MpsWarning::truncation);
 }
 

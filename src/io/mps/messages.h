@@ -30,6 +30,8 @@ struct Printable<std::string_view> {
 /// The kinds of warnings that are printed 20 times at most.
 enum class MpsWarning {
   truncation,
+  section,
+  marker,
   objective_entry,
   objective_range,
   free_row,

@@ -186,15 +186,27 @@ TEST(LpReaderMessages, Warnings) {
   }
 }
 
-TEST(LpReaderMessages, NameWarningsAreCapped) {
-  const auto unknown_names = [](int count) {
-    std::string text = "min x\nst\nx>=1\nbounds\n";
-    for (int k = 0; k < count; ++k) text += "u" + std::to_string(k) + " <= 1\n";
-    return read_lp(text + "end\n").warnings;
+TEST(LpReaderMessages, EachKindOfWarningIsCapped) {
+  struct Case {
+    const char* line;
+    const char* rest;
   };
-  const std::string twenty = unknown_names(20);
-  EXPECT_EQ(std::count(twenty.begin(), twenty.end(), '\n'), 20);
-  EXPECT_EQ(unknown_names(21), twenty + "1 name warnings not printed.\n");
+  for (const Case& c : {
+           Case{"bounds\nu <= 1\n", "2 name warnings not printed.\n"},
+           Case{"st\n\377x >= 1\n", "2 character warnings not printed.\n"},
+           Case{"st\nx >= 1 y\n", "2 RHS warnings not printed.\n"},
+           Case{"st\nx\n", "2 unfinished constraint warnings not printed.\n"},
+           Case{"bounds\n1 <= x >= 1\n", "2 sense conflict warnings not printed.\n"},
+       }) {
+    const auto warnings = [&c](int count) {
+      std::string text = "min x\nst\nx>=1\n";
+      for (int k = 0; k < count; ++k) text += c.line;
+      return read_lp(text + "end\n").warnings;
+    };
+    const std::string twenty = warnings(20);
+    EXPECT_EQ(std::count(twenty.begin(), twenty.end(), '\n'), 20) << twenty;
+    EXPECT_EQ(warnings(22), twenty + c.rest);
+  }
 }
 
 TEST(LpReaderMessages, LongNamesAreCut) {

@@ -10,7 +10,7 @@
 namespace kelvo {
 namespace {
 
-constexpr int kNameWarningLimit = 20;
+constexpr int kMostPrinted = 20;
 
 /// A zero-terminated copy of a word of the file, which is no longer than a line.
 struct WordText {
@@ -48,7 +48,21 @@ Status LpDiagnostics::error_repeated(int at_line, const char* kind, std::string_
   return report_error(*sink_, error::kNameRepeats, at_line, kind, WordText(name).text);
 }
 
+const char* const LpDiagnostics::kNotPrinted[kKinds] = {
+    "%d character warnings not printed.\n",
+    "%d RHS warnings not printed.\n",
+    "%d unfinished constraint warnings not printed.\n",
+    "%d bracket warnings not printed.\n",
+    "%d sense conflict warnings not printed.\n",
+    "%d name warnings not printed.\n",
+};
+
+bool LpDiagnostics::allowed(Kind kind) {
+  return ++counts_[kind] <= kMostPrinted;
+}
+
 void LpDiagnostics::warn_unexpected_character(int code) {
+  if (!allowed(kCharacter)) return;
   sink_->print(Channel::warning, "Warning, line %d: Unexpected character code %d skipped.\n", line,
                code);
 }
@@ -58,19 +72,23 @@ void LpDiagnostics::warn_objective_ended() {
 }
 
 void LpDiagnostics::warn_after_rhs() {
+  if (!allowed(kAfterRhs)) return;
   sink_->print(Channel::warning, "Warning, line %d: Characters after RHS value are ignored.\n",
                line);
 }
 
 void LpDiagnostics::warn_unfinished_constraint() {
+  if (!allowed(kUnfinished)) return;
   sink_->print(Channel::warning, "Warning, line %d: Unfinished constraint is discarded.\n", line);
 }
 
 void LpDiagnostics::warn_deprecated_bracket() {
+  if (!allowed(kBracket)) return;
   sink_->print(Channel::warning, "Warning, line %d: Deprecated format, expecting '] / 2'.\n", line);
 }
 
 void LpDiagnostics::warn_sense_conflict() {
+  if (!allowed(kSense)) return;
   sink_->print(Channel::warning, "Warning, line %d: Possible sense conflict.\n", line);
 }
 
@@ -90,17 +108,17 @@ void LpDiagnostics::warn_invalid_name(std::string_view name) {
   name_warning("Warning, line %d: '%s' not valid identifier.\n", name);
 }
 
-void LpDiagnostics::name_warning(const char* format, std::string_view name) {
-  if (++name_warnings_ > kNameWarningLimit) return;
+void LpDiagnostics::name_warning(const char* format, std::string_view found) {
+  if (!allowed(kName)) return;
   char text[1024];
-  std::snprintf(text, sizeof text, format, line, WordText(name).text);
+  std::snprintf(text, sizeof text, format, line, WordText(found).text);
   sink_->send(Channel::warning, text);
 }
 
-void LpDiagnostics::close_name_warnings() {
-  if (name_warnings_ > kNameWarningLimit) {
-    sink_->print(Channel::warning, "%d name warnings not printed.\n",
-                 name_warnings_ - kNameWarningLimit);
+void LpDiagnostics::close_warnings() {
+  for (std::size_t kind = 0; kind < kKinds; ++kind) {
+    const int rest = counts_[kind] - kMostPrinted;
+    if (rest > 0) sink_->print(Channel::warning, kNotPrinted[kind], rest);
   }
 }
 

@@ -1,9 +1,10 @@
 // Messages of the LP reader: errors and warnings with the line they belong to.
 //
-// Warnings about names may be as many as a file has names, so only the first 20 are printed and the
-// others are counted.
+// A file may cause a kind of warning without end, so only the first 20 of a kind are printed and
+// the others are counted.
 #pragma once
 
+#include <array>
 #include <string_view>
 
 #include "base/messages.h"
@@ -12,8 +13,12 @@
 namespace kelvo {
 
 class LpDiagnostics {
+  enum Kind { kCharacter, kAfterRhs, kUnfinished, kBracket, kSense, kName, kKinds };
+
  public:
   explicit LpDiagnostics(MessageSink& sink) : sink_(&sink) {}
+
+  using Counts = std::array<int, kKinds>;  // [kind] how often the warning was due
 
   /// Number of the physical line being read, counted from 1.
   int line = 0;
@@ -21,8 +26,6 @@ class LpDiagnostics {
   MessageSink& sink() { return *sink_; }
   /// Redirects all messages; the caller keeps the sink alive.
   void set_sink(MessageSink& sink) { sink_ = &sink; }
-  /// Forgets the warnings about names that have been counted.
-  void restart_name_warnings() { name_warnings_ = 0; }
 
   /// Prints an error whose text takes the line number alone, or none.
   Status error(int code) { return error_at(line, code); }
@@ -47,18 +50,24 @@ class LpDiagnostics {
   void warn_sense_conflict();
   void warn_end_missing();
 
-  /// Warnings about names; they count towards the limit.
+  /// Warnings about names, which are one kind.
   void warn_truncated(std::string_view name);
   void warn_unknown_name(std::string_view name);
   void warn_invalid_name(std::string_view name);
-  /// Says how many warnings about names were left out.
-  void close_name_warnings();
+  const Counts& counts() const { return counts_; }
+  /// Counts from here again, after lines have been read a second time.
+  void set_counts(const Counts& counts) { counts_ = counts; }
+  /// Says how many warnings of each kind were left out.
+  void close_warnings();
 
  private:
+  static const char* const kNotPrinted[kKinds];
+
+  bool allowed(Kind kind);
   void name_warning(const char* format, std::string_view name);
 
   MessageSink* sink_;
-  int name_warnings_ = 0;
+  Counts counts_{};
 };
 
 }  // namespace kelvo

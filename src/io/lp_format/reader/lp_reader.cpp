@@ -114,7 +114,7 @@ Status Parser::finish() {
     KELVO_TRY(leave());
     diagnostics_.warn_end_missing();
   }
-  diagnostics_.close_name_warnings();
+  diagnostics_.close_warnings();
   return {};
 }
 
@@ -239,10 +239,11 @@ Status Session::run() {
 void Session::rewind() {
   SilentSink silence;
   diagnostics_.set_sink(silence);
-  diagnostics_.restart_name_warnings();
+  const LpDiagnostics::Counts told = diagnostics_.counts();
   make_parser();
   transcript_.replay(*parser_, diagnostics_);
   diagnostics_.set_sink(sink_);
+  diagnostics_.set_counts(told);
 }
 
 }  // namespace
