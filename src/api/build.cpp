@@ -65,6 +65,11 @@ Status check_numbers_of(Environment& environment, const WholeLp& lp) {
 Status check_matrix_of(Environment& environment, const WholeLp& lp) {
   const DataCheck check(environment);
   KELVO_TRY(check_areas(environment, lp.begin, lp.count, lp.columns));
+  std::int64_t entries = 0;  // areas may overlap, so that the arrays' lengths are no bound
+  for (int j = 0; j < lp.columns; ++j) entries += lp.count[j];
+  if (entries > std::numeric_limits<int>::max()) {
+    return Status::failure(error::kProblemSizeLimits);
+  }
   KELVO_TRY(check.column_areas(lp.begin, lp.count, lp.columns, lp.rows));
   for (int j = 0; j < lp.columns; ++j) {
     if (lp.count[j] == 0) continue;
@@ -101,7 +106,6 @@ SparseMatrix gather_matrix(const WholeLp& lp) {
   matrix.start.resize(lp.columns + 1);
   std::int64_t entries = 0;
   for (int j = 0; j < lp.columns; ++j) entries += lp.count[j];
-  if (entries > std::numeric_limits<int>::max()) throw std::bad_alloc();
   matrix.index.reserve(entries);
   matrix.value.reserve(entries);
   for (int j = 0; j < lp.columns; ++j) {

@@ -7,6 +7,32 @@ namespace {
 
 using ProblemBuild = ProblemTest;
 
+// Sums of counts beyond 32 bits are refused before anything is read or reserved.
+TEST_F(ProblemBuild, CountsBeyondTheRangeOfIntegers) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  ASSERT_EQ(KLVnewrows(env, lp, 1, nullptr, nullptr, nullptr, nullptr), 0);
+  ASSERT_EQ(KLVnewcols(env, lp, 2, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(KLVnewrows(env, lp, kMost, nullptr, nullptr, nullptr, nullptr), 1012);
+  EXPECT_EQ(KLVnewcols(env, lp, kMost - 1, nullptr, nullptr, nullptr, nullptr, nullptr), 1012);
+  EXPECT_EQ(KLVaddcols(env, lp, kMost - 1, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                       nullptr),
+            1012);
+  EXPECT_EQ(KLVaddrows(env, lp, kMost - 1, 1, 0, nullptr, nullptr, nullptr, nullptr, nullptr,
+                       nullptr, nullptr),
+            1012);
+  EXPECT_EQ(KLVaddrows(env, lp, 0, kMost, 0, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                       nullptr),
+            1012);
+  // Columns that share their entries can have more of them than an array.
+  const int begin[] = {0, 0}, count[] = {kMost, 1}, index[] = {0};
+  const double zero[] = {0, 0}, value[] = {1};
+  EXPECT_EQ(
+      KLVcopylp(env, lp, 2, 1, 1, zero, zero, "L", begin, count, index, value, zero, zero, nullptr),
+      1012);
+  EXPECT_EQ(KLVgetnumrows(env, lp), 1);
+  EXPECT_EQ(KLVgetnumcols(env, lp), 2);
+}
+
 TEST_F(ProblemBuild, ANewProblemIsAnEmptyMinimization) {
   EXPECT_EQ(KLVgetnumrows(env, lp), 0);
   EXPECT_EQ(KLVgetnumcols(env, lp), 0);

@@ -165,6 +165,18 @@ TEST(LpWriter, EverySectionToTheByte) {
   EXPECT_EQ(sink.text_, "");
 }
 
+// A factor is left out only where the reader's 1 differs from it by no more than rounding.
+TEST(LpWriter, OnlyOneItselfIsLeftOut) {
+  Model model = rich_model();
+  model.objective = {1 + 5e-14, -1 + 5e-14, 1 - 2e-13, 1 + 1e-11, -1 + 1e-10, 0};
+  Recorder sink;
+  const std::string text = as_lp(model, sink);
+  EXPECT_EQ(text.substr(0, text.find("\nSubject")),
+            "\\Problem name: rich\n\nMaximize\n"
+            " obj: x - y + 0.9999999999998 flow + 1.00000000001 open - "
+            "0.9999999999 lot");
+}
+
 TEST(LpWriter, TheLastRowOfAConflictIsAComment) {
   Model model = rich_model();
   model.column_type.clear();

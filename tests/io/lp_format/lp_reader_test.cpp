@@ -286,6 +286,22 @@ TEST(LpReader, Indicators) {
   EXPECT_EQ(indicators.rows.rows.start, (Vector<int>{0, 2, 3, 4, 5}));
 }
 
+TEST(LpReader, ASwitchIsZeroOrOneWithinATolerance) {
+  const auto read_switch = [](const std::string& condition) {
+    return read_lp("min x\nst\n" + condition + " -> x >= 2\nend\n");
+  };
+  for (const char* one : {"b = 1.00000000005", "b = 0.99999999995", "0.99999999995 b = 1"}) {
+    const LpReading r = read_switch(one);
+    ASSERT_TRUE(r.status.ok()) << one << r.errors;
+    EXPECT_EQ(r.model.indicators.complemented, (Vector<char>{0})) << one;
+  }
+  EXPECT_EQ(read_switch("b = 0.00000000005").model.indicators.complemented, (Vector<char>{1}));
+  for (const char* other : {"b = 1.0000000002", "b = 0.9999999998", "b = 0.0000000002",
+                            "1.0000000002 b = 1", "0.9999999998 b = 0"}) {
+    EXPECT_EQ(read_switch(other).status.code(), 1439) << other;
+  }
+}
+
 TEST(LpReader, BoundForms) {
   struct Case {
     const char* line;

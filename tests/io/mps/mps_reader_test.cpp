@@ -295,6 +295,8 @@ TEST(MpsReader, BoundTypes) {
            Case{" UP b z 2.5\n", "0 1e+20 C", "0 2.5 I",
                 "Warning:  Non-integral bound value 2.5 for integer column 'z'.\n"},
            Case{" UP b z 2.99999999995\n", "0 1e+20 C", "0 3 I", ""},
+           Case{" UP b z 2.9999999998\n", "0 1e+20 C", "0 3 I",
+                "Warning:  Non-integral bound value 3 for integer column 'z'.\n"},
            Case{" UP b x 5\n UP c x 6\n UP d y 7\n", "0 5 C", "0 1e+20 I",
                 "Warning:  More than one bound set specified. Only the first set is used.\n"},
            Case{" UP b x\n", "0 0 C", "0 1e+20 I",
