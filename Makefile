@@ -1,7 +1,8 @@
 # The front door. `make run` and `make test` work on a bare Debian 12 machine: they install what
 # is missing, build, and run.
 .DEFAULT_GOAL := help
-.PHONY: help packages build run test test-long bench asan tsan format format-check check tidy install clean
+.PHONY: help packages command build run test test-long bench asan tsan coverage format format-check check tidy \
+        install clean
 
 JOBS ?= $(shell nproc)
 PREFIX ?= /usr/local
@@ -21,11 +22,17 @@ help:
 packages:
 	@scripts/install-packages.sh
 
+# The library and the command, without the tests and what those need.
+command:
+	@scripts/install-packages.sh run
+	@cmake --preset release -DBUILD_TESTING=OFF
+	@cmake --build --preset release --target kelvo_command
+
 build: packages
-	@cmake --preset release
+	@cmake --preset release -DBUILD_TESTING=ON
 	@cmake --build --preset release
 
-run: build
+run: command
 	$(KELVO) examples/models/diet.lp --values -
 
 test: build
@@ -34,7 +41,7 @@ test: build
 test-long: build
 	ctest --preset release --label-regex long -j$(JOBS)
 
-bench: build
+bench: command
 	bench/instances.py --kelvo $(KELVO)
 
 asan tsan: packages
@@ -52,11 +59,12 @@ check: build format-check
 	scripts/check_floors.py
 	scripts/check_header.py --library build/release/libkelvo.so
 
-tidy: build
-	@command -v run-clang-tidy >/dev/null || { echo "install clang-tidy for this" >&2; exit 1; }
-	run-clang-tidy -quiet -p build/release '/(src|tools)/'
+tidy:
+	@scripts/install-packages.sh ci
+	@cmake --preset release
+	scripts/tidy.py --build build/release --jobs $(JOBS)
 
-install: build
+install: command
 	cmake --install build/release --prefix $(PREFIX)
 
 clean:

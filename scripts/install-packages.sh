@@ -1,21 +1,33 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and running Kelvo need. Does nothing, and
-# asks nobody, when they are all there.
+# Installs the Debian packages that are missing, without questions; does nothing when they are all
+# there.
+#
+#   scripts/install-packages.sh [run | test | ci]
+#
+# run: what building and running the command takes; test (the default): the tests too; ci: also
+# what else .ci/run checks.
 set -euo pipefail
+purpose=${1:-test}
 
 packages=(
   g++                # the compiler
   cmake ninja-build  # the build
   ccache             # quick rebuilds
   make               # the front door
+  libcli11-dev       # the command's options
+  gzip bzip2         # the library reads and writes compressed files through them
+)
+[[ $purpose == run ]] || packages+=(
   pkg-config         # the installed library is found with it (tested)
   git                # which files the format check looks at
   libgtest-dev       # the tests
   libbenchmark-dev   # the micro-benchmarks
-  libcli11-dev       # the command's options
   python3            # the checks of the sources and the tests of the command
   clang-format       # the format check
-  gzip bzip2         # the library reads and writes compressed files through them
+)
+[[ $purpose != ci ]] || packages+=(
+  clang       # the second compiler
+  clang-tidy  # slips that the compilers let pass
 )
 
 missing=()

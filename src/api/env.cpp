@@ -1,6 +1,7 @@
 // Environments: open, close, children, and what the environment knows about itself.
 #include "api/frame/api_frame.h"
 #include "env/params/override_file.h"
+#include "env/version.h"
 
 namespace kelvo {
 namespace {

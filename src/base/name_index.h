@@ -106,7 +106,7 @@ class NameIndex {
   /// 1 to 8 bytes as a number, padded with zeros, by loads of fixed size.
   static std::uint64_t load(const char* from, std::size_t bytes) {
     if (bytes >= 4) {
-      std::uint32_t low, high;
+      std::uint32_t low = 0, high = 0;
       std::memcpy(&low, from, 4);
       std::memcpy(&high, from + bytes - 4, 4);
       return low | (std::uint64_t{high} >> (8 * (8 - bytes)) << 32);

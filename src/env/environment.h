@@ -21,8 +21,6 @@
 
 namespace kelvo {
 
-inline constexpr const char* kVersion = "12.1.0";
-
 /// Asked by every stop check with (environment, 0); the check returns its result.
 using StopHook = int (*)(klv_env*, int);
 

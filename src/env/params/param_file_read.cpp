@@ -13,6 +13,7 @@
 #include "env/params/param_file_format.h"
 #include "env/params/param_numbers.h"
 #include "env/params/set_parameter.h"
+#include "env/version.h"
 
 namespace kelvo {
 namespace {

@@ -7,6 +7,7 @@
 #include "env/params/param_file.h"
 #include "env/params/param_file_format.h"
 #include "env/params/param_numbers.h"
+#include "env/version.h"
 
 namespace kelvo {
 namespace {

@@ -126,7 +126,7 @@ class LpCollector {
   void add_type(int column, LpSection section) { types_.push_back({column, section}); }
 
   Status open_set(std::string_view label, char type);
-  bool has_set() const { return sos_.type.size() > 0; }
+  bool has_set() const { return !sos_.type.empty(); }
   void add_member(int column, double weight);
   /// Orders the members of the last set by weight; equal weights are an error.
   Status close_set();

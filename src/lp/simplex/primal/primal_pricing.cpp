@@ -12,9 +12,7 @@ constexpr int kHotKept = 64;
 constexpr int kHotLimit = 1024;
 // Free variables should become basic early: their merit counts this many times.
 constexpr double kFreeBonus = 1e6;
-// A devex weight this many times below the one computed from the pivot column is inaccurate; after
-// so many of them the reference framework is reset.
-constexpr double kWeightError = 9.0;
+// After so many devex weights that have grown too large the reference framework is reset.
 constexpr int kInaccurateWeights = 10;
 // Automatic pricing looks at sections for at most this many iterations and this many per row: by
 // then a better choice is worth its work.

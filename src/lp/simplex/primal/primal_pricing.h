@@ -91,7 +91,7 @@ class PrimalPricer {
   double tolerance_ = 0.0;
   double cutoff_ = 0.0;
   bool scanned_ = false;  // hot_ and cutoff_ are valid
-  int inaccurate_ = 0;    // devex weights found far too small since the last reset
+  int inaccurate_ = 0;    // devex weights that have grown too large since the last reset
   Vector<int> banned_;
   WorkVector tau_;      // [m] B^-T (B^-1 a_q) of steepest edge, by row
   WorkVector tau_row_;  // [num_vars]

@@ -1,0 +1,7 @@
+#include "env/version.h"
+
+namespace kelvo {
+
+const char* const kVersion = KELVO_VERSION;
+
+}  // namespace kelvo
