@@ -434,166 +434,169 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 /* ---- Parameters ----------------------------------------------------------------------------- */
 
 /* clang-format off */
-/* Numbers of the parameters: general */
-#define KLV_PARAM_ADVIND             1001
-#define KLV_PARAM_AGGFILL            1002
-#define KLV_PARAM_AGGIND             1003
-#define KLV_PARAM_CFILEMUL           1005
-#define KLV_PARAM_CLOCKTYPE          1006
-#define KLV_PARAM_CRAIND             1007
-#define KLV_PARAM_DEPIND             1008
-#define KLV_PARAM_DPRIIND            1009
-#define KLV_PARAM_PRICELIM           1010
-#define KLV_PARAM_EPMRK              1013
-#define KLV_PARAM_EPOPT              1014
-#define KLV_PARAM_EPPER              1015
-#define KLV_PARAM_EPRHS              1016
-#define KLV_PARAM_SIMDISPLAY         1019
-#define KLV_PARAM_ITLIM              1020
-#define KLV_PARAM_ROWREADLIM         1021
-#define KLV_PARAM_NETFIND            1022
-#define KLV_PARAM_COLREADLIM         1023
-#define KLV_PARAM_NZREADLIM          1024
-#define KLV_PARAM_OBJLLIM            1025
-#define KLV_PARAM_OBJULIM            1026
-#define KLV_PARAM_PERIND             1027
-#define KLV_PARAM_PERLIM             1028
-#define KLV_PARAM_PPRIIND            1029
-#define KLV_PARAM_PREIND             1030
-#define KLV_PARAM_REINV              1031
-#define KLV_PARAM_RFILEMUL           1033
-#define KLV_PARAM_SCAIND             1034
-#define KLV_PARAM_SCRIND             1035
-#define KLV_PARAM_SINGLIM            1037
-#define KLV_PARAM_SINGTOL            1038
-#define KLV_PARAM_TILIM              1039
-#define KLV_PARAM_PREDUAL            1044
-#define KLV_PARAM_PREPASS            1052
-#define KLV_PARAM_DATACHECK          1056
-#define KLV_PARAM_REDUCE             1057
-#define KLV_PARAM_PRELINEAR          1058
-#define KLV_PARAM_LPMETHOD           1062
-#define KLV_PARAM_QPMETHOD           1063
-#define KLV_PARAM_WORKDIR            1064
-#define KLV_PARAM_WORKMEM            1065
-#define KLV_PARAM_THREADS            1067
-#define KLV_PARAM_CONFLICTDISPLAY    1074
-#define KLV_PARAM_SIFTDISPLAY        1076
-#define KLV_PARAM_SIFTALG            1077
-#define KLV_PARAM_SIFTITLIM          1078
-#define KLV_PARAM_MPSLONGNUM         1081
-#define KLV_PARAM_MEMORYEMPHASIS     1082
-#define KLV_PARAM_NUMERICALEMPHASIS  1083
-#define KLV_PARAM_FEASOPTMODE        1084
-#define KLV_PARAM_PARALLELMODE       1109
-#define KLV_PARAM_TUNINGMEASURE      1110
-#define KLV_PARAM_TUNINGREPEAT       1111
-#define KLV_PARAM_TUNINGTILIM        1112
-#define KLV_PARAM_TUNINGDISPLAY      1113
-#define KLV_PARAM_WRITELEVEL         1114
-#define KLV_PARAM_PERFVAR_RUNS       1121
-#define KLV_PARAM_PERFVAR_DISPLAY    1122
-#define KLV_PARAM_PERFVAR_MEASURE    1123
+/* Numbers and meanings of the parameters. KLVinfointparam and its like give defaults and bounds. A *
+ * marks those for which this version has nothing yet that they govern; they keep their values. */
+
+/* General */
+#define KLV_PARAM_ADVIND                 1001 /* start basis: 0 none, 1 as given or crushed, 2 always crushed by presolve */
+#define KLV_PARAM_AGGFILL                1002 /* nonzeros that a substitution of presolve may add */
+#define KLV_PARAM_AGGIND                 1003 /* rounds of substitution in presolve: -1 automatic, 0 none */
+#define KLV_PARAM_CFILEMUL               1005 /* room of the column file of a factor, in nonzeros of the basis */
+#define KLV_PARAM_CLOCKTYPE              1006 /* clock of the time limit: 1 processor time, 0 and 2 elapsed time */
+#define KLV_PARAM_CRAIND                 1007 /* * start basis of a run without one: 1 slacks, 0 crash, -1 crash by the costs */
+#define KLV_PARAM_DEPIND                 1008 /* dependent rows in presolve: -1 automatic, 0 kept, 1 to 3 more effort */
+#define KLV_PARAM_DPRIIND                1009 /* dual pricing: 0 automatic, 1 standard, 2-4 steepest edge, 5 devex */
+#define KLV_PARAM_PRICELIM               1010 /* columns that partial pricing looks at: 0 automatic */
+#define KLV_PARAM_EPMRK                  1013 /* least pivot of a factor, as a share of the largest entry of its column */
+#define KLV_PARAM_EPOPT                  1014 /* optimality tolerance on reduced costs */
+#define KLV_PARAM_EPPER                  1015 /* first magnitude of perturbations */
+#define KLV_PARAM_EPRHS                  1016 /* feasibility tolerance on bounds and rows */
+#define KLV_PARAM_SIMDISPLAY             1019 /* log of the simplex methods: 0 none, 1 refactorizations, 2 iterations */
+#define KLV_PARAM_ITLIM                  1020 /* limit on simplex iterations */
+#define KLV_PARAM_ROWREADLIM             1021 /* rows that a reader makes room for at first */
+#define KLV_PARAM_NETFIND                1022 /* * extraction of networks: 1 plain rows, 2 reflected too, 3 scaled too */
+#define KLV_PARAM_COLREADLIM             1023 /* columns that a reader makes room for at first */
+#define KLV_PARAM_NZREADLIM              1024 /* nonzeros that a reader makes room for at first */
+#define KLV_PARAM_OBJLLIM                1025 /* objective below which the simplex methods stop */
+#define KLV_PARAM_OBJULIM                1026 /* objective above which the simplex methods stop */
+#define KLV_PARAM_PERIND                 1027 /* perturbation: 0 when a run stalls, 1 from the start */
+#define KLV_PARAM_PERLIM                 1028 /* stalled iterations before a perturbation: 0 automatic */
+#define KLV_PARAM_PPRIIND                1029 /* primal pricing: -1 reduced cost, 0 automatic, 1 devex, 2-3 steepest, 4 full */
+#define KLV_PARAM_PREIND                 1030 /* presolve: 0 off, 1 on */
+#define KLV_PARAM_REINV                  1031 /* iterations between factorizations: 0 automatic */
+#define KLV_PARAM_RFILEMUL               1033 /* room of the row file of a factor, in nonzeros of the basis */
+#define KLV_PARAM_SCAIND                 1034 /* scaling: -1 none, 0 equilibration, 1 aggressive */
+#define KLV_PARAM_SCRIND                 1035 /* messages on the screen: 0 no, 1 yes */
+#define KLV_PARAM_SINGLIM                1037 /* repairs of a singular basis in a run */
+#define KLV_PARAM_SINGTOL                1038 /* pivots of a factor below this count as singular */
+#define KLV_PARAM_TILIM                  1039 /* time limit in seconds */
+#define KLV_PARAM_PREDUAL                1044 /* dual form after presolve: -1 never, 0 automatic, 1 always */
+#define KLV_PARAM_PREPASS                1052 /* passes of presolve: -1 automatic */
+#define KLV_PARAM_DATACHECK              1056 /* checks of the data a caller hands in: 0 few, 1 all */
+#define KLV_PARAM_REDUCE                 1057 /* reductions of presolve: 0 none, 1 primal, 2 dual, 3 both */
+#define KLV_PARAM_PRELINEAR              1058 /* reductions that are no linear maps: 0 no, 1 yes */
+#define KLV_PARAM_LPMETHOD               1062 /* method for linear programs: 0 automatic, 1 primal, 2 dual simplex */
+#define KLV_PARAM_QPMETHOD               1063 /* * method for quadratic programs, numbered as for LPMETHOD */
+#define KLV_PARAM_WORKDIR                1064 /* * folder of node files and temporary files */
+#define KLV_PARAM_WORKMEM                1065 /* * megabytes of working memory before files are used */
+#define KLV_PARAM_THREADS                1067 /* threads that an optimizer may use: 0 automatic */
+#define KLV_PARAM_CONFLICTDISPLAY        1074 /* * log of the conflict refiner: 0 none to 2 detailed */
+#define KLV_PARAM_SIFTDISPLAY            1076 /* * log of sifting: 0 none, 1 passes, 2 solves of each pass too */
+#define KLV_PARAM_SIFTALG                1077 /* * method inside sifting, numbered as for LPMETHOD up to 4 */
+#define KLV_PARAM_SIFTITLIM              1078 /* * limit on the passes of sifting */
+#define KLV_PARAM_MPSLONGNUM             1081 /* numbers in MPS files: 0 12 characters, 1 full precision */
+#define KLV_PARAM_MEMORYEMPHASIS         1082 /* * memory emphasis: 0 normal, 1 saves memory at the cost of time */
+#define KLV_PARAM_NUMERICALEMPHASIS      1083 /* care with pivots and substitutions: 0 normal, 1 more */
+#define KLV_PARAM_FEASOPTMODE            1084 /* * FeasOpt: 0 sum, 2 number, 4 squares of relaxations, 1, 3, 5 then optimum */
+#define KLV_PARAM_PARALLELMODE           1109 /* parallel runs: -1 may differ, 0 automatic, 1 repeat exactly */
+#define KLV_PARAM_TUNINGMEASURE          1110 /* * tuning by 1 the mean or 2 the longest time */
+#define KLV_PARAM_TUNINGREPEAT           1111 /* * repetitions of each tuning run */
+#define KLV_PARAM_TUNINGTILIM            1112 /* * seconds for each tuning run */
+#define KLV_PARAM_TUNINGDISPLAY          1113 /* * log of tuning: 0 none to 3 detailed */
+#define KLV_PARAM_WRITELEVEL             1114 /* * solution files: 0 automatic, 1 all, 2 discrete, 3 non-zero, 4 both */
+#define KLV_PARAM_PERFVAR_RUNS           1121 /* * runs of the variability estimator */
+#define KLV_PARAM_PERFVAR_DISPLAY        1122 /* * log of the variability estimator: 0 no, 1 yes */
+#define KLV_PARAM_PERFVAR_MEASURE        1123 /* * measure of the variability estimator */
 
 /* Mixed-integer optimizer */
-#define KLV_PARAM_BRDIR              2001
-#define KLV_PARAM_BTTOL              2002
-#define KLV_PARAM_CLIQUES            2003
-#define KLV_PARAM_COEREDIND          2004
-#define KLV_PARAM_COVERS             2005
-#define KLV_PARAM_CUTLO              2006
-#define KLV_PARAM_CUTUP              2007
-#define KLV_PARAM_EPAGAP             2008
-#define KLV_PARAM_EPGAP              2009
-#define KLV_PARAM_EPINT              2010
-#define KLV_PARAM_MIPDISPLAY         2012
-#define KLV_PARAM_MIPINTERVAL        2013
-#define KLV_PARAM_INTSOLLIM          2015
-#define KLV_PARAM_NODEFILEIND        2016
-#define KLV_PARAM_NODELIM            2017
-#define KLV_PARAM_NODESEL            2018
-#define KLV_PARAM_OBJDIF             2019
-#define KLV_PARAM_MIPORDIND          2020
-#define KLV_PARAM_RELOBJDIF          2022
-#define KLV_PARAM_STARTALG           2025
-#define KLV_PARAM_SUBALG             2026
-#define KLV_PARAM_TRELIM             2027
-#define KLV_PARAM_VARSEL             2028
-#define KLV_PARAM_BNDSTRENIND        2029
-#define KLV_PARAM_HEURFREQ           2031
-#define KLV_PARAM_MIPORDTYPE         2032
-#define KLV_PARAM_CUTSFACTOR         2033
-#define KLV_PARAM_RELAXPREIND        2034
-#define KLV_PARAM_PRESLVND           2037
-#define KLV_PARAM_BBINTERVAL         2039
-#define KLV_PARAM_FLOWCOVERS         2040
-#define KLV_PARAM_IMPLBD             2041
-#define KLV_PARAM_PROBE              2042
-#define KLV_PARAM_GUBCOVERS          2044
-#define KLV_PARAM_STRONGCANDLIM      2045
-#define KLV_PARAM_STRONGITLIM        2046
-#define KLV_PARAM_FRACCAND           2048
-#define KLV_PARAM_FRACCUTS           2049
-#define KLV_PARAM_FRACPASS           2050
-#define KLV_PARAM_FLOWPATHS          2051
-#define KLV_PARAM_MIRCUTS            2052
-#define KLV_PARAM_DISJCUTS           2053
-#define KLV_PARAM_AGGCUTLIM          2054
-#define KLV_PARAM_MIPCBREDLP         2055
-#define KLV_PARAM_CUTPASS            2056
-#define KLV_PARAM_MIPEMPHASIS        2058
-#define KLV_PARAM_SYMMETRY           2059
-#define KLV_PARAM_DIVETYPE           2060
-#define KLV_PARAM_RINSHEUR           2061
-#define KLV_PARAM_SUBMIPNODELIM      2062
-#define KLV_PARAM_LBHEUR             2063
-#define KLV_PARAM_REPEATPRESOLVE     2064
-#define KLV_PARAM_PROBETIME          2065
-#define KLV_PARAM_POLISHTIME         2066
-#define KLV_PARAM_REPAIRTRIES        2067
-#define KLV_PARAM_EPRELAX            2073
-#define KLV_PARAM_FPHEUR             2098
-#define KLV_PARAM_EACHCUTLIM         2102
-#define KLV_PARAM_SOLNPOOLCAPACITY   2103
-#define KLV_PARAM_SOLNPOOLREPLACE    2104
-#define KLV_PARAM_SOLNPOOLGAP        2105
-#define KLV_PARAM_SOLNPOOLAGAP       2106
-#define KLV_PARAM_SOLNPOOLINTENSITY  2107
-#define KLV_PARAM_POPULATELIM        2108
-#define KLV_PARAM_MIPSEARCH          2109
-#define KLV_PARAM_MIQCPSTRAT         2110
-#define KLV_PARAM_ZEROHALFCUTS       2111
-#define KLV_PARAM_POLISHAFTEREPAGAP  2126
-#define KLV_PARAM_POLISHAFTEREPGAP   2127
-#define KLV_PARAM_POLISHAFTERNODE    2128
-#define KLV_PARAM_POLISHAFTERINTSOL  2129
-#define KLV_PARAM_POLISHAFTERTIME    2130
-#define KLV_PARAM_MCFCUTS            2134
+#define KLV_PARAM_BRDIR                  2001 /* * branch first: -1 down, 0 automatic, 1 up */
+#define KLV_PARAM_BTTOL                  2002 /* * share of the gap by which a dive may fall behind before it ends */
+#define KLV_PARAM_CLIQUES                2003 /* * clique cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
+#define KLV_PARAM_COEREDIND              2004 /* * coefficient reduction: 0 off, 1 moderate, 2 more */
+#define KLV_PARAM_COVERS                 2005 /* * cover cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
+#define KLV_PARAM_CUTLO                  2006 /* * cutoff of a maximization: nodes with a smaller objective are dropped */
+#define KLV_PARAM_CUTUP                  2007 /* * cutoff of a minimization: nodes with a larger objective are dropped */
+#define KLV_PARAM_EPAGAP                 2008 /* * absolute gap at which the search stops */
+#define KLV_PARAM_EPGAP                  2009 /* * relative gap at which the search stops */
+#define KLV_PARAM_EPINT                  2010 /* distance from a whole number that still counts as one */
+#define KLV_PARAM_MIPDISPLAY             2012 /* * node log: 0 none to 5 with all node solves */
+#define KLV_PARAM_MIPINTERVAL            2013 /* * nodes between two lines of the node log */
+#define KLV_PARAM_INTSOLLIM              2015 /* * limit on integer solutions */
+#define KLV_PARAM_NODEFILEIND            2016 /* * nodes: 0 in memory, 1 compressed, 2 on disk, 3 compressed on disk */
+#define KLV_PARAM_NODELIM                2017 /* * limit on nodes */
+#define KLV_PARAM_NODESEL                2018 /* * next node: 0 depth first, 1 best bound, 2 best estimate, 3 another estimate */
+#define KLV_PARAM_OBJDIF                 2019 /* * a solution must improve the objective by this */
+#define KLV_PARAM_MIPORDIND              2020 /* * priority order: 0 ignored, 1 used */
+#define KLV_PARAM_RELOBJDIF              2022 /* * a solution must improve the objective by this share */
+#define KLV_PARAM_STARTALG               2025 /* * method at the root, numbered as for LPMETHOD */
+#define KLV_PARAM_SUBALG                 2026 /* * method at the nodes, numbered as for LPMETHOD */
+#define KLV_PARAM_TRELIM                 2027 /* * megabytes that the tree may take */
+#define KLV_PARAM_VARSEL                 2028 /* * branch: -1, 1 least, most infeasible, 0 automatic, 2 pseudocost, 3 strong, 4 */
+#define KLV_PARAM_BNDSTRENIND            2029 /* * bound strengthening of integer models: -1 automatic, 0 off, 1 on */
+#define KLV_PARAM_HEURFREQ               2031 /* * nodes between heuristics: -1 never, 0 automatic */
+#define KLV_PARAM_MIPORDTYPE             2032 /* generated order: 0 none, 1 costs, 2 range of bounds, 3 cost by nonzeros */
+#define KLV_PARAM_CUTSFACTOR             2033 /* * limit on rows and cuts, as a multiple of the rows */
+#define KLV_PARAM_RELAXPREIND            2034 /* * LP presolve of the root relaxation: -1 automatic, 0 off, 1 on */
+#define KLV_PARAM_PRESLVND               2037 /* * presolve at nodes: -1 off, 0 automatic, 1 forced, 2 with more effort */
+#define KLV_PARAM_BBINTERVAL             2039 /* * nodes between choices of the best bound */
+#define KLV_PARAM_FLOWCOVERS             2040 /* * flow cover cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_IMPLBD                 2041 /* * implied bound cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_PROBE                  2042 /* * probing: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
+#define KLV_PARAM_GUBCOVERS              2044 /* * GUB cover cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_STRONGCANDLIM          2045 /* * candidates of strong branching */
+#define KLV_PARAM_STRONGITLIM            2046 /* * iterations for each candidate of strong branching: 0 automatic */
+#define KLV_PARAM_FRACCAND               2048 /* * candidates for Gomory cuts */
+#define KLV_PARAM_FRACCUTS               2049 /* * Gomory cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_FRACPASS               2050 /* * passes of Gomory cuts: 0 automatic */
+#define KLV_PARAM_FLOWPATHS              2051 /* * flow path cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_MIRCUTS                2052 /* * MIR cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_DISJCUTS               2053 /* * disjunctive cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
+#define KLV_PARAM_AGGCUTLIM              2054 /* * rows that may be aggregated for a cut */
+#define KLV_PARAM_MIPCBREDLP             2055 /* * what callbacks see: 0 the model, 1 the presolved model */
+#define KLV_PARAM_CUTPASS                2056 /* * passes of cuts at the root: -1 none, 0 automatic */
+#define KLV_PARAM_MIPEMPHASIS            2058 /* * search: 0 balance, 1 feasibility, 2 optimality, 3 bound, 4 hidden solutions */
+#define KLV_PARAM_SYMMETRY               2059 /* * symmetry: -1 automatic, 0 off, 1 to 5 more and more */
+#define KLV_PARAM_DIVETYPE               2060 /* * dives: 0 automatic, 1 plain, 2 probing, 3 guided */
+#define KLV_PARAM_RINSHEUR               2061 /* * nodes between RINS heuristics: -1 never, 0 automatic */
+#define KLV_PARAM_SUBMIPNODELIM          2062 /* * nodes of searches inside heuristics */
+#define KLV_PARAM_LBHEUR                 2063 /* * local branching after each solution: 0 off, 1 on */
+#define KLV_PARAM_REPEATPRESOLVE         2064 /* * presolve again after the root: -1 automatic, 0 off, 1 to 3 more */
+#define KLV_PARAM_PROBETIME              2065 /* * seconds for probing */
+#define KLV_PARAM_POLISHTIME             2066 /* * seconds of polishing integer solutions */
+#define KLV_PARAM_REPAIRTRIES            2067 /* * attempts to repair a start: -1 none, 0 automatic */
+#define KLV_PARAM_EPRELAX                2073 /* * tolerance on the relaxations of FeasOpt */
+#define KLV_PARAM_FPHEUR                 2098 /* * feasibility pump: -1 off, 0 automatic, 1 feasibility, 2 objective too */
+#define KLV_PARAM_EACHCUTLIM             2102 /* * limit on the cuts of each family */
+#define KLV_PARAM_SOLNPOOLCAPACITY       2103 /* * solutions that the pool keeps */
+#define KLV_PARAM_SOLNPOOLREPLACE        2104 /* * leaves the pool: 0 the oldest, 1 the worst, 2 the least diverse */
+#define KLV_PARAM_SOLNPOOLGAP            2105 /* * relative gap of solutions that the pool keeps */
+#define KLV_PARAM_SOLNPOOLAGAP           2106 /* * absolute gap of solutions that the pool keeps */
+#define KLV_PARAM_SOLNPOOLINTENSITY      2107 /* * effort of the pool: 0 automatic, 1 mild to 4 all solutions */
+#define KLV_PARAM_POPULATELIM            2108 /* * solutions of one call that fills the pool */
+#define KLV_PARAM_MIPSEARCH              2109 /* * search: 0 automatic, 1 traditional, 2 dynamic */
+#define KLV_PARAM_MIQCPSTRAT             2110 /* * relaxations of quadratic constraints: 0 automatic, 1 QCP, 2 LP */
+#define KLV_PARAM_ZEROHALFCUTS           2111 /* * zero-half cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
+#define KLV_PARAM_POLISHAFTEREPAGAP      2126 /* * absolute gap at which polishing begins: 0 not by this */
+#define KLV_PARAM_POLISHAFTEREPGAP       2127 /* * relative gap at which polishing begins: 0 not by this */
+#define KLV_PARAM_POLISHAFTERNODE        2128 /* * nodes after which polishing begins */
+#define KLV_PARAM_POLISHAFTERINTSOL      2129 /* * integer solutions after which polishing begins */
+#define KLV_PARAM_POLISHAFTERTIME        2130 /* * seconds after which polishing begins */
+#define KLV_PARAM_MCFCUTS                2134 /* * multi-commodity flow cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
 
 /* Barrier optimizer */
-#define KLV_PARAM_BAREPCOMP          3002
-#define KLV_PARAM_BARGROWTH          3003
-#define KLV_PARAM_BAROBJRNG          3004
-#define KLV_PARAM_BARALG             3007
-#define KLV_PARAM_BARCOLNZ           3009
-#define KLV_PARAM_BARDISPLAY         3010
-#define KLV_PARAM_BARITLIM           3012
-#define KLV_PARAM_BARMAXCOR          3013
-#define KLV_PARAM_BARORDER           3014
-#define KLV_PARAM_BARSTARTALG        3017
-#define KLV_PARAM_BARCROSSALG        3018
-#define KLV_PARAM_BARQCPEPCOMP       3020
+#define KLV_PARAM_BAREPCOMP              3002 /* * barrier: tolerance on complementarity */
+#define KLV_PARAM_BARGROWTH              3003 /* * barrier: growth of values that means an unbounded face */
+#define KLV_PARAM_BAROBJRNG              3004 /* * barrier: largest magnitude of the objective */
+#define KLV_PARAM_BARALG                 3007 /* * barrier: 1, 2 homogeneous, 0, 3 standard */
+#define KLV_PARAM_BARCOLNZ               3009 /* * barrier: entries that make a column dense: 0 automatic */
+#define KLV_PARAM_BARDISPLAY             3010 /* * barrier log: 0 none, 1 normal, 2 detailed */
+#define KLV_PARAM_BARITLIM               3012 /* * barrier: limit on iterations */
+#define KLV_PARAM_BARMAXCOR              3013 /* * barrier: limit on corrections: -1 automatic */
+#define KLV_PARAM_BARORDER               3014 /* * barrier: ordering: 0 automatic, 1 least degree, 2 least fill, 3 dissection */
+#define KLV_PARAM_BARSTARTALG            3017 /* * barrier: kind of starting point */
+#define KLV_PARAM_BARCROSSALG            3018 /* * crossover after the barrier: -1 none, 0 automatic, 1 primal, 2 dual */
+#define KLV_PARAM_BARQCPEPCOMP           3020 /* * barrier: tolerance on complementarity with quadratic constraints */
 
 /* Quadratic programs */
-#define KLV_PARAM_QPNZREADLIM        4001
-#define KLV_PARAM_QPMAKEPSDIND       4010
+#define KLV_PARAM_QPNZREADLIM            4001 /* quadratic nonzeros that a reader makes room for at first */
+#define KLV_PARAM_QPMAKEPSDIND           4010 /* * indefinite objectives of binary columns: 0 refused, 1 repaired */
 
 /* Network optimizer */
-#define KLV_PARAM_NETITLIM           5001
-#define KLV_PARAM_NETEPOPT           5002
-#define KLV_PARAM_NETEPRHS           5003
-#define KLV_PARAM_NETPPRIIND         5004
-#define KLV_PARAM_NETDISPLAY         5005
+#define KLV_PARAM_NETITLIM               5001 /* * network simplex: limit on iterations */
+#define KLV_PARAM_NETEPOPT               5002 /* * network simplex: optimality tolerance */
+#define KLV_PARAM_NETEPRHS               5003 /* * network simplex: feasibility tolerance */
+#define KLV_PARAM_NETPPRIIND             5004 /* * network simplex: kind of pricing: 1, 2, or 0 and 3 */
+#define KLV_PARAM_NETDISPLAY             5005 /* * network simplex log: 0 none to 2 */
 /* clang-format on */
 
 /* Types of parameters, see KLVgetparamtype. */
@@ -637,6 +640,11 @@ KLV_API int KLVinfostrparam(KLVenv env, int number, char* default_value);
  * hidden parameter and for a number in the range of a group that no parameter has. 1013 outside
  * every group. */
 KLV_API int KLVgetparamname(KLVenv env, int number, char* name);
+
+/* Copies what a parameter means, one line of text, into a buffer of at least 512 characters; the
+ * empty text for a hidden parameter. *effect_p (may be null) receives 0 when this version has
+ * nothing yet that the parameter governs, else 1. 1013, 1004. */
+KLV_API int KLVgetparammeaning(KLVenv env, int number, char* meaning, int* effect_p);
 
 /* Stores the number of the public parameter with a name (case counts). 1028, and -1 is stored, for
  * an unknown name. */

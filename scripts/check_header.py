@@ -3,8 +3,9 @@
 
 kelvo.h compiles by itself as C99 (pedantic) and as C++; each declaration has a comment; the library
 exports exactly the functions that the header declares, and the entry points of the Java bridge. Each
-section of the header has its file in src/api, with the same functions, and each error code that the
-library uses has its macro.
+section of the header has its file in src/api, with the same functions, each error code that the
+library uses has its macro, and the header says of every parameter what the parameter table says:
+its number, its meaning, and whether some part of the library reads it.
 """
 import argparse
 import glob
@@ -16,6 +17,7 @@ import tempfile
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SOURCES = os.path.join(HERE, "..", "src")
+READ_BY_THE_PARAMETERS = ("SCRIND",)  # takes effect when it is set
 JAVA = "Java_zeph_kelvo_Kelvo_"
 COMPILERS = (
     ("C99", ".c", ["-std=c99"]),
@@ -129,6 +131,32 @@ def check_error_codes(header, sources, complain):
         complain("%s is not used by the library" % macro)
 
 
+def check_parameters(header, sources, complain):
+    """A parameter that the library does not read is unused(...) in the table, * in the header."""
+    path = os.path.join(sources, "env", "params", "param_table.cpp")
+    if not os.path.exists(path):
+        return
+    with open(path, encoding="utf-8") as file:
+        table = {name: (not unused, meaning) for unused, name, meaning in
+                 re.findall(r"^ +(unused\()?\w+\(NAMED\((\w+)\).*\"([^\"]*)\"\)", file.read(), re.MULTILINE)}
+    with open(header, encoding="utf-8") as file:
+        told = {name: (star == "", meaning) for name, star, meaning in
+                re.findall(r"^#define KLV_PARAM_(\w+) +\d+ /\* (\* )?(.*) \*/$", file.read(), re.MULTILINE)}
+    read = set()
+    for path in glob.glob(os.path.join(sources, "**", "*.[ch]*"), recursive=True):
+        if os.path.join("env", "params", "") not in path and os.path.basename(path) != "header_values.cpp":
+            with open(path, encoding="utf-8") as file:
+                read.update(re.findall(r"\bparam::([A-Z]\w*)", file.read()))
+    for name in sorted(table.keys() | told.keys()):
+        if table.get(name) != told.get(name):
+            complain("KLV_PARAM_%s: the header says %s, the table %s" % (name, told.get(name), table.get(name)))
+    for name, (effective, _) in sorted(table.items()):
+        if effective and name not in read and name not in READ_BY_THE_PARAMETERS:
+            complain("KLV_PARAM_%s is read by nobody: mark it unused(...) in param_table.cpp and * in kelvo.h" % name)
+        if not effective and name in read:
+            complain("KLV_PARAM_%s is read: it is no longer unused(...) in param_table.cpp, nor * in kelvo.h" % name)
+
+
 def exported(library):
     run = subprocess.run(["nm", "--dynamic", "--defined-only", "--extern-only", library],
                          capture_output=True, text=True, check=True)
@@ -145,6 +173,7 @@ def main():
     check_compiles(arguments.header, faults.append)
     check_sections(arguments.header, os.path.join(arguments.sources, "api"), faults.append)
     check_error_codes(arguments.header, arguments.sources, faults.append)
+    check_parameters(arguments.header, arguments.sources, faults.append)
     declared = {}
     for line, name, documented in declarations(arguments.header):
         if name in declared:

@@ -139,6 +139,18 @@ int KLVgetparamname(KLVenv env, int number, char* name) {
   });
 }
 
+int KLVgetparammeaning(KLVenv env, int number, char* meaning, int* effect_p) {
+  return api_env(env, [&](Environment&) -> Status {
+    KELVO_TRY(check_number(number));
+    KELVO_TRY(check_pointers(meaning));
+    const int row = param_row(number);
+    if (row < 0) return Status::failure(error::kBadParameterNumber);
+    std::strcpy(meaning, param_table()[row].meaning);
+    if (effect_p != nullptr) *effect_p = param_table()[row].has_effect ? 1 : 0;
+    return Status();
+  });
+}
+
 int KLVgetparamnum(KLVenv env, const char* name, int* number_p) {
   return api_env(env, [&](Environment&) -> Status {
     KELVO_TRY(check_pointers(number_p));

@@ -14,10 +14,6 @@ namespace {
 
 /// Extensions and types have at most this many characters when a file is written.
 constexpr std::size_t kLongestType = 3;
-// Hidden parameters.
-constexpr int kEveryObjectiveTerm = 1086;  // 1: the LP writer writes terms with coefficient 0
-constexpr int kLegalizeNames = 1105;       // 1: the LP writer changes names it cannot write
-constexpr int kShowChoices = 1117;         // 1: the MPS reader tells what it selected
 
 struct FormatName {
   const char* text;  // capitals
@@ -71,7 +67,7 @@ MpsReaderSettings mps_settings(const Settings& settings) {
   result.columns = settings.get_int(param::COLREADLIM);
   result.nonzeros = settings.get_int(param::NZREADLIM);
   result.quadratic_nonzeros = settings.get_int(param::QPNZREADLIM);
-  result.show_choices = settings.get_int(kShowChoices) != 0;
+  result.show_choices = settings.get_int(param::SHOW_READER_CHOICES) != 0;
   return result;
 }
 
@@ -205,10 +201,11 @@ Status write_model_file(const char* name, FileFormat format, const Settings& set
     case FileFormat::lp:
     case FileFormat::rewritten_lp:
       KELVO_TRY(open());
-      status = write_lp(model,
-                        {format == FileFormat::rewritten_lp, settings.get_int(kLegalizeNames) != 0,
-                         settings.get_int(kEveryObjectiveTerm) != 0},
-                        sink, stream);
+      status = write_lp(
+          model,
+          {format == FileFormat::rewritten_lp, settings.get_int(param::LEGALIZE_NAMES) != 0,
+           settings.get_int(param::EVERY_OBJECTIVE_TERM) != 0},
+          sink, stream);
       break;
     default:
       return Status::failure(error::kBadFileType);

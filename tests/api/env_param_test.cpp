@@ -207,4 +207,30 @@ TEST_F(Parameters, AChildStartsWithTheParentsValuesAndThenGoesItsOwnWay) {
   EXPECT_EQ(get_text(KLV_PARAM_WORKDIR), "parent");
 }
 
+TEST_F(Parameters, NamesAndMeaningsOfAll) {
+  int public_ones = 0;
+  for (int number = 1001; number < 6000; ++number) {
+    char name[512], meaning[512];
+    if (KLVgetparammeaning(env, number, meaning, nullptr) != 0) continue;
+    ASSERT_EQ(KLVgetparamname(env, number, name), 0);
+    EXPECT_EQ(name[0] == '\0', meaning[0] == '\0') << number;
+    if (name[0] == '\0') continue;
+    ++public_ones;
+    int found = 0;
+    EXPECT_EQ(KLVgetparamnum(env, name, &found), 0) << name;
+    EXPECT_EQ(found, number) << name;
+    EXPECT_LT(std::strlen(meaning), 80u) << name;
+  }
+  EXPECT_EQ(public_ones, 151);
+  char meaning[512];
+  int has_effect = -1;
+  EXPECT_EQ(KLVgetparammeaning(env, KLV_PARAM_EPOPT, meaning, &has_effect), 0);
+  EXPECT_STREQ(meaning, "optimality tolerance on reduced costs");
+  EXPECT_EQ(has_effect, 1);
+  EXPECT_EQ(KLVgetparammeaning(env, KLV_PARAM_BARITLIM, meaning, &has_effect), 0);
+  EXPECT_EQ(has_effect, 0);
+  EXPECT_EQ(KLVgetparammeaning(env, 1500, meaning, &has_effect), 1013);
+  EXPECT_EQ(KLVgetparammeaning(env, KLV_PARAM_EPOPT, nullptr, &has_effect), 1004);
+}
+
 }  // namespace

@@ -130,6 +130,46 @@ class Solving(Command):
         self.assertLess(relaxed["objective"], 1695)  # the integer optimum
         self.assertIn("open_w", self.read("values"))
 
+    def test_a_relaxation_keeps_names_numbers_and_senses(self):
+        self.file("mixed.lp", """Maximize
+ profit: 3 alpha + 2 beta - gamma + delta
+Subject To
+ first: alpha + beta <= 4.5
+ second: alpha - gamma >= -2
+ third: beta + delta <= 3
+Bounds
+ 2 <= gamma <= 7
+ alpha <= 3
+General
+ alpha
+Binary
+ beta
+Semi-continuous
+ gamma
+SOS
+ choice: S1:: alpha:1 beta:2
+End
+""")
+        self.file("continuous.lp", """Maximize
+ profit: 3 alpha + 2 beta - gamma + delta
+Subject To
+ first: alpha + beta <= 4.5
+ second: alpha - gamma >= -2
+ third: beta + delta <= 3
+Bounds
+ 0 <= gamma <= 7
+ alpha <= 3
+ beta <= 1
+End
+""")
+        for ending in ("lp", "mps"):
+            self.succeed("mixed.lp", "--relax", "--write", "relaxed." + ending, "--values", "relaxed.txt")
+            self.succeed("convert", "continuous.lp", "expected." + ending)
+            relaxed, expected = (self.read(name + ending).replace(name[:-1] + ".lp", "")
+                                 for name in ("relaxed.", "expected."))
+            self.assertEqual(relaxed, expected)
+        self.assertIn("alpha 3", self.read("relaxed.txt"))
+
 
 class Files(Command):
     def test_compressed_models_and_written_ones(self):
@@ -222,15 +262,15 @@ class Options(Command):
     def test_wrong_ones_are_told_in_a_line(self):
         diet = os.path.join(MODELS, "diet.lp")
         self.fail_with("no model", "--quiet")
-        self.fail_with("--help", diet, "--no-such-option")
+        self.fail_with(["'--no-such-option'", "--help"], diet, "--no-such-option")
         self.fail_with("fastest", diet, "--method", "fastest")
-        for method in ("network", "barrier", "sifting", "concurrent"):
-            self.fail_with([method, "not have it yet"], diet, "--method", method)
+        self.fail_with(["barrier", "auto, primal, dual"], diet, "--method", "barrier")
         self.fail_with("'NOSUCH'", diet, "--set", "NOSUCH=1")
         self.fail_with("NAME=VALUE", diet, "--set", "ITLIM")
         self.fail_with(["ITLIM", "'many'"], diet, "--set", "ITLIM=many")
         self.fail_with("ITLIM", diet, "--set", "ITLIM=99999999999")
-        self.fail_with(["EPOPT", "too big"], diet, "--set", "EPOPT=3")
+        self.fail_with(["EPOPT", "1e-09 .. 0.1"], diet, "--set", "EPOPT=3")
+        self.fail_with("'second'", diet, "second")
         self.fail_with("--time-limit", diet, "--time-limit", "-1")
         self.fail_with("--threads", diet, "--threads", "two")
 
@@ -242,18 +282,38 @@ class Options(Command):
         with open(os.path.join(SOURCE, "CHANGELOG.md"), encoding="utf-8") as file:
             self.assertEqual(re.search(r"^## ([\d.]+)", file.read(), re.MULTILINE).group(1), version)
         text = self.succeed("--help")
-        for option in ("--method", "--set", "--time-limit", "--threads", "--relax", "--quiet", "--log", "--write",
-                       "--values", "--json", "--basis", "--params", "--write-params", "info", "convert", "params"):
+        for option in ("--method", "--set", "--time-limit", "--relax", "--quiet", "--log", "--write", "--values",
+                       "--json", "--basis", "--params", "--write-params", "info", "convert", "params"):
             self.assertIn(option, text)
+        self.assertEqual(self.succeed(), text)
+        for command, line in {"info": "kelvo info MODEL\n", "convert": "kelvo convert IN OUT\n",
+                              "params": "kelvo params [TEXT] [OPTIONS]\n"}.items():
+            self.assertIn("Usage:\n  " + line, self.succeed(command, "--help"))
 
     def test_params(self):
-        every = self.succeed("params").splitlines()
-        self.assertGreater(len(every), 100)
-        limits = self.succeed("params", "tilim").splitlines()
-        self.assertEqual([line.split()[0] for line in limits[1:]], ["KLV_PARAM_TILIM", "KLV_PARAM_TUNINGTILIM"])
-        self.assertEqual(limits[1].split(), ["KLV_PARAM_TILIM", "1039", "double", "1e+75", "1e+75", "0", "..", "1e+75"])
-        self.assertEqual(len(self.succeed("params", "tilim*").splitlines()), 2)
-        self.assertIn('"."', self.succeed("params", "KLV_PARAM_WORKDIR"))
+        def names(*arguments):
+            return [line.split()[0] for line in self.succeed("params", *arguments).splitlines()[1:]]
+
+        lines = self.succeed("params", "--all").splitlines()
+        self.assertEqual(len(lines), 152)
+        starts = {line.index(text) for line, text in zip(lines, ["meaning", "start basis", "nonzeros"])}
+        self.assertEqual(len(starts), 1)  # aligned
+        for line in lines[1:]:
+            self.assertRegex(line, r"^[A-Z_]+ +\S+ +\S.*  [A-Za-z0-9]\S* \S")  # each has its meaning
+        used = names()
+        self.assertIn("EPOPT", used)
+        self.assertNotIn("BARITLIM", used)
+        self.assertEqual(names("tilim", "--all"), ["TILIM", "TUNINGTILIM"])
+        self.assertEqual(names("TILIM*"), ["TILIM"])
+        self.assertEqual(names("Optimality"), ["EPOPT"])
+        self.assertIn('"."', self.succeed("params", "KLV_PARAM_WORKDIR", "--all"))
+        self.assertEqual(self.succeed("params", "tilim").splitlines()[1].split(),
+                         ["TILIM", "1e+75", ">=", "0", "time", "limit", "in", "seconds"])
+        self.assertNotIn("EPOPT", self.succeed("params", "--changed"))
+        self.file("a.prm", "KELVO Parameter File Version 12.1.0\nKLV_PARAM_ITLIM 7\n")
+        changed = ("--changed", "--params", "a.prm", "--set", "EPOPT=1e-8")
+        self.assertEqual(names(*changed), ["EPOPT", "ITLIM"])
+        self.assertIn("[default 2100000000]", self.succeed("params", *changed))
         self.fail_with("nonsense", "params", "nonsense")
 
     def test_info(self):

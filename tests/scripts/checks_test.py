@@ -136,6 +136,21 @@ class Header(unittest.TestCase):
         self.assertEqual(self.check(self.GOOD, sources=uses)[0], 1)
         self.assertEqual(self.check(macro + self.GOOD, self.BODY)[0], 1)
 
+    def test_parameters_agree_with_the_table(self):
+        table = '    integer(NAMED(ITLIM), 5, 0, 9, "limit"),\n    unused(real(NAMED(EPGAP), 1, 0, 9, "gap")),\n'
+        macros = "#define KLV_PARAM_ITLIM 1020 /* limit */\n#define KLV_PARAM_EPGAP 2009 /* * gap */\n"
+        reads = self.BODY + "// get_int(param::ITLIM)\n"
+
+        def status(macros, table, code):
+            return self.check(macros + self.GOOD, sources={"src/env/params/param_table.cpp": table,
+                                                           "src/api/a.cpp": code})[0]
+
+        self.assertEqual(status(macros, table, reads), 0)
+        self.assertEqual(status(macros.replace("limit", "other"), table, reads), 1)
+        self.assertEqual(status(macros.replace("* * gap", "* gap"), table, reads), 1)
+        self.assertEqual(status(macros, table, self.BODY), 1)
+        self.assertEqual(status(macros, table, reads + "// param::EPGAP\n"), 1)
+
 
 if __name__ == "__main__":
     unittest.main()

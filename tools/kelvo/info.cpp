@@ -12,14 +12,12 @@
 namespace kelvo::command {
 namespace {
 
-constexpr double kInfinity = 1e20;  // bounds of this magnitude do not bind
-
 /// Smallest and largest magnitude of the finite non-zero numbers seen.
 class Range {
  public:
   void add(double value) {
     const double magnitude = std::fabs(value);
-    if (magnitude == 0.0 || !(magnitude < kInfinity)) return;
+    if (magnitude == 0.0 || !(magnitude < KLV_INFINITY)) return;
     smallest_ = std::min(smallest_, magnitude);
     largest_ = std::max(largest_, magnitude);
   }
@@ -68,8 +66,8 @@ void print_columns(const ModelData& data) {
   Count lower{"with a lower bound alone", 0}, upper{"with an upper bound alone", 0};
   Count boxed{"bounded on both sides", 0}, fixed{"fixed", 0}, free{"free", 0};
   for (std::size_t j = 0; j < data.lower.size(); ++j) {
-    const bool has_lower = data.lower[j] > -kInfinity;
-    const bool has_upper = data.upper[j] < kInfinity;
+    const bool has_lower = data.lower[j] > -KLV_INFINITY;
+    const bool has_upper = data.upper[j] < KLV_INFINITY;
     Count& kind = has_lower && has_upper ? (data.lower[j] == data.upper[j] ? fixed : boxed)
                   : has_lower            ? lower
                   : has_upper            ? upper
@@ -93,17 +91,17 @@ void print_types(const Session& session) {
 
 const char* type_name(int type) {
   switch (type) {
-    case 0:
+    case KLV_PROBTYPE_LP:
       return "linear program";
-    case 1:
+    case KLV_PROBTYPE_MILP:
       return "mixed-integer linear program";
-    case 5:
+    case KLV_PROBTYPE_QP:
       return "quadratic program";
-    case 7:
+    case KLV_PROBTYPE_MIQP:
       return "mixed-integer quadratic program";
-    case 10:
+    case KLV_PROBTYPE_QCP:
       return "quadratically constrained program";
-    case 11:
+    case KLV_PROBTYPE_MIQCP:
       return "mixed-integer quadratically constrained program";
     default:
       return "unknown";

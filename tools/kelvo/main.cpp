@@ -26,7 +26,8 @@ int main(int argc, char** argv) {
         break;
       case Options::Action::params: {
         Session session;
-        list_parameters(session, options.pattern);
+        read_parameters(session, options.parameter_file, options.settings);
+        list_parameters(session, options.list);
         break;
       }
       case Options::Action::done:

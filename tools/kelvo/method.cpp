@@ -1,19 +1,20 @@
 #include "method.h"
 
 #include "failure.h"
+#include "kelvo.h"
 
 namespace kelvo::command {
 namespace {
 
 struct Method {
   const char* name;
-  int code;    // of the parameter LPMETHOD
-  bool built;  // this version has it
+  int code;
 };
 
 constexpr Method kMethods[] = {
-    {"auto", 0, true},     {"primal", 1, true},   {"dual", 2, true},        {"network", 3, false},
-    {"barrier", 4, false}, {"sifting", 5, false}, {"concurrent", 6, false},
+    {"auto", KLV_METHOD_AUTOMATIC},
+    {"primal", KLV_METHOD_PRIMAL},
+    {"dual", KLV_METHOD_DUAL},
 };
 
 }  // namespace
@@ -27,9 +28,7 @@ std::string method_names() {
 
 int method_code(const std::string& name) {
   for (const Method& method : kMethods) {
-    if (name != method.name) continue;
-    if (!method.built) throw Failure("--method " + name + ": this version does not have it yet");
-    return method.code;
+    if (name == method.name) return method.code;
   }
   throw Failure("--method: no method '" + name + "'; there are " + method_names());
 }

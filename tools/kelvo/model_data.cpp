@@ -6,38 +6,6 @@ namespace kelvo::command {
 namespace {
 
 constexpr const char* kWhat = "cannot read the model back";
-constexpr int kNoNames = 1219;
-
-template <class Get>
-std::vector<std::string> names_by(Session& session, int count, Get get) {
-  if (count == 0) return {};
-  int surplus = 0;
-  if (get(session.env(), session.problem(), nullptr, nullptr, 0, &surplus, 0, count - 1) ==
-      kNoNames) {
-    session.take_errors();
-    return {};
-  }
-  std::vector<char> store(static_cast<std::size_t>(std::max(1, -surplus)));
-  std::vector<char*> name(static_cast<std::size_t>(count));
-  session.check(get(session.env(), session.problem(), name.data(), store.data(),
-                    static_cast<int>(store.size()), &surplus, 0, count - 1),
-                "cannot read the names");
-  return {name.begin(), name.end()};
-}
-
-template <class Get>
-std::string name_by(Session& session, Get get) {
-  int surplus = 0;
-  if (get(session.env(), session.problem(), nullptr, 0, &surplus) == kNoNames) {
-    session.take_errors();
-    return {};
-  }
-  std::vector<char> text(static_cast<std::size_t>(std::max(1, -surplus)));
-  session.check(
-      get(session.env(), session.problem(), text.data(), static_cast<int>(text.size()), &surplus),
-      "cannot read the names");
-  return text.data();
-}
 
 }  // namespace
 
@@ -85,20 +53,23 @@ ModelData read_model_data(Session& session) {
   return data;
 }
 
-std::string problem_name(Session& session) {
-  return name_by(session, KLVgetprobname);
-}
-
-std::string objective_name(Session& session) {
-  return name_by(session, KLVgetobjname);
-}
-
 std::vector<std::string> column_names(Session& session) {
-  return names_by(session, KLVgetnumcols(session.env(), session.problem()), KLVgetcolname);
-}
-
-std::vector<std::string> row_names(Session& session) {
-  return names_by(session, KLVgetnumrows(session.env(), session.problem()), KLVgetrowname);
+  KLVenv env = session.env();
+  KLVprob problem = session.problem();
+  const int count = KLVgetnumcols(env, problem);
+  if (count == 0) return {};
+  int surplus = 0;
+  if (KLVgetcolname(env, problem, nullptr, nullptr, 0, &surplus, 0, count - 1) ==
+      KLV_ERROR_NO_NAMES) {
+    session.take_errors();
+    return {};
+  }
+  std::vector<char> store(static_cast<std::size_t>(std::max(1, -surplus)));
+  std::vector<char*> name(static_cast<std::size_t>(count));
+  session.check(KLVgetcolname(env, problem, name.data(), store.data(),
+                              static_cast<int>(store.size()), &surplus, 0, count - 1),
+                "cannot read the names");
+  return {name.begin(), name.end()};
 }
 
 }  // namespace kelvo::command

@@ -27,12 +27,7 @@ struct ModelData {
 /// Throws Failure.
 ModelData read_model_data(Session& session);
 
-/// The problem's name, and that of the objective; empty when there is none. Throws Failure.
-std::string problem_name(Session& session);
-std::string objective_name(Session& session);
-
-/// Names of all columns (rows), in order; empty when the model has none. Throws Failure.
+/// Names of all columns, in order; empty when the model has none. Throws Failure.
 std::vector<std::string> column_names(Session& session);
-std::vector<std::string> row_names(Session& session);
 
 }  // namespace kelvo::command

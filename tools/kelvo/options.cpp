@@ -1,6 +1,8 @@
 #include "options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
 
 #include "failure.h"
 #include "method.h"
@@ -11,7 +13,7 @@ namespace {
 
 constexpr const char* kDescription =
     "Reads a model, solves it, and prints the log and a summary. The format follows from the\n"
-    "name: .lp, .mps, .qps, .net, .min, each also with .gz or .bz2 behind it.";
+    "name: .lp, .mps or .qps, each also with .gz or .bz2 behind it.";
 
 constexpr const char* kFooter =
     "The exit code is 0 when the solve ended with a status of its own (infeasible and limits\n"
@@ -23,18 +25,30 @@ constexpr const char* kFooter =
     "  kelvo model.lp --method primal --set scaind=-1 --values solution.txt\n"
     "  kelvo model.lp --write end.bas; kelvo changed.lp --basis end.bas\n"
     "  kelvo convert model.mps model.lp.gz\n"
-    "  kelvo params lim";
+    "  kelvo params tolerance";
 
 constexpr const char* kHint = " (kelvo --help shows the options)";
 
 class HelpText : public CLI::Formatter {
  public:
-  HelpText() { column_width(24); }
+  HelpText() {
+    column_width(24);
+    label("Positionals", "Arguments");
+    label("Subcommands", "Other commands");
+  }
 
   std::string make_usage(const CLI::App* app, std::string name) const override {
-    if (app->get_parent() != nullptr) return CLI::Formatter::make_usage(app, name);
-    return "\nUsage:\n  kelvo MODEL [OPTIONS]\n  kelvo info MODEL\n"
-           "  kelvo convert IN OUT\n  kelvo params [PATTERN]\n";
+    if (app->get_parent() == nullptr) {
+      return "\nUsage:\n  kelvo MODEL [OPTIONS]\n  kelvo info MODEL\n"
+             "  kelvo convert IN OUT\n  kelvo params [TEXT] [OPTIONS]\n";
+    }
+    std::string usage = "\nUsage:\n  " + name;
+    for (const CLI::Option* option : app->get_options()) {
+      if (!option->get_positional()) continue;
+      const std::string& word = option->get_name(true);
+      usage += option->get_required() ? " " + word : " [" + word + "]";
+    }
+    return usage + (app->get_options().size() > 3 ? " [OPTIONS]\n" : "\n");
   }
 };
 
@@ -43,10 +57,13 @@ std::string not_negative(const std::string& text) {
   return !text.empty() && text[0] == '-' ? "'" + text + "' is negative" : std::string();
 }
 
-void add_solve_options(CLI::App& app, Options& options) {
-  app.add_option("MODEL", options.model, "the model file")->option_text(" ");
-  app.add_option("--method", options.method, "how to solve a linear program:\n" + method_names())
-      ->option_text("NAME");
+/// The same for all that is no count; an option outside the help has no name in other messages.
+std::string is_thread_count(const std::string& text) {
+  const bool digits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+  return digits && text.size() < 10 ? "" : "--threads: '" + text + "' is no number of threads";
+}
+
+void add_parameter_options(CLI::App& app, Options& options) {
   app.add_option("--set", options.settings,
                  "set a parameter (kelvo params lists them);\n"
                  "KLV_PARAM_ may be left out, any case will do")
@@ -55,6 +72,13 @@ void add_solve_options(CLI::App& app, Options& options) {
   app.add_option("--params", options.parameter_file,
                  "read a parameter file; --set comes on top of it")
       ->option_text("FILE");
+}
+
+void add_solve_options(CLI::App& app, Options& options) {
+  app.add_option("MODEL", options.model, "the model file")->option_text(" ");
+  app.add_option("--method", options.method, "how to solve a linear program:\n" + method_names())
+      ->option_text("NAME");
+  add_parameter_options(app, options);
   app.add_option("--write-params", options.write_parameter_file,
                  "write the parameters that differ from their defaults")
       ->option_text("FILE");
@@ -63,9 +87,9 @@ void add_solve_options(CLI::App& app, Options& options) {
   app.add_option("--time-limit", options.time_limit, "stop after so many seconds, reading included")
       ->option_text("S")
       ->check(not_negative);
-  app.add_option("--threads", options.threads, "use at most N threads (0: the library's choice)")
-      ->option_text("N")
-      ->check(not_negative);
+  app.add_option("--threads", options.threads)
+      ->group("")  // no optimizer of this version works with several threads
+      ->check(is_thread_count);
   app.add_flag("--relax", options.relax, "drop integrality and the other discrete parts");
   app.add_flag("--quiet", options.quiet, "no log, the summary alone");
   app.add_option("--log", options.log_file, "write the log to a file too")->option_text("FILE");
@@ -94,25 +118,40 @@ Options parse_options(int argc, char** argv) {
   add_solve_options(app, options);
 
   CLI::App* info = app.add_subcommand("info", "show what a model holds, without solving it");
-  info->add_option("MODEL", options.model, "the model file")->option_text(" ");
+  info->add_option("MODEL", options.model, "the model file")->option_text(" ")->required();
   CLI::App* convert =
       app.add_subcommand("convert", "write a model in the format that the new name says");
   convert->add_option("IN", options.model, "the model file")->option_text(" ")->required();
   convert->add_option("OUT", options.output, "the file to write")->option_text(" ")->required();
-  CLI::App* params = app.add_subcommand("params", "list the parameters");
+  CLI::App* params = app.add_subcommand("params", "list the parameters: value, range and meaning");
   params
-      ->add_option("PATTERN", options.pattern,
-                   "a part of the name, or a pattern with * and ?; any case")
+      ->add_option("TEXT", options.list.pattern,
+                   "part of the name or the meaning, or a name with * and ?;\nany case")
       ->option_text(" ");
+  params->add_flag("--changed", options.list.changed, "only those that differ from their defaults");
+  params->add_flag("--all", options.list.every, "also those that this version does not use yet");
+  add_parameter_options(*params, options);
   app.require_subcommand(0, 1);
   app.footer(kFooter);  // after the subcommands, which would take it over
 
+  if (argc == 1) {
+    std::fputs(app.help().c_str(), stdout);
+    options.action = Options::Action::done;
+    return options;
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& request) {  // help and version
     app.exit(request);
     options.action = Options::Action::done;
     return options;
+  } catch (const CLI::ExtrasError&) {
+    const std::vector<std::string> left = app.remaining(true);
+    const auto is_option = [](const std::string& word) { return word[0] == '-'; };
+    const auto found = std::find_if(left.begin(), left.end(), is_option);
+    const std::string& word = found != left.end() ? *found : left.front();
+    throw Failure((is_option(word) ? "no option '" : "one argument too many: '") + word + "'" +
+                  kHint);
   } catch (const CLI::ParseError& error) {
     throw Failure(error.what() + std::string(kHint));
   }

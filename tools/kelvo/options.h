@@ -5,15 +5,17 @@
 #include <string>
 #include <vector>
 
+#include "parameters.h"
+
 namespace kelvo::command {
 
 struct Options {
   enum class Action { solve, info, convert, params, done };
 
   Action action = Action::solve;
-  std::string model;    // the file to read
-  std::string pattern;  // of `kelvo params`
-  std::string output;   // of `kelvo convert`
+  std::string model;   // the file to read
+  ParameterList list;  // of `kelvo params`
+  std::string output;  // of `kelvo convert`
 
   std::string method;                 // empty: as the parameters say
   std::vector<std::string> settings;  // NAME=VALUE

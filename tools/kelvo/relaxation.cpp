@@ -3,80 +3,66 @@
 #include <algorithm>
 #include <vector>
 
-#include "failure.h"
-#include "model_data.h"
-
 namespace kelvo::command {
 namespace {
 
-// Types of problems, as the library numbers them.
-constexpr int kMixedIntegerLinear = 1;
-constexpr int kMixedIntegerQuadratic = 7;
-constexpr int kMixedIntegerQuadraticallyConstrained = 11;
-
-std::vector<const char*> pointers(const std::vector<std::string>& names) {
-  std::vector<const char*> result;
-  for (const std::string& name : names) result.push_back(name.c_str());
-  return result;
-}
-
-template <class T>
-const T* data_or_null(const std::vector<T>& values) {
-  return values.empty() ? nullptr : values.data();
-}
+constexpr const char* kWhat = "cannot drop the discrete parts";
 
 /// The values that a semi-continuous column can take are 0 and those between its bounds; without
 /// the gap its bounds reach to 0.
-void widen_to_zero(Session& session, ModelData& data) {
-  if (data.num_cols == 0) return;
-  std::vector<char> types(data.lower.size());
-  session.check(KLVgetctype(session.env(), session.problem(), types.data(), 0, data.num_cols - 1),
-                "cannot read the column types");
-  for (std::size_t j = 0; j < types.size(); ++j) {
-    if (types[j] != 'S' && types[j] != 'N') continue;
-    data.lower[j] = std::min(data.lower[j], 0.0);
-    data.upper[j] = std::max(data.upper[j], 0.0);
+void widen_to_zero(Session& session) {
+  const int count = KLVgetnumcols(session.env(), session.problem());
+  if (count == 0) return;
+  const auto n = static_cast<std::size_t>(count);
+  std::vector<char> types(n);
+  std::vector<double> lower(n), upper(n);
+  session.check(KLVgetctype(session.env(), session.problem(), types.data(), 0, count - 1), kWhat);
+  session.check(KLVgetlb(session.env(), session.problem(), lower.data(), 0, count - 1), kWhat);
+  session.check(KLVgetub(session.env(), session.problem(), upper.data(), 0, count - 1), kWhat);
+  std::vector<int> columns;
+  std::vector<char> codes;
+  std::vector<double> bounds;
+  const auto change = [&](int column, char code, double bound) {
+    columns.push_back(column);
+    codes.push_back(code);
+    bounds.push_back(bound);
+  };
+  for (int j = 0; j < count; ++j) {
+    const auto at = static_cast<std::size_t>(j);
+    if (types[at] != KLV_COLUMN_SEMI_CONTINUOUS && types[at] != KLV_COLUMN_SEMI_INTEGER) continue;
+    change(j, KLV_BOUND_LOWER, std::min(lower[at], 0.0));
+    change(j, KLV_BOUND_UPPER, std::max(upper[at], 0.0));
+  }
+  session.check(KLVchgbds(session.env(), session.problem(), static_cast<int>(columns.size()),
+                          columns.data(), codes.data(), bounds.data()),
+                kWhat);
+}
+
+/// The type that is left of a mixed-integer one, -1 of any other.
+int relaxed_type(int type) {
+  switch (type) {
+    case KLV_PROBTYPE_MILP:
+      return KLV_PROBTYPE_LP;
+    case KLV_PROBTYPE_MIQP:
+      return KLV_PROBTYPE_QP;
+    case KLV_PROBTYPE_MIQCP:
+      return KLV_PROBTYPE_QCP;
+    default:
+      return -1;
   }
 }
 
 }  // namespace
 
 bool is_mixed_integer(const Session& session) {
-  const int type = KLVgetprobtype(session.env(), session.problem());
-  return type == kMixedIntegerLinear || type == kMixedIntegerQuadratic ||
-         type == kMixedIntegerQuadraticallyConstrained;
+  return relaxed_type(KLVgetprobtype(session.env(), session.problem())) >= 0;
 }
 
 void relax(Session& session) {
   if (!is_mixed_integer(session)) return;
-  if (KLVgetprobtype(session.env(), session.problem()) != kMixedIntegerLinear) {
-    throw Failure("--relax: this version cannot take over the quadratic parts");
-  }
-  ModelData data = read_model_data(session);
-  widen_to_zero(session, data);
-  const std::vector<std::string> columns = column_names(session);
-  const std::vector<std::string> rows = row_names(session);
-  const std::vector<const char*> column_pointers = pointers(columns);
-  const std::vector<const char*> row_pointers = pointers(rows);
-  std::vector<int> count(data.start.size());
-  for (std::size_t j = 0; j + 1 < data.start.size(); ++j)
-    count[j] = data.start[j + 1] - data.start[j];
-
-  int status = 0;
-  KLVprob relaxed = KLVcreateprob(session.env(), &status, problem_name(session).c_str());
-  session.check(status, "cannot create a problem");
-  status = KLVcopylpwnames(
-      session.env(), relaxed, data.num_cols, data.num_rows, data.sense,
-      data_or_null(data.objective), data_or_null(data.rhs), data_or_null(data.row_sense),
-      data.start.data(), count.data(), data_or_null(data.index), data_or_null(data.value),
-      data_or_null(data.lower), data_or_null(data.upper), data_or_null(data.range),
-      data_or_null(column_pointers), data_or_null(row_pointers));
-  if (const std::string name = objective_name(session); status == 0 && !name.empty()) {
-    status = KLVcopyobjname(session.env(), relaxed, name.c_str());
-  }
-  if (status != 0) KLVfreeprob(session.env(), &relaxed);
-  session.check(status, "cannot drop the discrete parts");
-  session.replace_problem(relaxed);
+  const int type = relaxed_type(KLVgetprobtype(session.env(), session.problem()));
+  widen_to_zero(session);
+  session.check(KLVchgprobtype(session.env(), session.problem(), type), kWhat);
 }
 
 }  // namespace kelvo::command

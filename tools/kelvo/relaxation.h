@@ -8,7 +8,8 @@ namespace kelvo::command {
 /// True when the problem has column types, sets or indicator constraints.
 bool is_mixed_integer(const Session& session);
 
-/// Drops them. Throws Failure.
+/// Drops them and lets semi-continuous columns take every value from 0 to their bounds; names and
+/// everything else stay. Throws Failure.
 void relax(Session& session);
 
 }  // namespace kelvo::command

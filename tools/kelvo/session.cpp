@@ -90,13 +90,9 @@ void Session::read(const std::string& path) {
   int status = 0;
   KLVprob problem = KLVcreateprob(env_, &status, "");
   check(status, "cannot create a problem");
-  replace_problem(problem);
-  check(KLVreadcopyprob(env_, problem_, path.c_str(), nullptr), "cannot read " + path);
-}
-
-void Session::replace_problem(KLVprob problem) {
   if (problem_ != nullptr) KLVfreeprob(env_, &problem_);
   problem_ = problem;
+  check(KLVreadcopyprob(env_, problem_, path.c_str(), nullptr), "cannot read " + path);
 }
 
 void Session::say(const std::string& text) {

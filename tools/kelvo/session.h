@@ -31,8 +31,6 @@ class Session {
 
   /// Reads a model into a new problem. Throws Failure.
   void read(const std::string& path);
-  /// Takes over a problem of this environment in the place of the one held.
-  void replace_problem(KLVprob problem);
 
   /// Sends a text to the results channel, so that screen and log file both get it.
   void say(const std::string& text);

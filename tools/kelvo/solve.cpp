@@ -18,11 +18,7 @@ namespace kelvo::command {
 namespace {
 
 void apply_options(Session& session, const Options& options) {
-  if (!options.parameter_file.empty()) {
-    session.check(KLVreadcopyparam(session.env(), options.parameter_file.c_str()),
-                  "cannot read " + options.parameter_file);
-  }
-  for (const std::string& setting : options.settings) apply_setting(session, setting);
+  read_parameters(session, options.parameter_file, options.settings);
   if (!options.method.empty()) set_integer(session, "LPMETHOD", method_code(options.method));
   if (options.threads) set_at_most(session, "THREADS", *options.threads);
   if (!options.write_parameter_file.empty()) {

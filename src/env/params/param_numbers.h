@@ -1,6 +1,6 @@
 // Numbers of the parameters. The public ones have the name that follows KLV_PARAM_ in the C
-// interface. The hidden ones have no public name; those that the library's code asks for get a name
-// of our own here.
+// interface. The hidden ones have no public name; those that the library reads have a name of our
+// own here.
 #pragma once
 
 namespace kelvo::param {
@@ -9,12 +9,40 @@ namespace kelvo::param {
 
 /// Iterations between two periodic services of an optimizer (callbacks, stop check).
 inline constexpr int SERVICE_INTERVAL = 1004;
-/// 1: presolve outcomes that reach the API frame are printed like errors.
+/// Other than 0: an optimum that violates the unscaled model is left as it is.
+inline constexpr int NO_RESTART_PASSES = 1017;
+/// 1: presolve reports its progress, and its outcomes that reach the API frame are printed like
+/// errors.
 inline constexpr int PRINT_PRESOLVE_OUTCOMES = 1043;
 /// Never written to a settings snapshot.
 inline constexpr int NOT_IN_SNAPSHOT = 1053;
+/// Storage of a working LP's matrix: 1 compressed, -1 plain, 0 compressed with MEMORYEMPHASIS.
+inline constexpr int MATRIX_COMPRESSION = 1066;
 /// 1: every successful setting of a parameter is printed.
 inline constexpr int ECHO_SETTINGS = 1075;
+/// 1: the LP writer writes objective terms with coefficient 0.
+inline constexpr int EVERY_OBJECTIVE_TERM = 1086;
+/// 1: the LP writer changes names that the format cannot hold.
+inline constexpr int LEGALIZE_NAMES = 1105;
+/// 1: the MPS reader tells which objective and which sets it selected.
+inline constexpr int SHOW_READER_CHOICES = 1117;
+
+// Hidden switches of single families of reductions: 1 skips those with SKIP, 0 the others.
+inline constexpr int SKIP_SINGLETON_ROWS = 1059;
+inline constexpr int SKIP_COST_FIXING = 1060;
+inline constexpr int AGGREGATION = 1061;
+inline constexpr int SKIP_FREE_SINGLETONS = 1069;
+inline constexpr int DUPLICATE_ROWS = 1070;
+inline constexpr int DUAL_BOUNDS = 1071;
+inline constexpr int DUPLICATE_COLUMNS = 1072;
+inline constexpr int SLACK_COLUMNS = 1091;
+inline constexpr int SKIP_DOUBLETONS = 1092;
+inline constexpr int ACTIVITY_ROWS = 1094;
+inline constexpr int SKIP_IMPLIED_ROWS = 1100;
+/// No substitution of presolve makes an entry larger than this.
+inline constexpr int LARGE_NUMBER = 1095;
+/// Largest ratio of an entry to the pivot of a substitution; not positive: automatic.
+inline constexpr int COEFFICIENT_RATIO = 2097;
 
 // General
 inline constexpr int ADVIND = 1001;

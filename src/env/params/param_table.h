@@ -1,4 +1,4 @@
-// The table of all parameters: number, name, type, default and bounds.
+// The table of all parameters: number, name, meaning, type, default and bounds.
 //
 // Numbers come in five groups (general, mixed integer, barrier, quadratic, network); a number
 // inside a group's range need not have a parameter. Public parameters have a name beginning with
@@ -22,7 +22,9 @@ enum class ParamKind { none = 0, integer = 1, real = 2, text = 3 };
 
 struct ParamRow {
   int number;
-  const char* name;  // "" for a hidden parameter
+  const char* name;     // "" for a hidden parameter
+  const char* meaning;  // of a public parameter, in one line; "" for a hidden one
+  bool has_effect;      // false: this version has nothing that a public parameter would govern
   ParamKind kind;
   bool up_to_processors;                    // the maximum is the number of processors, not int_max
   int int_default, int_min, int_max;        // kind integer

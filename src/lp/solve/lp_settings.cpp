@@ -6,9 +6,6 @@ namespace kelvo {
 
 namespace {
 
-// Hidden: 0 when an optimum that violates the unscaled model is to be improved.
-constexpr int kNoRestartPasses = 1017;
-
 double markowitz_threshold(const Settings& settings) {
   constexpr double kDefault = 0.01;
   constexpr double kNumericallyCareful = 0.9;
@@ -17,24 +14,29 @@ double markowitz_threshold(const Settings& settings) {
   return careful && threshold == kDefault ? kNumericallyCareful : threshold;
 }
 
-// Hidden switches of single families of reductions: the value that switches the family off.
+/// The value of a hidden parameter that switches a family of reductions off.
 struct Switch {
   int parameter;
   int off;
   unsigned families;
 };
 constexpr Switch kSwitches[] = {
-    {1059, 1, kSingletonRows}, {1060, 1, kCostFixing},       {1069, 1, kFreeSingletons},
-    {1092, 1, kDoubletons},    {1094, 0, kActivityRows},     {1070, 0, kDuplicateRows},
-    {1071, 0, kDualBounds},    {1072, 0, kDuplicateColumns}, {1091, 0, kSlackColumns},
-    {1061, 0, kAggregation},   {1100, 1, kImpliedRows},
+    {param::SKIP_SINGLETON_ROWS, 1, kSingletonRows},
+    {param::SKIP_COST_FIXING, 1, kCostFixing},
+    {param::SKIP_FREE_SINGLETONS, 1, kFreeSingletons},
+    {param::SKIP_DOUBLETONS, 1, kDoubletons},
+    {param::SKIP_IMPLIED_ROWS, 1, kImpliedRows},
+    {param::ACTIVITY_ROWS, 0, kActivityRows},
+    {param::DUPLICATE_ROWS, 0, kDuplicateRows},
+    {param::DUPLICATE_COLUMNS, 0, kDuplicateColumns},
+    {param::DUAL_BOUNDS, 0, kDualBounds},
+    {param::SLACK_COLUMNS, 0, kSlackColumns},
+    {param::AGGREGATION, 0, kAggregation},
 };
-constexpr int kRatioLimit = 2097;   // hidden
-constexpr int kLargeNumber = 1095;  // hidden
 
 double coefficient_ratio(const Settings& settings) {
   constexpr double kCareful = 10.0, kUsual = 1000.0;
-  const double limit = settings.get_double(kRatioLimit);
+  const double limit = settings.get_double(param::COEFFICIENT_RATIO);
   if (limit > 0.0) return limit;
   return settings.get_int(param::NUMERICALEMPHASIS) == 1 ? kCareful : kUsual;
 }
@@ -56,7 +58,7 @@ PresolveSettings read_presolve_settings(const Settings& settings) {
   presolve.dependent_rows = settings.get_int(param::DEPIND);
   presolve.fill_limit = settings.get_int(param::AGGFILL);
   presolve.coefficient_ratio = coefficient_ratio(settings);
-  presolve.large_number = settings.get_double(kLargeNumber);
+  presolve.large_number = settings.get_double(param::LARGE_NUMBER);
   presolve.dual_form = settings.get_int(param::PREDUAL);
   presolve.feasibility_tolerance = settings.get_double(param::EPRHS);
   presolve.optimality_tolerance = settings.get_double(param::EPOPT);
@@ -71,7 +73,7 @@ DriverSettings read_driver_settings(const Settings& settings, int sense) {
   constexpr int kCrush = 2;
   driver.use_basis = settings.get_int(param::ADVIND) != 0;
   driver.always_crush = settings.get_int(param::ADVIND) == kCrush;
-  driver.restart_passes = settings.get_int(kNoRestartPasses) == 0;
+  driver.restart_passes = settings.get_int(param::NO_RESTART_PASSES) == 0;
 
   driver.presolve = read_presolve_settings(settings);
 
