@@ -65,7 +65,7 @@ class FileStream {
   pid_t program_ = 0;        // 0 for a plain file
   int accepted_status_ = 0;  // exit status of the program that is only a warning
   bool writing_ = false;
-  bool at_end_ = false;    // reading has met the end of the data
+  bool at_end_ = false;    // reading has reached the end of the data
   bool received_ = false;  // at least one byte was read
   bool failed_ = false;
   Vector<char> pending_;  // text not yet written

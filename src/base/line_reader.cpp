@@ -71,7 +71,7 @@ LineReader::Outcome LineReader::next(std::size_t limit) {
   }
   inside_line_ = false;
   if (line_feed == nullptr) {
-    // The last line of the text lacks its line feed: it goes on in a buffer with room for one.
+    // The last line of the text lacks its line feed: it moves to a buffer with room for one.
     const std::size_t length = static_cast<std::size_t>(end_ - at_);
     if (stream_ == nullptr) {
       buffer_.assign(at_, end_);

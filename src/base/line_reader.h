@@ -1,4 +1,4 @@
-// Lines of a text, handed out as they stand in a block buffer, without copies.
+// Lines of a text, handed out as views of a block buffer, without copies.
 //
 // The text comes from an open stream, read in blocks of 256 KB, or from memory that the caller
 // keeps unchanged. A line ends at a line feed, which is not part of it (a carriage return before
@@ -19,7 +19,7 @@ class LineReader {
  public:
   enum class Outcome {
     line,   // a whole line, or the last piece of a long one
-    piece,  // `limit` characters of a longer line; the next call goes on behind them
+    piece,  // `limit` characters of a longer line; the next call continues after them
     end,    // no more text
     failed  // the stream has failed; what it gave since its last line feed is not handed out
   };

@@ -38,7 +38,7 @@ constexpr std::size_t kHugePage = std::size_t{1} << 21;
 constexpr std::size_t kManyPages = 2 * kHugePage;
 
 /// Tables and matrices of large models are read in no order, which costs as much for the look-up of
-/// addresses as for the data unless pages are huge. A system that has none goes on without.
+/// addresses as for the data unless pages are huge. A system without them still works.
 void ask_for_huge_pages(void* raw, std::size_t bytes) noexcept {
   if (bytes < kManyPages) return;
   const auto begin = reinterpret_cast<std::uintptr_t>(raw);

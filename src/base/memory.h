@@ -33,7 +33,7 @@ std::int64_t live_blocks() noexcept;
 /// A negative number switches the failure off.
 void fail_allocation_after(std::int64_t successes) noexcept;
 
-/// True when the failure asked for has happened (and has thereby switched itself off).
+/// True when the requested failure has happened (and has thereby switched itself off).
 bool allocation_failed() noexcept;
 
 /// Standard allocator over allocate(); throws std::bad_alloc.

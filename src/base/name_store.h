@@ -33,7 +33,7 @@ class NameStore {
   /// Makes room for `names` more names with together `characters` characters (without the ends),
   /// growing geometrically, so that appending them does not throw. Throws std::bad_alloc.
   void make_room(int names, std::int64_t characters);
-  /// Takes over names that stand one behind the other in one pool, each ended by a zero: name i
+  /// Takes over names that follow one another in one pool, each ended by a zero: name i
   /// begins at text[offset[i]]. The store is present afterwards.
   void adopt(Vector<char>&& text, Vector<std::int64_t>&& offset) noexcept {
     text_ = std::move(text);

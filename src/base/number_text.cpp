@@ -36,7 +36,7 @@ bool are_digits(std::uint64_t bytes) {
   return (bytes & kHighHalves) == kZeros && ((bytes + kSixes) & kHighHalves) == kZeros;
 }
 
-/// The number that eight digits stand for, the first in the lowest byte: neighbours are joined to
+/// The number that eight digits spell, the first in the lowest byte: neighbours are joined to
 /// numbers of two digits, these to numbers of four, these to one.
 std::uint64_t join_digits(std::uint64_t bytes) {
   const std::uint64_t single = bytes & 0x0f0f0f0f0f0f0f0fu;

@@ -13,7 +13,7 @@ class [[nodiscard]] Status {
   constexpr Status() = default;
   /// A failure that nobody has printed yet.
   static constexpr Status failure(int code) { return Status(code, false); }
-  /// A failure whose message stands on the error channel already.
+  /// A failure whose message is already on the error channel.
   static constexpr Status reported(int code) { return Status(code, true); }
 
   constexpr bool ok() const { return code_ == 0; }

@@ -2,7 +2,7 @@
 //
 // Invariant: value[i] == 0 for every i that is not listed, unless the list is invalid
 // (count == kDense), in which case any value may be non-zero. A listed position may hold 0
-// (cancellation). Whoever is done with a vector hands it back with clear().
+// (cancellation). Its user returns a vector with clear() when done.
 #pragma once
 
 #include <algorithm>

@@ -136,7 +136,7 @@ void Environment::time_limit_reset(double seconds) {
 int Environment::check_stop() {
   for (Environment* environment = this; environment != nullptr;
        environment = environment->parent_) {
-    // A worker without a limit of its own stands under its parent's.
+    // A worker without a limit of its own has its parent's.
     Environment* timed = environment;
     if (timed->time_limit_ == nullptr && timed->parent_ != nullptr) timed = timed->parent_;
     if (timed->time_limit_ != nullptr &&

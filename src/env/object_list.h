@@ -1,8 +1,8 @@
 // The objects that live in an environment (problems, extra channels, child environments, network
 // problems), in the order of their creation.
 //
-// The list does not know what the objects are: whoever adds one says how it is released. An object
-// keeps the node it was given and takes it out of the list when it is freed by itself.
+// The list does not know what the objects are: the code that adds one says how to release it. An
+// object keeps the node it was given and takes it out of the list when it is freed by itself.
 #pragma once
 
 #include "base/memory.h"

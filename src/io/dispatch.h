@@ -1,7 +1,7 @@
 // Which format a model file has; reading and writing it.
 //
 // A given type decides alone; otherwise the extension of the name does, behind which a compressed
-// suffix (".gz", ".bz2", ".Z") may stand; otherwise, for reading, the first bytes of the file.
+// suffix (".gz", ".bz2", ".Z") may follow; otherwise, for reading, the first bytes of the file.
 #pragma once
 
 #include <string_view>

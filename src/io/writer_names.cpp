@@ -52,7 +52,7 @@ char legal_character(char c) {
   }
 }
 
-/// A label of this text would be taken for the head of a section.
+/// A label of this text would be read as the head of a section.
 bool is_section_label(std::string_view name) {
   constexpr std::size_t kShortest = 8, kLongest = 15;  // "subjectto", "usercuts", ...
   if (name.size() < kShortest || name.size() > kLongest) return false;
@@ -192,7 +192,7 @@ String numbered(std::string_view name, const NameIndex& taken, const JoinedNames
 }  // namespace
 
 bool make_distinct(WrittenNames* const* kinds, int count, String* last) {
-  constexpr int kNamesAhead = 12;  // the table's memory is asked for so much earlier
+  constexpr int kNamesAhead = 12;  // the table's memory is prefetched so much earlier
   const JoinedNames names{kinds, count};
   int total = 0;
   for (int kind = 0; kind < count; ++kind) total += kinds[kind]->size();

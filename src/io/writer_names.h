@@ -28,7 +28,7 @@ class WrittenNames {
   /// or a control character.
   bool all_are_fields() const;
   /// Replaces the whole kind by legal copies when one of them is not legal in LP files; true then.
-  /// `labels`: the names stand in front of a colon, where those of section keywords are taken for
+  /// `labels`: the names come before a colon, where those of section keywords are read as
   /// them.
   bool make_legal(bool labels);
   /// Replaces names that are no fields of an MPS file; true when there were any.

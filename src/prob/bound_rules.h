@@ -11,9 +11,9 @@
 
 namespace kelvo {
 
-/// Input of this magnitude or more is taken for infinite.
+/// Input of this magnitude or more is infinite.
 inline constexpr double kInfiniteBoundInput = 1e17;
-/// Input below this magnitude is taken for zero.
+/// Input below this magnitude is zero.
 inline constexpr double kZeroBoundInput = 1e-10;
 
 /// The changes to store for `count` entries with the codes 'L', 'U', 'B' (both); entries with other

@@ -21,7 +21,7 @@ constexpr unsigned kAllAspects = kCosts | kColumnBounds | kRowLimits | kStructur
 
 // The basis outlives every change but that of the whole model: it stays a good start, and added or
 // deleted rows and columns enter or leave it. The working LP outlives changes of costs, bounds and
-// row limits, which its owner copies anew. The look-ups by name follow additions and renaming. The
+// row limits, which its owner copies again. The look-ups by name follow additions and renaming. The
 // priority order only guides the search.
 constexpr Effect kEffects[] = {
     {ChangeKind::bounds, kResults, kColumnBounds},

@@ -52,7 +52,7 @@ enum Cached : unsigned {
   kCachedRowLookup = 1u << 5,        // from row names to indices
   kCachedColumnLookup = 1u << 6,     // from column names to indices
   kCachedSetLookup = 1u << 7,        // from names of sets to indices
-  kCachedIndicatorLookup = 1u << 8,  // likewise
+  kCachedIndicatorLookup = 1u << 8,  // the same
   kCachedQuadraticLookup = 1u << 9,  // from names of quadratic constraints to indices
   kCachedNorms = 1u << 10            // steepest-edge norms beside the start basis
 };

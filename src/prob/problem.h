@@ -159,7 +159,7 @@ class Problem {
   /// Changes the type, one that is neither a view nor that of a node, and with it the model.
   void change_type(int type);
   /// Makes the problem a view of its model fixed at an integer point `x` [columns], or makes the
-  /// view anew; the problem's own type is `type_behind_view(type)`.
+  /// view again; the problem's own type is `type_behind_view(type)`.
   void show_fixed(int type, const double* x, double tolerance);
   /// Ends a view: the problem is the mixed-integer one again.
   void show_itself() noexcept;

@@ -5,7 +5,7 @@
 //
 //     ax_i  = a_i x                     row activity
 //     pi_i  = d objective / d rhs_i     in the objective's own sense, minimized or maximized alike
-//     dj_j  = c_j - sum_i a_ij pi_i     reduced cost, likewise
+//     dj_j  = c_j - sum_i a_ij pi_i     reduced cost, also
 //     slack = rhs_i - ax_i  for rows 'L', 'E', 'G' (so a satisfied 'G' row has a slack <= 0),
 //             ax_i - rhs_i  for rows 'R': the value of the variable with coefficient -1 and bounds
 //                           [0, range] or [range, 0] that makes the row an equality.
@@ -63,7 +63,7 @@ struct StoredBasis {
   Vector<double> row_norm;   // [rows] primal, of the slacks, when col_norm is given
   Vector<int> head;          // basic variables: column j, or -1 - i for the slack of row i
   Vector<double> head_norm;  // dual, |e_p' B^-1|^2 of the row of B^-1 where head[p] is basic
-  // Where columns with status 3 stand, in the model's units: [columns] or empty. Goes with the
+  // Where columns with status 3 are, in the model's units: [columns] or empty. Goes with the
   // norms.
   Vector<double> x;
 

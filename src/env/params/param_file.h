@@ -6,7 +6,7 @@
 //   KLV_PARAM_WORKDIR                "/tmp"
 //   1075                             1
 //
-// A public parameter stands there by its name, a hidden one by its number, padded to 32 characters.
+// A public parameter is written by its name, a hidden one by its number, padded to 32 characters.
 // The text of a string goes from the first to the last quotation mark of its line. When a file is
 // read, blanks separate the tokens, blank lines are skipped, and what follows a number is ignored.
 #pragma once

@@ -13,7 +13,7 @@
 //   ENDATA
 //
 // A restart file describes a point that need not be a vertex: lines XU and XL end with the column's
-// value, a line BR or SR stands there for every row and a line SC for every nonbasic column, and
+// value, there is a line BR or SR for every row and a line SC for every nonbasic column, and
 // the columns with a value between their bounds are superbasic (status 3). The activity of a 'G'
 // row is written with the opposite sign.
 //

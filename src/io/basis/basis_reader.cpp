@@ -31,7 +31,7 @@ struct Record {
   bool row;
   bool value;
   int column_status;  // -1: from the value
-  int row_status;     // likewise
+  int row_status;     // the same
 };
 constexpr Record kRecords[] = {
     {"XU", true, true, false, kBasic, kAtUpper},

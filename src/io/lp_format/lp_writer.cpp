@@ -17,10 +17,10 @@ namespace {
 constexpr int kWidestLabel = 32;
 // Coefficients this near to 1 are written without a number.
 constexpr double kUnit = 1e-13;
-// Names come from all over the memory; it is asked for so many terms earlier.
+// Names come from all over the memory; it is prefetched so many terms earlier.
 constexpr int kPlacesAhead = 24;
 constexpr int kTextsAhead = 12;
-constexpr std::size_t kLongestRangeName = 253;  // of the row; "Rg" stands before it
+constexpr std::size_t kLongestRangeName = 253;  // of the row; "Rg" comes before it
 
 /// The reader takes such a bound for infinite or for zero, although it can read the number.
 bool is_distorted_bound(double bound) {
@@ -176,7 +176,7 @@ void LpFileWriter::find_ranges() {
   }
 }
 
-/// A name that would head a section if it stood at the start of a line, alone or with more behind.
+/// A name that would head a section at the start of a line, alone or with more behind it.
 bool LpFileWriter::heads_section(const char* name) {
   return classify_lp_line(LpSection::minimize, name) != LpSection::content;
 }

@@ -1,8 +1,8 @@
 // Writer of LP files, the algebraic format that read_lp() reads.
 //
 // Names that the format cannot hold are changed, those that repeat get numbers, unless the settings
-// forbid it; one warning tells it. Where a name at the start of a line would be taken for the head
-// of a section, a sign stands before it, or, in the lists of types, the name stands twice. What
+// forbid it; one warning tells it. Where a name at the start of a line would be read as the head
+// of a section, a sign is put before it, or, in the lists of types, it is written twice. What
 // cannot be read back all the same (numbers with an exponent beyond 37, finite bounds from 1e17 on
 // or nearer to zero than 1e-10, sets with equal weights) is told in warnings.
 //

@@ -104,7 +104,7 @@ Status MpsParser::read_bounds() {
 }
 
 Status MpsParser::read_bound_type(const BoundType*& type) {
-  // Types stand left of the names of the set and the column, which begin at position 4.
+  // Types are left of the names of the set and the column, which begin at position 4.
   constexpr int kNamesBegin = 4;
   type = find_bound_type(fields_.raw(0));
   if (type != nullptr) return {};

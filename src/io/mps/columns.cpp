@@ -141,7 +141,7 @@ Status MpsParser::read_marker(int field) {
   return {};
 }
 
-/// Opens the set whose columns follow; `field` is where the word 'MARKER' stands.
+/// Opens the set whose columns follow; `field` is where the word 'MARKER' is.
 Status MpsParser::open_column_set(int field) {
   const bool type_first = field == 2;
   return open_set(type_first ? fields_.raw(0) : fields_.raw(field + 2),

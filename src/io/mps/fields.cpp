@@ -42,7 +42,7 @@ int first_marked(std::uint64_t marks) {
   return std::countr_zero(marks) >> 3;
 }
 
-/// The end of the field at `at`; a byte of no field stands at `end`.
+/// The end of the field at `at`; a byte of no field is at `end`.
 const char* field_end(const char* at, const char* end) {
   for (std::uint64_t word; load_word(at, end, word); at += 8) {
     const std::uint64_t deleted = word ^ (kOnes * 127);

@@ -10,7 +10,7 @@
 // length; name(), number() and code() cut it at the limit of its kind and warn.
 //
 // Lines are split some time before they are handed out, so that the memory where their names will
-// be looked up can be asked for in advance.
+// be looked up can be prefetched.
 #pragma once
 
 #include <string_view>
@@ -61,7 +61,7 @@ class MpsFields {
 
   /// Number of fields of the line, at most kMostFields.
   int count() const { return line_->count; }
-  /// Field i as it stands, empty when the line has fewer fields.
+  /// Field i unchanged, empty when the line has fewer fields.
   std::string_view raw(int i) const {
     return i < line_->count ? line_->field[i] : std::string_view();
   }

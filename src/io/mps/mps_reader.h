@@ -11,7 +11,7 @@
 //   names a row while the first does not. In BOUNDS, when two fields (for types without a value:
 //   one or two) follow the type, and the second, if any, looks like a number and it is not the case
 //   that it names a column while the first does not. Lines without a set name belong to the set
-//   that was met first.
+//   that was found first.
 // - "OBJSENSE MAX" on one line is understood when no data line follows.
 // - Zero coefficients of the matrix are kept as entries.
 // - SOS sets within COLUMNS: the type is the first field of the marker line (then the set's name
@@ -22,7 +22,7 @@
 //   characters of the line or is no column, and it looks like a type (S and another character).
 // - QMATRIX holds both triangles of Q, QUADOBJ one of them: each of its entries off the diagonal
 //   counts for both. Entries of the same place are added up; then Q must be symmetric. The
-//   objective has 1/2 x'Qx. QCMATRIX holds the terms of x'Qx, without 1/2, as they stand; its row
+//   objective has 1/2 x'Qx. QCMATRIX holds the terms of x'Qx, without 1/2, unchanged; its row
 //   must not be ranged.
 // - INDICATORS: code, row, column, value 0 or 1; the codes IF, OI and FF mean "row if column",
 //   "column if row" and both. The row must not be ranged.
@@ -49,7 +49,7 @@ struct MpsReaderSettings {
 };
 
 /// Reads a model. On failure `model` is as it was; the error has been reported, except 1012 (room
-/// asked for is too large) and 1423 (the stream failed, its text takes the file name). Throws
+/// requested is too large) and 1423 (the stream failed, its text takes the file name). Throws
 /// std::bad_alloc, leaving `model` as it was.
 Status read_mps(LineReader& lines, const MpsReaderSettings& settings, MessageSink& sink,
                 Model& model);

@@ -16,7 +16,7 @@ constexpr int kLongestName = 255;
 // Two entries share a line while three names and the numbers stay within this.
 constexpr int kSharedLine = 75;
 constexpr int kLastMarker = 9999;
-// The memory of names is asked for so many entries earlier.
+// The memory of names is prefetched so many entries earlier.
 constexpr int kPlacesAhead = 24;
 constexpr int kTextsAhead = 12;
 
@@ -95,7 +95,7 @@ class MpsFileWriter {
   RowsAhead texts_ahead_;
   int width_ = 0;  // of every name field
   bool two_a_line_ = false;
-  bool line_open_ = false;  // one entry stands on the current line
+  bool line_open_ = false;  // one entry is on the current line
   WrittenNumbers numbers_;
   int marker_ = 0;
   String text_;  // what is not yet sent to the stream
@@ -270,7 +270,7 @@ void MpsFileWriter::extra_section(const char* header, const ExtraRows& extra,
   for (int k = 0; k < extra.size(); ++k) row_line(extra.sense[k], names[k]);
 }
 
-/// Transposes the rows that stand outside the matrix.
+/// Transposes the rows that are outside the matrix.
 void MpsFileWriter::collect_extra_entries() {
   SparseMatrix by_row;
   by_row.num_minor = model_.num_cols;

@@ -9,7 +9,7 @@
 // - Names that are no fields of the format (blanks, control characters, more than 255 characters)
 //   are changed, and those that repeat get numbers, which one warning tells. Numbers with an
 //   exponent beyond 37, which readers refuse or take for 0, are counted in another.
-// - A semi-integer column stands among the integer ones and has an SC line; a non-zero lower bound
+// - A semi-integer column is among the integer ones and has an SC line; a non-zero lower bound
 //   of it is an LI line, one of a semi-continuous column a LO line.
 #pragma once
 

@@ -7,10 +7,10 @@
 namespace kelvo {
 namespace {
 
-/// No capacity asked for may exceed this, nor may twice the columns.
+/// No requested capacity may exceed this, nor may twice the columns.
 constexpr int kLargestCapacity = 524999999;
 
-/// Where the reading stands behind COLUMNS; sections come in this order.
+/// Where the reader is after COLUMNS; sections come in this order.
 enum Stage { kBeforeRanges, kBeforeBounds, kBeforeSets, kBeforeQuadratic, kBeforeEnd, kDone };
 constexpr Stage kBeforeIndicators = kBeforeQuadratic;
 

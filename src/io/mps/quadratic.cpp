@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kMostTerms = std::numeric_limits<int>::max() - 2;
 
-/// Adds up equal indices, which stand next to each other, and drops entries that are zero.
+/// Adds up equal indices, which are adjacent, and drops entries that are zero.
 void add_up_neighbours(SparseMatrix& matrix) {
   int kept = 0;
   for (int j = 0; j < matrix.num_major; ++j) {

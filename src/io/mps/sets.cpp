@@ -22,7 +22,7 @@ Status MpsParser::open_set(std::string_view code, std::string_view name) {
 
 /// Data lines are "S1 name" or "S2 name", which open a set, and "column weight".
 Status MpsParser::read_sets() {
-  constexpr int kNamesBegin = 3;  // a type stands in the first three characters of its line
+  constexpr int kNamesBegin = 3;  // a type is in the first three characters of its line
   const int sets_before = model_.sos.size();
   for (;;) {
     KELVO_TRY(fields_.next());

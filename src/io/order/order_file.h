@@ -4,7 +4,7 @@
 //    UP column     priority     branch up first; DN: down first; two blanks: no preference
 //   ENDATA
 //
-// The code stands in the second and third character of a line, the column's name begins at the
+// The code is in the second and third character of a line, the column's name begins at the
 // fifth character or behind it. Small letters will do for the codes. Names with blanks do not
 // survive.
 #pragma once

@@ -1,5 +1,5 @@
 // Column types: 'C' continuous, 'I' integer, 'B' binary, 'S' semi-continuous (0 or within its
-// bounds), 'N' semi-integer (likewise, and integer).
+// bounds), 'N' semi-integer (the same, and integer).
 #pragma once
 
 #include "prob/model/model.h"

@@ -45,7 +45,7 @@ class DataCheck {
   const bool enabled_;
 };
 
-/// Prints 5011 for a pair of columns that stands twice in the objective or constraint `what`.
+/// Prints 5011 for a pair of columns that occurs twice in the objective or constraint `what`.
 Status report_duplicate_pair(Environment& environment, const Model& model, const char* what,
                              int first, int second);
 
@@ -59,7 +59,7 @@ Status check_column_indices(Environment& environment, const int* indices, int co
 Status check_growth(int present, int added);
 /// 1224 for a null pointer.
 Status check_no_null_name(Environment& environment, const char* const* names, int count);
-/// Letters that stand for something: 3021 for a column type other than 'C', 'B', 'I', 'S', 'N';
+/// Letters that have a meaning: 3021 for a column type other than 'C', 'B', 'I', 'S', 'N';
 /// 3009 for a set type other than '1' and '2'; 1215 for a sense other than 'L', 'E', 'G'.
 Status check_column_types(Environment& environment, const char* types, int count);
 Status check_set_types(Environment& environment, const char* types, int count);

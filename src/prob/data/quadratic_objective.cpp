@@ -31,7 +31,7 @@ SparseMatrix gather(const QuadraticColumns& given) {
   return q;
 }
 
-/// Adds up equal indices, which stand next to each other, and drops zeros.
+/// Adds up equal indices, which are adjacent, and drops zeros.
 void add_up_neighbours(SparseMatrix& q) {
   int kept = 0;
   for (int j = 0; j < q.num_major; ++j) {

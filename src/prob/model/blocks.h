@@ -3,7 +3,7 @@
 
 namespace kelvo {
 
-/// A null array stands for its default; null names (of the whole block or of one row) mean that
+/// A null array means its default; null names (of the whole block or of one row) mean that
 /// the caller gives none.
 struct RowBlock {
   int count = 0;

@@ -7,7 +7,7 @@
 //                  lower <= x <= upper, column types, sets, indicator and quadratic constraints.
 //
 // A bound or right-hand side of magnitude 1e20 or more is infinite. Readers build a new Model aside
-// and swap it in when it is complete. Edits of a model that stands are in model_edit.h.
+// and swap it in when it is complete. Edits of an existing model are in model_edit.h.
 #pragma once
 
 #include "base/name_store.h"
@@ -27,7 +27,7 @@ struct ExtraRows {
   int size() const { return rows.num_major; }
 };
 
-/// Special ordered sets, compressed by set. Members stand as they were given; their order in the
+/// Special ordered sets, compressed by set. Members are kept as given; their order in the
 /// set is that of their weights.
 struct SosSets {
   Vector<char> type;     // '1' or '2' per set

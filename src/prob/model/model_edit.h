@@ -15,13 +15,13 @@ namespace kelvo {
 /// named get default names.
 void append_rows(Model& model, const RowBlock& block);
 
-/// Appends columns, likewise. A block with types gives the model types.
+/// Appends columns, as above. A block with types gives the model types.
 void append_columns(Model& model, const ColumnBlock& block);
 
 /// Deletes the rows i with new_index[i] < 0; the others carry their new indices, which ascend.
 void delete_rows(Model& model, const int* new_index) noexcept;
 
-/// Deletes the columns j with new_index[j] < 0, likewise, with their places in quadratic terms,
+/// Deletes the columns j with new_index[j] < 0, as above, with their places in quadratic terms,
 /// sets, indicator rows and the priority order. An indicator constraint whose binary column goes is
 /// deleted too. User cuts and lazy constraints are all deleted.
 void delete_columns(Model& model, const int* new_index) noexcept;

@@ -43,7 +43,7 @@ class LpLines {
 
   LineReader& reader_;
   LpDiagnostics& diagnostics_;
-  bool rest_unread_ = false;  // the reader stands inside a physical line
+  bool rest_unread_ = false;  // the reader is inside a physical line
   bool inside_line_ = false;  // the last piece was not the end of its physical line
   std::size_t num_kept_ = 0;  // characters behind the last cut
   char kept_[kLongestPiece];  // [num_kept_]

@@ -82,7 +82,7 @@ class Parser {
   char compacted_[LpLines::kLongestPiece + 1];
 };
 
-/// The kind of a line. A piece of a long line belongs to what stands before it.
+/// The kind of a line. A piece of a long line belongs to what came before it.
 LpSection Parser::classify(const LpLines::Line& line, const char*& text) const {
   if (line.continued) return LpSection::content;
   const LpSection kind = classify_lp_line(section_, text);
