@@ -10,14 +10,16 @@ KELVO := build/release/tools/kelvo
 
 help:
 	@echo "make run          build the command and solve an example with it"
-	@echo "make test         build everything and run the tests"
+	@echo "make test         build everything and run the fast tests"
 	@echo "make test-long    the tests that take minutes"
 	@echo "make bench        solve the instances at hand and show the times"
 	@echo "make asan, tsan   the tests under the address and undefined, or the thread sanitizer"
-	@echo "make check        the checks of the sources: format, floors, header"
-	@echo "make tidy         clang-tidy over the sources"
+	@echo "make coverage     how much of the sources the fast tests run"
+	@echo "make check        the checks of the sources: format, floors, header, documents"
+	@echo "make tidy         clang-tidy over all sources (half an hour of processor time)"
 	@echo "make format       format the sources"
 	@echo "make install      install into PREFIX (default /usr/local)"
+	@echo "make clean        remove the build folder"
 
 packages:
 	@scripts/install-packages.sh
@@ -49,6 +51,17 @@ asan tsan: packages
 	cmake --build --preset $@
 	ctest --preset $@ -j$(JOBS) --label-exclude 'long|install'
 
+# The tests run in two processes rather than one each, so that counters are merged twice and not a
+# thousand times.
+coverage: packages
+	@cmake --preset coverage
+	@cmake --build --preset coverage
+	find build/coverage -name '*.gcda' -delete
+	build/coverage/tests/kelvo_unit_tests --gtest_brief=1 --gtest_filter='-Long*:*/Long*'
+	build/coverage/tests/kelvo_api_tests --gtest_brief=1 --gtest_filter='-Long*:*/Long*'
+	ctest --test-dir build/coverage --tests-regex 'command|corpus' --output-on-failure
+	scripts/coverage.py build/coverage
+
 format:
 	scripts/format.sh
 
@@ -58,6 +71,7 @@ format-check:
 check: build format-check
 	scripts/check_floors.py
 	scripts/check_header.py --library build/release/libkelvo.so
+	scripts/check_docs.py
 
 tidy:
 	@scripts/install-packages.sh ci
