@@ -1,4 +1,4 @@
-// A sparse matrix whose entries stand in a doubly linked list of their row and in one of their
+// A sparse matrix whose entries are in a doubly linked list of their row and in one of their
 // column, so that entries, rows and columns come and go in time proportional to what is touched.
 //
 // Entries live in one pool and are named by their position in it, which never changes while the

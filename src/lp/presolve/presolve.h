@@ -15,7 +15,7 @@
 // relaxation are not promised to come back as optimal ones.
 //
 // Cheap reductions run from work lists of the lines that changed; those that look at the whole
-// program follow when the lists are empty, and the lot is repeated as long as a pass removes a
+// program follow when the lists are empty, and all of it is repeated as long as a pass removes a
 // worthwhile part of what is left. The work is bounded by a multiple of the number of nonzeros.
 #pragma once
 

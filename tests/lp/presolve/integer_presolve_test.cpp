@@ -163,8 +163,17 @@ TEST(IntegerPresolve, MixedProgramsKeepTheirOptimum) {
   check_many(1500, 6, 2, 2);
 }
 
-/// x + 2 s = 5 with whole s leaves x odd: the slack must stay. So must columns of 2 x + 3 y = 7.
 TEST(IntegerPresolve, ColumnsStayWhereTheyAreNotWholeByThemselves) {
+  Tally tally;
+  // Multiples with gaps in their sum: x + 3 y with x in {0, 1}.
+  check_program(dense_lp({{1, 0, 1}, {3, 0, 3}}, {{1, 3}}, {{4.5, kInf}}), {1, 1}, tally);
+  // x = (8 - y - 3 z) / 2 is implied free, but whole for some y and z only.
+  check_program(
+      dense_lp({{1, -40, 40}, {2, 0, 2}, {-3, 0, 1}}, {{2, 1, 3}, {1, 1, 0}}, {{8, 8}, {1, kInf}}),
+      {1, 1, 1}, tally);
+  // A slack in steps of 2.
+  check_program(dense_lp({{-1, 0, 4}, {0, 0, 2}}, {{1, 2}}, {{4.5, 5.5}}), {1, 1}, tally);
+  EXPECT_EQ(tally.optimal, 3);
   PresolveSettings settings;
   const auto kept = [&settings](const LpProblem& lp) {
     return Presolve(lp, settings, {{}, {1, 1}}, never).kept_cols().size();

@@ -2,12 +2,14 @@
 //
 // Gaussian elimination on a copy of the equations: a pivot takes its row out, as independent, and
 // its column out of all other rows. An equation that runs empty is dependent; it goes when its
-// right-hand side has run empty too. The pivot stands in a row with a single entry, if there is
+// right-hand side has run empty too. The pivot is in a row with a single entry, if there is
 // one, and otherwise in a shortest column and the shortest row of that. A column with one entry
 // needs no arithmetic, which disposes of most equations. When the elimination becomes too much
 // work, what is left counts as independent.
 //
-// Way back: the row never binds on its own, y_i = 0.
+// Undo: the row never binds on its own, y_i = 0.
+//
+// Integrality: none, the columns stay.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions/reductions.h"
 #include "lp/presolve/reductions/substitution_rules.h"

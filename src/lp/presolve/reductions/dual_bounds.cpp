@@ -2,9 +2,10 @@
 //
 // The kind of a row bounds its dual: y_i >= 0 without upper limit, y_i <= 0 without lower one. A
 // column without upper bound has a reduced cost >= 0 in every dual solution, which is a constraint
-// sum_i a_ij y_i <= c_j on the duals and tightens their bounds; likewise >= without lower bound.
-// With the bounds in hand, a column whose reduced cost cannot be negative goes to its lower bound,
-// one whose reduced cost cannot be positive to its upper, and a row whose dual cannot be 0 binds.
+// sum_i a_ij y_i <= c_j on the duals and tightens their bounds; correspondingly >= without lower
+// bound. With the bounds in hand, a column whose reduced cost cannot be negative goes to its lower
+// bound, one whose reduced cost cannot be positive to its upper, and a row whose dual cannot be 0
+// binds.
 //
 // These arguments hold for the duals of the reduced program as long as the columns and the row
 // kinds they rest on are part of it. So columns that have tightened a bound are not fixed in the

@@ -9,7 +9,7 @@ namespace kelvo {
 namespace {
 
 /// The limit of row i that an increase (up) or decrease of a column with entry a runs against, or,
-/// asked with the other direction, the one it moves away from.
+/// given the other direction, the one it moves away from.
 double limit_ahead(const PresolveLp& lp, int i, double a, bool up) {
   return (a > 0.0) == up ? lp.row_upper[i] : lp.row_lower[i];
 }

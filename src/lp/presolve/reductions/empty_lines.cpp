@@ -1,4 +1,6 @@
 // Rows and columns without entries.
+//
+// Integrality: a column goes to a bound or 0, which are whole.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions/reductions.h"
 

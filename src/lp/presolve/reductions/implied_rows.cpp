@@ -4,9 +4,11 @@
 // bounds other rows turn out to be redundant. The tightened bounds serve for nothing else: kept in
 // the program they could bind, and the duals would belong to bounds that are not there. A row that
 // has tightened a bound stays, since the redundancy of others rests on it. Equations, which seldom
-// are redundant, are asked first; inequalities only where that leaves something to gain.
+// are redundant, come first; inequalities only where that leaves something to gain.
 //
-// Way back: the rows are slack, y_i = 0.
+// Undo: the rows are slack, y_i = 0.
+//
+// Integrality: none, the columns stay.
 #include "lp/presolve/presolve_tolerances.h"
 #include "lp/presolve/reductions/reductions.h"
 #include "lp/presolve/reductions/row_copy.h"
@@ -44,7 +46,7 @@ class ImpliedRedundancy {
   PresolveLp& lp_;
   Vector<double> low_, high_;  // [columns] tightened bounds
   Vector<char> rests_;         // [rows] 1: a tightened bound rests on this row
-  Vector<char> due_;           // [rows] 1: not asked since a bound of its columns was tightened
+  Vector<char> due_;           // [rows] 1: not looked at since a bound of its columns was tightened
   Vector<char> moved_;         // [rows] 1: as above, and not tested for redundancy since
   const RowCopy rows_;
 };

@@ -1,7 +1,7 @@
 // Implied free columns are given by a row: x_j = (rhs - sum_k a_ik x_k) / a_ij.
 //
 // The rows imply the bounds of x_j, so it is free. An equation then defines it wherever else it
-// occurs: row r loses a_rj / a_ij times row i, the objective likewise, and row and column go. A
+// occurs: row r loses a_rj / a_ij times row i, the objective too, and row and column go. A
 // column whose only entry is in an inequality is basic in some optimum, so that y_i = c_j / a_ij;
 // the sign of that says at which limit the row binds.
 //
