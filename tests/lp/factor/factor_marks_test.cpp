@@ -8,29 +8,6 @@ namespace {
 
 using namespace factor_testing;
 
-/// The bits of some solves, sparse and dense, and of the rule that asks for a factorization.
-Vector<double> fingerprint(BasisFactor& factor, int m) {
-  Random random(7);
-  Vector<double> bits;
-  WorkVector x(m);
-  for (int count : {1, 2, m / 3 + 1}) {
-    for (const double expected : {0.0, 1.0}) {
-      random_rhs(random, count, x);
-      factor.ftran(x, expected);
-      bits.insert(bits.end(), x.value.begin(), x.value.end());
-      random_rhs(random, count, x);
-      factor.btran(x, expected);
-      bits.insert(bits.end(), x.value.begin(), x.value.end());
-    }
-  }
-  bits.push_back(factor.statistics().updates);
-  bits.push_back(factor.statistics().pivot_ratio);
-  bits.push_back(static_cast<double>(factor.statistics().factor_nonzeros));
-  bits.push_back(factor.markowitz_threshold());
-  bits.push_back(factor.should_refactor());
-  return bits;
-}
-
 /// A mark and all that must be as it was after a return to it.
 struct Saved {
   FactorMark mark;

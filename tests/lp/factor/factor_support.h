@@ -150,23 +150,61 @@ inline Vector<int> random_header(Random& random, const SparseMatrix& a, int stru
 inline void expect_solves(BasisFactor& factor, const SparseMatrix& a, const Vector<int>& header,
                           Random& random, double tolerance = 1e-9) {
   const int m = a.num_minor;
-  WorkVector x(m);
-  for (int count : {0, 1, 3, m / 10, m}) {
-    for (double expected : {0.0, 1.0}) {
-      random_rhs(random, count, x);
-      if (count == m) x.count = WorkVector::kDense;
-      Vector<double> rhs = x.value;
-      factor.ftran(x, expected);
-      EXPECT_LT(ftran_error(a, header, x.value, rhs), tolerance) << count << ' ' << expected;
-      EXPECT_TRUE(list_is_exact(x));
-      random_rhs(random, count, x);
-      if (count == m) x.count = WorkVector::kDense;
-      rhs = x.value;
-      factor.btran(x, expected);
-      EXPECT_LT(btran_error(a, header, x.value, rhs), tolerance) << count << ' ' << expected;
-      EXPECT_TRUE(list_is_exact(x));
+  WorkVector x[2] = {WorkVector(m), WorkVector(m)};
+  Vector<double> rhs[2];
+  const auto prepare = [&](int count) {
+    for (int k = 0; k < 2; ++k) {
+      random_rhs(random, count, x[k]);
+      rhs[k] = x[k].value;
+      if (count == m && k == 0) x[k].count = WorkVector::kDense;
+    }
+  };
+  const auto check = [&](const auto& error, int vectors) {
+    for (int k = 0; k < vectors; ++k) {
+      EXPECT_LT(error(a, header, x[k].value, rhs[k]), tolerance);
+      EXPECT_TRUE(list_is_exact(x[k]));
+    }
+  };
+  for (const int count : {0, 1, 3, m / 10, m}) {
+    for (const double expected : {0.0, 1.0}) {
+      SCOPED_TRACE(testing::Message() << count << ' ' << expected);
+      prepare(count);
+      factor.ftran(x[0], expected);
+      check(ftran_error, 1);
+      prepare(count);
+      factor.btran(x[0], expected);
+      check(btran_error, 1);
+      prepare(count);
+      factor.ftran_pair(x[0], expected, x[1], expected, false);
+      check(ftran_error, 2);
+      prepare(count);
+      factor.btran_pair(x[0], expected, x[1], expected);
+      check(btran_error, 2);
     }
   }
+}
+
+/// The bits of some solves, sparse and dense, and of the rule that asks for a factorization.
+inline Vector<double> fingerprint(BasisFactor& factor, int m) {
+  Random random(7);
+  Vector<double> bits;
+  WorkVector x(m);
+  for (int count : {1, 2, m / 3 + 1}) {
+    for (const double expected : {0.0, 1.0}) {
+      random_rhs(random, count, x);
+      factor.ftran(x, expected);
+      bits.insert(bits.end(), x.value.begin(), x.value.end());
+      random_rhs(random, count, x);
+      factor.btran(x, expected);
+      bits.insert(bits.end(), x.value.begin(), x.value.end());
+    }
+  }
+  bits.push_back(factor.statistics().updates);
+  bits.push_back(factor.statistics().pivot_ratio);
+  bits.push_back(static_cast<double>(factor.statistics().factor_nonzeros));
+  bits.push_back(factor.markowitz_threshold());
+  bits.push_back(factor.should_refactor());
+  return bits;
 }
 
 /// A basis that changes column by column, as the simplex changes it, with its factor.
