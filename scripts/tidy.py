@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Runs clang-tidy over the library's and the command's sources.
 
-    tidy.py --build build/release [--since COMMIT] [--seconds 240] [--jobs 2]
+    tidy.py --build build/release [--since COMMIT] [--seconds 100] [--jobs 2]
 
 With --since, only over those that differ from the commit; a header that differs is seen through the
 source of its name, or else through one that includes it. All of them together take about half an

@@ -14,8 +14,6 @@
 
 #include "base/error_code.h"
 
-extern char** environ;
-
 namespace kelvo {
 namespace {
 
@@ -85,7 +83,7 @@ int above_standard(int descriptor) {
 }
 
 int open_plain(const char* name, int flags) {
-  int file;
+  int file = -1;
   do {
     file = ::open(name, flags | O_CLOEXEC, 0666);
   } while (file < 0 && errno == EINTR);
@@ -190,7 +188,7 @@ bool FileStream::start_program(Compression compression, int file) {
 
 std::size_t FileStream::read(char* into, std::size_t size) {
   if (failed_ || at_end_ || descriptor_ < 0) return 0;
-  ssize_t got;
+  ssize_t got = 0;
   do {
     got = ::read(descriptor_, into, size);
   } while (got < 0 && errno == EINTR);
@@ -252,7 +250,7 @@ void FileStream::drain() {
 
 bool FileStream::program_succeeded() {
   int status = 0;
-  pid_t ended;
+  pid_t ended = 0;
   do {
     ended = waitpid(program_, &status, 0);
   } while (ended < 0 && errno == EINTR);

@@ -50,7 +50,7 @@ std::uint64_t join_digits(std::uint64_t bytes) {
 class Digits {
  public:
   const char* take(const char* at, const char* end) {
-    for (std::uint64_t bytes; end - at >= 8 && exact_ < kExactBeforeEight; at += 8) {
+    for (std::uint64_t bytes = 0; end - at >= 8 && exact_ < kExactBeforeEight; at += 8) {
       std::memcpy(&bytes, at, 8);
       if (std::endian::native != std::endian::little || !are_digits(bytes)) break;
       exact_ = 100000000 * exact_ + join_digits(bytes);

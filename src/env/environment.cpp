@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cassert>
 
 #include "base/clock.h"
 #include "env/params/param_numbers.h"
@@ -42,6 +43,7 @@ Environment::~Environment() {
   remove_workers();
   objects_.release_all();
   if (node_ != nullptr) {
+    assert(parent_ != nullptr);  // only children are in a list
     ObjectList::remove(node_);
     --parent_->num_children_;
   }

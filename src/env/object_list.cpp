@@ -12,8 +12,9 @@ ObjectNode* ObjectList::add(ObjectKind kind, void* object, ReleaseObject release
 void ObjectList::remove(ObjectNode* node) noexcept {
   if (node == nullptr) return;
   ObjectList& list = *node->list;
-  (node->next != nullptr ? node->next->previous : list.tail_) = node->previous;
-  Owned<ObjectNode>& link = node->previous != nullptr ? node->previous->next : list.head_;
+  ObjectNode* const previous = node->previous;
+  (node->next != nullptr ? node->next->previous : list.tail_) = previous;
+  Owned<ObjectNode>& link = previous != nullptr ? previous->next : list.head_;
   // The node is destroyed last, when the link that owned it holds its successor already.
   const Owned<ObjectNode> removed = std::move(link);
   link = std::move(removed->next);

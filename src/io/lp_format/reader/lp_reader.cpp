@@ -29,7 +29,7 @@ struct ActionTable {
 /// Copies a line without its blanks up to the end of its useful part.
 void compact(const char* from, char* to) {
   static const ActionTable table;
-  unsigned char action;
+  unsigned char action = 0;
   while ((action = table.action[static_cast<unsigned char>(*from)]) != kStop) {
     *to = *from++;
     to += action;
