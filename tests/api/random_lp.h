@@ -26,6 +26,22 @@ struct DenseLp {
     return result;
   }
 
+  /// Bounds of a variable, the slack of a row included.
+  std::pair<double, double> bounds(int variable) const {
+    if (variable >= 0) return {lb[variable], ub[variable]};
+    const int row = -variable - 1;
+    switch (senses[row]) {
+      case 'L':
+        return {0.0, kNone};
+      case 'G':
+        return {-kNone, 0.0};
+      case 'R':
+        return {std::min(0.0, rng[row]), std::max(0.0, rng[row])};
+      default:
+        return {0.0, 0.0};
+    }
+  }
+
   void load(KLVenv env, KLVprob lp) const {
     std::vector<int> begin, count, index;
     std::vector<double> value;
@@ -107,3 +123,63 @@ inline DenseLp random_lp(unsigned seed, const DenseLpShape& shape) {
 inline void expect_close(double a, double b, double size, const char* what) {
   EXPECT_NEAR(a, b, 1e-7 * (1.0 + std::fabs(size))) << what;
 }
+
+/// Two sums of terms agree as far as the size of the terms lets them.
+struct Sum {
+  double value = 0.0, size = 1e-3;
+  void add(double term) {
+    value += term;
+    size += std::fabs(term);
+  }
+  void expect(double other) const { EXPECT_NEAR(value, other, 1e-9 * (size + std::fabs(other))); }
+};
+
+/// A random problem in the place of lp, its basis and its solution.
+class RandomLpTest : public ProblemTest {
+ protected:
+  void load(unsigned seed, const DenseLpShape& shape = {}) {
+    data = random_lp(seed, shape);
+    data.load(env, lp);
+  }
+  void solve(unsigned seed, const DenseLpShape& shape = {}) {
+    load(seed, shape);
+    solve_again();
+  }
+  void solve_again() {
+    ASSERT_EQ(KLVdualopt(env, lp), 0);
+    ASSERT_EQ(KLVgetstat(env, lp), KLV_STATUS_OPTIMAL);
+  }
+  std::vector<int> head(KLVprob of = nullptr) {
+    std::vector<int> result(data.m);
+    EXPECT_EQ(KLVgetbhead(env, of == nullptr ? lp : of, result.data(), nullptr), 0);
+    return result;
+  }
+  std::vector<double> basic_values() {
+    std::vector<double> result(data.m);
+    EXPECT_EQ(KLVgetbhead(env, lp, nullptr, result.data()), 0);
+    return result;
+  }
+  bool basic(int variable) {
+    const std::vector<int> now = head();
+    return std::count(now.begin(), now.end(), variable) == 1;
+  }
+  /// One line of B^-1 or of B^-1 A: KLVbinvcol, KLVbinvrow, KLVbinvacol (of length m), KLVbinvarow.
+  template <class Query>
+  std::vector<double> inverse(Query query, int index) {
+    std::vector<double> result(std::max(data.m, data.n));
+    EXPECT_EQ(query(env, lp, index, result.data()), 0);
+    return result;
+  }
+  /// |row r of B^-1|^2 for the row in which a variable is basic.
+  double dual_norm(int row, int column) {
+    int position = 0;
+    EXPECT_EQ(KLVgetijrow(env, lp, row, column, &position), 0);
+    std::vector<double> y(KLVgetnumrows(env, lp));
+    EXPECT_EQ(KLVbinvrow(env, lp, position, y.data()), 0);
+    double norm = 0.0;
+    for (const double entry : y) norm += entry * entry;
+    return norm;
+  }
+
+  DenseLp data;
+};
