@@ -75,7 +75,8 @@ std::vector<double> numbers(Query query, KLVenv env, KLVprob lp, int n) {
 
 class ImageReader {
  public:
-  ImageReader(KLVenv e, KLVprob p) : env(e), lp(p) {}
+  ImageReader(KLVenv e, KLVprob p)
+      : env(e), lp(p), room(4000 + KLVgetnumrows(e, p) + KLVgetnumnz(e, p)) {}
 
   ModelImage read() {
     ModelImage image;
@@ -91,7 +92,7 @@ class ImageReader {
     const int ranges = KLVgetrngval(env, lp, image.rngval.data(), 0, m - 1);
     EXPECT_TRUE(ranges == 0 || ranges == 1216);
     image.rngval.resize(ranges == 0 ? m : 0);
-    EXPECT_EQ(KLVgetcols(env, lp, &count, begin.data(), index.data(), value.data(), kRoom, &surplus,
+    EXPECT_EQ(KLVgetcols(env, lp, &count, begin.data(), index.data(), value.data(), room, &surplus,
                          0, n - 1),
               0);
     EXPECT_EQ(count, KLVgetnumnz(env, lp));
@@ -106,8 +107,6 @@ class ImageReader {
   }
 
  private:
-  static constexpr int kRoom = 4000;
-
   void read_other_kinds(ModelImage& image, int n) {
     image.type = KLVgetprobtype(env, lp);
     image.cuts = KLVgetnumusercuts(env, lp);
@@ -122,7 +121,7 @@ class ImageReader {
     for (int k = 0; k < KLVgetnumindconstrs(env, lp); ++k) read_indicator(image, k);
     for (int k = 0; k < KLVgetnumqconstrs(env, lp); ++k) read_quadratic(image, k);
     if (KLVgetnumqpnz(env, lp) > 0) {
-      EXPECT_EQ(KLVgetquad(env, lp, &count, begin.data(), index.data(), value.data(), kRoom,
+      EXPECT_EQ(KLVgetquad(env, lp, &count, begin.data(), index.data(), value.data(), room,
                            &surplus, 0, n - 1),
                 0);
       EXPECT_EQ(count, KLVgetnumqpnz(env, lp));
@@ -130,7 +129,7 @@ class ImageReader {
         for (const auto& [i, v] : line(j, n)) image.q[{j, i}] = v;
       }
     }
-    if (integer && KLVgetorder(env, lp, &count, index.data(), begin.data(), other.data(), kRoom,
+    if (integer && KLVgetorder(env, lp, &count, index.data(), begin.data(), other.data(), room,
                                &surplus) == 0) {
       for (int k = 0; k < count; ++k) image.order.push_back({index[k], begin[k], other[k]});
     }
@@ -153,7 +152,7 @@ class ImageReader {
   void read_sets(ModelImage& image) {
     const int sets = KLVgetnumsos(env, lp);
     EXPECT_EQ(KLVgetsos(env, lp, &count, text.data(), begin.data(), index.data(), value.data(),
-                        kRoom, &surplus, 0, sets - 1),
+                        room, &surplus, 0, sets - 1),
               0);
     const std::vector<std::string> set_names = names(KLVgetsosname, sets);
     for (int k = 0; k < sets; ++k) {
@@ -163,33 +162,34 @@ class ImageReader {
   void read_indicator(ModelImage& image, int k) {
     IndicatorImage row;
     EXPECT_EQ(KLVgetindconstr(env, lp, &row.column, &row.complemented, &count, &row.rhs, &row.sense,
-                              index.data(), value.data(), kRoom, &surplus, k),
+                              index.data(), value.data(), room, &surplus, k),
               0);
     begin[0] = 0;
     row.row = line(0, 1);
-    if (KLVgetindconstrname(env, lp, text.data(), kRoom, &surplus, k) == 0) row.name = text.data();
+    if (KLVgetindconstrname(env, lp, text.data(), room, &surplus, k) == 0) row.name = text.data();
     image.indicators.push_back(row);
   }
   void read_quadratic(ModelImage& image, int k) {
     QuadraticImage row;
     int terms = 0, other_surplus = 0;
-    std::vector<double> coefficients(kRoom);
+    std::vector<double> coefficients(room);
     EXPECT_EQ(KLVgetqconstr(env, lp, &count, &terms, &row.rhs, &row.sense, index.data(),
-                            value.data(), kRoom, &surplus, begin.data(), other.data(),
-                            coefficients.data(), kRoom, &other_surplus, k),
+                            value.data(), room, &surplus, begin.data(), other.data(),
+                            coefficients.data(), room, &other_surplus, k),
               0);
     for (int p = 0; p < count; ++p) row.linear.push_back({index[p], value[p]});
     for (int p = 0; p < terms; ++p) row.terms.push_back({begin[p], other[p], coefficients[p]});
-    if (KLVgetqconstrname(env, lp, text.data(), kRoom, &surplus, k) == 0) row.name = text.data();
+    if (KLVgetqconstrname(env, lp, text.data(), room, &surplus, k) == 0) row.name = text.data();
     image.quadratics.push_back(row);
   }
 
   KLVenv env;
   KLVprob lp;
+  const int room;
   int count = 0, surplus = 0;
-  std::vector<char> text = std::vector<char>(kRoom);
-  std::vector<int> begin = std::vector<int>(kRoom), index = begin, other = begin;
-  std::vector<double> value = std::vector<double>(kRoom);
+  std::vector<char> text = std::vector<char>(room);
+  std::vector<int> begin = std::vector<int>(room), index = begin, other = begin;
+  std::vector<double> value = std::vector<double>(room);
 };
 
 inline ModelImage read_model(KLVenv env, KLVprob lp) {

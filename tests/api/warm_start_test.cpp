@@ -105,26 +105,4 @@ TEST_F(WarmStart, DeletingRowsWhoseSlackIsNotBasicLeavesTooManyBasicVariables) {
       << log;
 }
 
-// The weights steer the pricing: with them the counts stay far below those of the largest violation
-// alone. Bands are wide; a formula that is wrong falls out of them.
-TEST_F(WarmStart, WeightsSaveIterations) {
-  set(KLV_PARAM_PREIND, 0);
-  set(KLV_PARAM_ADVIND, 0);
-  const auto iterations = [&](int parameter, int pricing, auto optimize) {
-    int sum = 0;
-    for (unsigned seed = 0; seed < 6; ++seed) {
-      load(seed, {.m = 120, .n = 160});
-      set(parameter, pricing);
-      EXPECT_EQ(optimize(env, lp), 0);
-      EXPECT_EQ(KLVgetstat(env, lp), KLV_STATUS_OPTIMAL);
-      sum += KLVgetitcnt(env, lp);
-    }
-    std::printf("%d = %d: %d\n", parameter, pricing, sum);
-    return sum;
-  };
-  for (int k : {1, 2, 3, 4, 5}) iterations(KLV_PARAM_DPRIIND, k, KLVdualopt);
-  set(KLV_PARAM_DPRIIND, 0);
-  for (int k : {-1, 0, 1, 2, 3, 4}) iterations(KLV_PARAM_PPRIIND, k, KLVprimopt);
-}
-
 }  // namespace

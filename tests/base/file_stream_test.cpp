@@ -4,28 +4,19 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "base/line_reader.h"
+#include "support/temporary_folder.h"
 
 namespace kelvo {
 namespace {
 
 namespace fs = std::filesystem;
 
-class FileStreamTest : public ::testing::Test {
+class FileStreamTest : public ::testing::Test, protected TemporaryFolder {
  protected:
-  FileStreamTest() {
-    char pattern[] = "/tmp/kelvo_file_XXXXXX";
-    folder_ = mkdtemp(pattern);
-  }
-  ~FileStreamTest() override { fs::remove_all(folder_); }
-
-  std::string path(const std::string& name) const { return (folder_ / name).string(); }
-
   static std::string read_back(const std::string& name, int* code = nullptr) {
     FileStream stream;
     std::string text;
@@ -40,16 +31,6 @@ class FileStreamTest : public ::testing::Test {
     }
     return text;
   }
-
-  void put(const std::string& name, const std::string& bytes) const {
-    std::ofstream(path(name), std::ios::binary) << bytes;
-  }
-  std::string raw(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-
-  fs::path folder_;
 };
 
 TEST_F(FileStreamTest, WhatIsWrittenIsReadBackUnderEverySuffix) {
@@ -69,14 +50,14 @@ TEST_F(FileStreamTest, WhatIsWrittenIsReadBackUnderEverySuffix) {
     stream.write(text);
     stream.print("%d %s\n", 42, "end");
     ASSERT_TRUE(close_file(stream).ok());
-    EXPECT_EQ(raw(c.name).substr(0, std::string(c.first_bytes).size()), c.first_bytes);
+    EXPECT_EQ(text_of(c.name).substr(0, std::string(c.first_bytes).size()), c.first_bytes);
     EXPECT_EQ(read_back(path(c.name)), text + "42 end\n");
   }
   FileStream stream;
   ASSERT_TRUE(open_output(path("small.z").c_str(), true, stream).ok());
   stream.write("plain");
   ASSERT_TRUE(close_file(stream).ok());
-  EXPECT_EQ(raw("small.z"), "plain");
+  EXPECT_EQ(text_of("small.z"), "plain");
 }
 
 TEST_F(FileStreamTest, BrokenCompressedDataIsAFailure) {
@@ -84,7 +65,7 @@ TEST_F(FileStreamTest, BrokenCompressedDataIsAFailure) {
   ASSERT_TRUE(open_output(path("good.gz").c_str(), true, stream).ok());
   for (int i = 0; i < 5000; ++i) stream.print("%d\n", i * i);
   ASSERT_TRUE(close_file(stream).ok());
-  const std::string whole = raw("good.gz");
+  const std::string whole = text_of("good.gz");
   put("cut.gz", whole.substr(0, whole.size() / 2));
   put("cut_checksum.gz", whole.substr(0, whole.size() - 4));
   put("text.gz", "NAME\n");
@@ -175,6 +156,17 @@ TEST_F(FileStreamTest, LinesComeOutAsWritten) {
     EXPECT_EQ(reader->next(559), LineReader::Outcome::end);
     EXPECT_EQ(reader->line_number(), static_cast<int>(lines.size()));
   }
+}
+
+TEST(LineReader, LinesTakenInBulkAreCounted) {
+  LineReader reader("one\ntwo\nthree\nfour\n");
+  std::string_view lines[3];
+  ASSERT_EQ(reader.next(10), LineReader::Outcome::line);
+  EXPECT_EQ(reader.take_ready(lines, 2, 10), 2);
+  EXPECT_EQ(lines[1], "three");
+  EXPECT_EQ(reader.line_number(), 3);
+  ASSERT_EQ(reader.next(10), LineReader::Outcome::line);
+  EXPECT_EQ(reader.line_number(), 4);
 }
 
 TEST(LineReader, LongLinesComeInPieces) {

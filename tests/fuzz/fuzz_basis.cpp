@@ -1,19 +1,12 @@
 // Fuzz target: any bytes as a basis file for a small model. The reader must end with a basis that
 // fits the model or with an error that leaves the basis alone.
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
 
+#include "fuzz_support.h"
 #include "io/basis/basis_file.h"
 #include "io/lp_format/reader/lp_reader.h"
 
 namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
 
 kelvo::Model small_model() {
   kelvo::LineReader lines(
@@ -44,11 +37,11 @@ void read_as_restart(std::string_view text, const kelvo::Model& model,
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const kelvo::Model model = small_model();
-  kelvo::LineReader lines(std::string_view(reinterpret_cast<const char*>(data), size));
+  kelvo::LineReader lines(as_text(data, size));
   kelvo::SilentSink sink;
   kelvo::StoredBasis basis;
   const bool loaded = kelvo::read_basis(lines, model, sink, basis).ok();
-  read_as_restart(std::string_view(reinterpret_cast<const char*>(data), size), model, basis);
+  read_as_restart(as_text(data, size), model, basis);
   if (!loaded) {
     require(!basis.present && basis.col_status.empty() && basis.row_status.empty());
     return 0;

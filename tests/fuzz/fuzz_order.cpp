@@ -1,17 +1,10 @@
 // Fuzz target: any bytes as a priority order file. The reader must end with an order of different
 // columns or with an error that leaves the order alone.
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-#include <string_view>
 
+#include "fuzz_support.h"
 #include "io/order/order_file.h"
 
 namespace {
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
 
 constexpr std::string_view kNames[] = {"x", "y", "long_name"};
 
@@ -29,7 +22,7 @@ class FewColumns final : public kelvo::ColumnLookup {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  kelvo::LineReader lines(std::string_view(reinterpret_cast<const char*>(data), size));
+  kelvo::LineReader lines(as_text(data, size));
   kelvo::SilentSink sink;
   kelvo::PriorityOrder order;
   if (!kelvo::read_order(lines, FewColumns(), sink, order).ok()) {

@@ -3,21 +3,15 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "env/params/param_file.h"
+#include "fuzz_support.h"
 
 namespace {
 
 using kelvo::Environment;
 using kelvo::ParameterFileUse;
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
 
 /// A file in memory with a name that can be opened.
 class MemoryFile {
@@ -55,7 +49,7 @@ std::string written(Environment& environment) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static Environment environment;
   const std::string before = written(environment);
-  const MemoryFile file(std::string(reinterpret_cast<const char*>(data), size));
+  const MemoryFile file(std::string(as_text(data, size)));
   const bool accepted = kelvo::read_parameter_file(environment, file.name().c_str()).ok();
   environment.set_screen(false);
   const std::string after = written(environment);

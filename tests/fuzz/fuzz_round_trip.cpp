@@ -3,14 +3,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
-#include <string_view>
 
 #include "../io/model_description.h"
+#include "fuzz_support.h"
 #include "io/lp_format/lp_writer.h"
 #include "io/lp_format/reader/lp_reader.h"
 #include "io/mps/mps_reader.h"
@@ -22,10 +19,6 @@ using kelvo::Channel;
 using kelvo::Model;
 using kelvo::test::Description;
 using kelvo::test::Format;
-
-void require(bool condition) {
-  if (!condition) std::abort();
-}
 
 class WarningSink final : public kelvo::MessageSink {
  public:
@@ -89,7 +82,7 @@ void check_round_trip(const Model& model, Format format) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::string_view text = as_text(data, size);
   Model model;
   if (!read(text, text[0] == 'N' ? Format::mps : Format::lp, model)) return 0;
   check_round_trip(model, Format::lp);

@@ -7,7 +7,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -73,6 +75,34 @@ Status write(const Model& model, bool generic, const std::string& path, Format f
 
 bool contains(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
+}
+
+/// The sizes that the folder's manifest lists for an instance: rows, columns, nonzeros, integers;
+/// "?" or nothing where it does not know.
+std::vector<std::string> listed_sizes(const fs::path& data, const std::string& kind,
+                                      const std::string& file) {
+  std::ifstream manifest(data / "manifest.tsv");
+  for (std::string line; std::getline(manifest, line);) {
+    std::istringstream fields(line);
+    std::string found, name;
+    std::vector<std::string> sizes(4, "?");
+    fields >> found >> name;
+    if (found != kind || file.substr(0, file.find('.')) != name) continue;
+    for (std::string& size : sizes) fields >> size;
+    return sizes;
+  }
+  return {};
+}
+
+void expect_listed_sizes(const std::vector<std::string>& listed, const Model& model) {
+  std::int64_t integers = 0;
+  for (const char type : model.column_type) integers += type == 'I' || type == 'B' || type == 'N';
+  const std::int64_t sizes[] = {model.num_rows, model.num_cols, model.matrix.num_nonzeros(),
+                                integers};
+  for (std::size_t k = 0; k < listed.size(); ++k) {
+    if (listed[k] == "?" || listed[k] == "-") continue;
+    EXPECT_EQ(listed[k], std::to_string(sizes[k])) << "size " << k;
+  }
 }
 
 /// Forgets all names, as writing with generic ones does.
@@ -155,6 +185,7 @@ TEST_P(InstanceFiles, ReadBackFromBothFormats) {
       continue;
     }
     EXPECT_FALSE(kRefused.contains(name));
+    expect_listed_sizes(listed_sizes(folder, chunk.folder, name), model);
     round_trip(name, model, Format::lp);
     // Names may be gone now.
     Model again;

@@ -20,18 +20,10 @@
 #include "io/mps/mps_reader.h"
 #include "io/mps/mps_writer.h"
 #include "io/written.h"
+#include "support/recording_sink.h"
 
 namespace kelvo {
 namespace {
-
-class Recorder final : public MessageSink {
- public:
-  void send(Channel channel, const char* text) override {
-    (channel == Channel::results ? results : messages) += text;
-  }
-  void flush(Channel) override {}
-  std::string results, messages;
-};
 
 using test::written;
 
@@ -295,11 +287,11 @@ void check_round_trip(Format format, int first_seed, int seeds) {
   for (int seed = first_seed; seed < first_seed + seeds && !::testing::Test::HasFailure(); ++seed) {
     SCOPED_TRACE(::testing::Message() << "seed " << seed);
     const Model model = Generator(static_cast<std::uint64_t>(seed) * 7919).model();
-    Recorder sink;
+    test::RecordingSink sink;
     const std::string text = write(model, format, sink);
-    EXPECT_EQ(sink.messages, "");
+    EXPECT_EQ(sink.all(), "");
     Model back;
-    ASSERT_TRUE(read(text, format, sink, back).ok()) << sink.messages << text;
+    ASSERT_TRUE(read(text, format, sink, back).ok()) << sink.all() << text;
     EXPECT_EQ(difference(Description(model, format), Description(back, format)), "") << text;
 
     back.name = model.name;
@@ -307,7 +299,7 @@ void check_round_trip(Format format, int first_seed, int seeds) {
     if (format == Format::lp && !model.range.empty()) {
       // The columns of the ranged rows have become columns like others.
       Model again;
-      ASSERT_TRUE(read(second, format, sink, again).ok()) << sink.messages << second;
+      ASSERT_TRUE(read(second, format, sink, again).ok()) << sink.all() << second;
       again.name = model.name;
       first = std::exchange(second, write(again, format, sink));
     }
@@ -351,11 +343,11 @@ Model named_model(std::initializer_list<const char*> names, const char* types) {
 }
 
 void expect_same_back(const Model& model, Format format, const char* messages) {
-  Recorder sink;
+  test::RecordingSink sink;
   const std::string text = write(model, format, sink);
-  EXPECT_EQ(sink.messages, messages);
+  EXPECT_EQ(sink.all(), messages);
   Model back;
-  ASSERT_TRUE(read(text, format, sink, back).ok()) << sink.messages << text;
+  ASSERT_TRUE(read(text, format, sink, back).ok()) << sink.all() << text;
   back.objective_name = model.objective_name;
   EXPECT_EQ(difference(Description(model, format), Description(back, format)), "") << text;
 }
@@ -406,9 +398,9 @@ TEST(RoundTrip, NamesThatTheFormatsCannotHoldAreChangedWithAWarning) {
     Model model = named_model(c.columns, "CC");
     model.row_names.rename(0, c.row);
     SCOPED_TRACE(c.columns_back[0]);
-    Recorder sink;
+    test::RecordingSink sink;
     const std::string text = write(model, c.format, sink);
-    EXPECT_EQ(sink.messages, c.format == Format::lp ? in_lp : in_mps);
+    EXPECT_EQ(sink.all(), c.format == Format::lp ? in_lp : in_mps);
     Model back;
     ASSERT_TRUE(read(text, c.format, sink, back).ok()) << text;
     ASSERT_EQ(back.num_cols, 2) << text;
@@ -426,10 +418,10 @@ TEST(RoundTrip, WhatCannotBeReadBackIsTold) {
   Model model = named_model({"a", "b"}, "CC");
   model.objective[0] = 1e40;
   model.lower[0] = 1e-200;
-  Recorder sink;
+  test::RecordingSink sink;
   write(model, Format::mps, sink);
-  EXPECT_EQ(sink.messages, "Warning:  2 numbers cannot be read back from an MPS file.\n");
-  sink.messages.clear();
+  EXPECT_EQ(sink.all(), "Warning:  2 numbers cannot be read back from an MPS file.\n");
+  sink.take();
   model.upper[1] = 1e18;
   model.sos.type = {'1'};
   model.sos.members.num_major = 1;
@@ -439,7 +431,7 @@ TEST(RoundTrip, WhatCannotBeReadBackIsTold) {
   model.sos.names.append("s");
   model.sos.names.create();
   write(model, Format::lp, sink);
-  EXPECT_EQ(sink.messages,
+  EXPECT_EQ(sink.all(),
             "Warning:  3 numbers cannot be read back from an LP file.\n"
             "Warning:  1 sets with equal weights cannot be read back from an LP file.\n");
 }

@@ -5,11 +5,10 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "base/file_stream.h"
+#include "support/temporary_folder.h"
 
 namespace kelvo::test {
 
@@ -25,11 +24,9 @@ std::string written(Write write) {
     EXPECT_TRUE(write(stream).ok());
   }
   EXPECT_TRUE(close_file(stream).ok());
-  std::ifstream file(path, std::ios::binary);
-  std::stringstream text;
-  text << file.rdbuf();
+  const std::string text = text_of_file(path);
   std::remove(path.c_str());
-  return text.str();
+  return text;
 }
 
 }  // namespace kelvo::test

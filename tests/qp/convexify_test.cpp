@@ -8,18 +8,10 @@
 #include "prob/data/quadratic_objective.h"
 #include "prob/model/model_edit.h"
 #include "qp/definiteness.h"
+#include "support/recording_sink.h"
 
 namespace kelvo {
 namespace {
-
-class Collector final : public MessageSink {
- public:
-  void send(Channel channel, const char* text) override {
-    (channel == Channel::warning ? warnings : log) += text;
-  }
-  void flush(Channel) override {}
-  std::string warnings, log;
-};
 
 Model binary_model(int columns, int sense) {
   Model model;
@@ -53,7 +45,7 @@ double value(const Vector<double>& cost, const SparseMatrix& q, const Vector<dou
 }
 
 TEST(Convexify, ADiagonalGetsTheRightSigns) {
-  Collector sink;
+  test::RecordingSink sink;
   Model model = binary_model(2, -1);
   const double two[] = {2, 2};
   model.quadratic = diagonal_matrix(two, 2);
@@ -61,11 +53,11 @@ TEST(Convexify, ADiagonalGetsTheRightSigns) {
   ASSERT_EQ(result.convexity, Convexity::repaired);
   EXPECT_EQ(result.cost, (Vector<double>{2.5, 2.5}));
   EXPECT_EQ(result.q.value, (Vector<double>{-1, -1}));
-  EXPECT_EQ(sink.warnings + sink.log, "");
+  EXPECT_EQ(sink.all(), "");
 }
 
 TEST(Convexify, OnlyBinaryColumnsCanBeRepaired) {
-  Collector sink;
+  test::RecordingSink sink;
   Model model = binary_model(2, 1);
   const double values[] = {-1, 0};
   model.quadratic = diagonal_matrix(values, 2);
@@ -97,13 +89,14 @@ TEST(Convexify, AShiftKeepsTheObjective) {
     list.push_back({0, 1, 3.0});
     list.push_back({1, 0, 3.0});
     set_quadratic_coefficients(model.quadratic, list);
-    Collector sink;
+    test::RecordingSink sink;
     const Result result = convexify(model, sink);
     if (result.convexity == Convexity::convex) continue;
     ASSERT_EQ(result.convexity, Convexity::repaired);
     EXPECT_TRUE(is_semidefinite(result.q, model.sense));
-    EXPECT_EQ(sink.log, "Repairing indefinite Q in the objective.\nrequired to create PSD Q.\n\n");
-    EXPECT_EQ(sink.warnings.rfind("\nWarning:  diagonal perturbation of ", 0), 0u);
+    EXPECT_EQ(sink[Channel::log],
+              "Repairing indefinite Q in the objective.\nrequired to create PSD Q.\n\n");
+    EXPECT_EQ(sink[Channel::warning].rfind("\nWarning:  diagonal perturbation of ", 0), 0u);
     for (int point = 0; point < 1 << n; ++point) {
       Vector<double> x(n);
       for (int j = 0; j < n; ++j) x[j] = (point >> j) & 1;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fault/allocation.h"
 #include "io/lp_format/lp_reading.h"
 #include "io/lp_format/reader/lp_reader.h"
 
@@ -172,6 +173,25 @@ TEST(LpReaderEntry, ConstraintsAndBoundsAreAddedToAModel) {
   EXPECT_EQ(m.quadratic_names.view(1), "q2");
   EXPECT_EQ(m.indicators.size(), 1);
   EXPECT_EQ(m.quadratic.num_major, 3);
+}
+
+TEST(LpReaderEntry, FailingAllocationsOfAdditionsLoseNothing) {
+  test::for_each_allocation_failure(
+      [] { return read_lp("min a\nst\n r: a >= 1\nend\n"); },
+      [](LpReading& target) {
+        SilentSink sink;
+        LineReader lines("a + b >= 2\nuser cuts\n b <= 3\n c >= >=\nbounds\n a <= 4\nend\n");
+        try {
+          return LpReader(lines, {}, sink).read_additions(target.model).code();
+        } catch (const std::bad_alloc&) {
+          return 1001;
+        }
+      },
+      [](const LpReading& target) {
+        EXPECT_EQ(target.model.num_cols, 1);
+        EXPECT_EQ(target.model.num_rows, 1);
+        EXPECT_EQ(target.model.user_cuts.size(), 0);
+      });
 }
 
 }  // namespace

@@ -6,21 +6,9 @@
 
 #include "base/line_reader.h"
 #include "io/lp_format/reader/lp_reader.h"
+#include "support/recording_sink.h"
 
 namespace kelvo::test {
-
-/// Keeps what is sent to each channel.
-class RecordingSink final : public MessageSink {
- public:
-  void send(Channel channel, const char* text) override {
-    text_[static_cast<int>(channel)] += text;
-  }
-  void flush(Channel) override {}
-  const std::string& operator[](Channel channel) const { return text_[static_cast<int>(channel)]; }
-
- private:
-  std::string text_[4];
-};
 
 struct LpReading {
   Status status;
