@@ -169,7 +169,7 @@ TEST(IntegerPresolve, ColumnsStayWhereTheyAreNotWholeByThemselves) {
   check_program(dense_lp({{1, 0, 1}, {3, 0, 3}}, {{1, 3}}, {{4.5, kInf}}), {1, 1}, tally);
   // x = (8 - y - 3 z) / 2 is implied free, but whole for some y and z only.
   check_program(
-      dense_lp({{1, -40, 40}, {2, 0, 2}, {-3, 0, 1}}, {{2, 1, 3}, {1, 1, 0}}, {{8, 8}, {1, kInf}}),
+      dense_lp({{1, -40, 40}, {2, 0, 2}, {-3, 0, 1}}, {{2, 1, 3}, {1, 1, 0}}, {{8, 8}, {-kInf, 3}}),
       {1, 1, 1}, tally);
   // A slack in steps of 2.
   check_program(dense_lp({{-1, 0, 4}, {0, 0, 2}}, {{1, 2}}, {{4.5, 5.5}}), {1, 1}, tally);

@@ -1,4 +1,5 @@
 // Bounds that the rows imply, without a reduced program: the strengthening part of presolve alone.
+// All columns count as continuous, which is sound for integer ones, too.
 #pragma once
 
 #include "lp/presolve/presolve_lp.h"
