@@ -114,6 +114,32 @@ TEST(HardBases, RepairsHaveABudget) {
   }
 }
 
+// An entry below the tolerance is no pivot, even where it is the only one of its row or column.
+TEST(HardBases, TinyEntriesAreNoPivots) {
+  for (const bool column_alone : {false, true}) {
+    constexpr double kTiny = 1e-14;
+    // Row 0 has an entry in column 0 alone, or column 0 in row 0 alone; the rest is a full block.
+    SparseMatrix a;
+    a.num_minor = a.num_major = 4;
+    const double full[4][4] = {{kTiny, 0, 0, 0}, {1, 1, 2, 1}, {1, 2, 1, 5}, {0, 1, 3, 1}};
+    for (int j = 0; j < 4; ++j) {
+      for (int i = 0; i < 4; ++i) {
+        const double value = column_alone ? full[j][i] : full[i][j];
+        if (value == 0.0) continue;
+        a.index.push_back(i);
+        a.value.push_back(value);
+      }
+      a.start.push_back(static_cast<int>(a.index.size()));
+    }
+    Vector<int> header = leading_columns(4);
+    BasisFactor factor(a, FactorSettings{}, nullptr);
+    Vector<BasisRepair> repairs;
+    EXPECT_EQ(factor.factorize(header, true, repairs), FactorOutcome::repaired);
+    ASSERT_EQ(repairs.size(), 1U);
+    EXPECT_EQ(column_alone ? repairs[0].position : repairs[0].row, 0);
+  }
+}
+
 // Pivots as small as this make a factor doubtful: the threshold rises, and the solves stay
 // backward stable.
 TEST(HardBases, NearlySingularOnesRaiseTheThreshold) {

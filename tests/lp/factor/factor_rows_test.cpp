@@ -139,6 +139,22 @@ TEST(FactorRows, ComeAndGoWithoutFactorization) {
   }
 }
 
+// Added rows make the solves more expensive at once: that alone is no reason to factorize.
+TEST(FactorRows, DoNotAskForAFactorization) {
+  Random random(650);
+  GrowingBasis basis(random, {200, 500, 3.0, 0.0, false});
+  BasisWalk& walk = basis.walk;
+  while (walk.factor.statistics().updates < 62) {
+    walk.factor.add_work(1e5 / (1 + walk.factor.statistics().updates));  // so that the mean falls
+    walk.step(random);
+  }
+  ASSERT_FALSE(walk.factor.should_refactor());
+  ASSERT_TRUE(basis.add(random, 150));
+  const int updates = walk.factor.statistics().updates;
+  while (walk.factor.statistics().updates == updates) walk.step(random);
+  EXPECT_FALSE(walk.factor.should_refactor());
+}
+
 // A probe may add cuts: all of them are gone after the return, and what follows is the same.
 TEST(FactorRows, AreTakenBackByMarks) {
   for (int seed = 600; seed < 606; ++seed) {
