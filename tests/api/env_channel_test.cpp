@@ -69,6 +69,43 @@ TEST_F(Channels, MessagesGoToEveryDestinationTheLatestFirst) {
   EXPECT_EQ(log, "still there");
 }
 
+/// A listener that detaches destinations, or all of them, while it is called.
+struct Detacher {
+  KLVenv env;
+  KLVchannel channel;
+  int calls = 0;
+  bool disconnects = false;
+  static void hear(void* handle, const char*) {
+    auto* const self = static_cast<Detacher*>(handle);
+    ++self->calls;
+    if (self->disconnects) {
+      KLVdisconnectchannel(self->env, self->channel);
+    } else {
+      while (KLVdelfuncdest(self->env, self->channel, handle, hear) == 0) {
+      }
+    }
+  }
+};
+
+TEST_F(Channels, AListenerMayDetachItselfAndOthersWhileItIsCalled) {
+  for (const bool disconnects : {false, true}) {
+    std::string heard;
+    KLVchannel channel = KLVaddchannel(env);
+    Detacher detacher{env, channel, 0, disconnects};
+    for (int k = 0; k < 2; ++k) {
+      EXPECT_EQ(KLVaddfuncdest(env, channel, &detacher, Detacher::hear), 0);
+      collect(channel, heard);
+      EXPECT_EQ(KLVaddfuncdest(env, channel, &detacher, Detacher::hear), 0);
+    }
+    KLVmsgstr(channel, "once;");
+    EXPECT_EQ(detacher.calls, 1);
+    EXPECT_EQ(heard.empty(), disconnects);
+    KLVmsgstr(channel, "twice;");
+    EXPECT_EQ(detacher.calls, 1);
+    KLVdelchannel(env, &channel);
+  }
+}
+
 TEST_F(Channels, LongMessagesAreCut) {
   const std::string line(5000, 'y');
   EXPECT_EQ(KLVmsg(log_channel, "%s", line.c_str()), 1023);

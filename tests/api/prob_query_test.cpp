@@ -132,6 +132,10 @@ TEST_F(ProblemQuery, LookingUpNames) {
   EXPECT_EQ(KLVgetrowindex(env, lp, nullptr, &index), 1004);
 
   // Look-ups see every change of names; the first of equal names counts.
+  EXPECT_EQ(KLVchgname(env, lp, 'c', 1, "new"), 0);
+  EXPECT_EQ(KLVgetcolindex(env, lp, "b", &index), 1210);
+  EXPECT_EQ(KLVgetcolindex(env, lp, "new", &index), 0);
+  EXPECT_EQ(index, 1);
   EXPECT_EQ(KLVchgname(env, lp, 'c', 0, "c"), 0);
   EXPECT_EQ(KLVgetcolindex(env, lp, "c", &index), 0);
   EXPECT_EQ(index, 0);

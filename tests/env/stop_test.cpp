@@ -80,7 +80,8 @@ TEST(StopCheck, TimeLimitsNestAndExistOnlyWithALimit) {
     env.time_limit_reset(1000.0);
     EXPECT_EQ(env.check_stop(), 0);
   }
-  EXPECT_EQ(env.check_stop(), 0);
+  env.time_limit_reset(0.0);
+  EXPECT_EQ(env.check_stop(), 0) << "the limit went with the outer one";
 }
 
 TEST(StopCheck, WorkersStandUnderTheirParentsLimitFlagAndHook) {

@@ -80,10 +80,11 @@ TEST_F(FixedView, KeepsSetsIndicatorsAndLazyConstraints) {
   ASSERT_EQ(KLVaddindconstr(env, lp, 0, 0, 2, 5.0, 'L', row, values, nullptr), 0);
   ASSERT_EQ(KLVaddindconstr(env, lp, 0, 1, 2, 0.0, 'E', row, values, nullptr), 0);
   ASSERT_EQ(KLVaddlazyconstraints(env, lp, 1, 2, &lazy_rhs, "G", &begin, row, values, nullptr), 0);
-  set_incumbent({1, 2, 0, 0, 3, 1});
+  set_incumbent({1, 2, 0, 0, 3, 1e-9});
   ASSERT_EQ(KLVchgprobtype(env, lp, 3), 0);
   EXPECT_EQ(bounds()[3], std::pair(0.0, 0.0)) << "a member of the set that is 0";
   EXPECT_EQ(bounds()[4], std::pair(0.0, 4.0));
+  EXPECT_EQ(bounds()[5], std::pair(0.0, 0.0)) << "a member within the tolerance of 0";
   ASSERT_EQ(KLVgetnumrows(env, lp), 3);
   double rhs[3];
   char sense[4] = "";
