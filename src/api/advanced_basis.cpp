@@ -4,7 +4,8 @@
 #include <cmath>
 
 #include "api/frame/basis_frame.h"
-#include "lp/solve/verify.h"
+#include "lp/form/verification.h"
+#include "lp/solve/solve_model.h"
 #include "lp/tableau/caller_tableau.h"
 
 namespace kelvo {
@@ -83,14 +84,18 @@ void write_ray(const Problem& problem, double* z) {
 
 /// Infeasibility that presolve proved comes without multipliers: the dual simplex finds them.
 void find_farkas(Environment& environment, Problem& problem) {
-  const DriverSettings settings =
-      read_driver_settings(environment.settings(), problem.objective_sense());
+  DriverSettings settings = read_driver_settings(environment.settings(), problem.objective_sense());
+  settings.presolve.on = false;
   const CallContext context{environment.messages(), environment.stop_check()};
   const TimeLimitScope time_limit(environment);
-  Owned<WorkingLp> working = take_working_lp(problem);
-  LpAnswer answer = solve_without_presolve(problem.model(), working, StoredBasis(), LpMethod::dual,
-                                           settings, context);
-  if (answer.status == kInfeasible) problem.solution.farkas = std::move(answer.record.farkas);
+  problem.working_lp.reset();
+  KeptLps kept;
+  SolveResult result;
+  if (solve_model(problem.model(), ModelChanges(), kept, StoredBasis(),
+                  algorithm_of(LpMethod::dual), settings, context, result) &&
+      result.status == kInfeasible) {
+    problem.solution.farkas = std::move(result.solution.farkas);
+  }
 }
 
 }  // namespace
@@ -178,7 +183,7 @@ int KLVdualfarkas(KLVenv env, KLVprob lp, double* y, double* proof_p) {
         solution.farkas.empty()) {
       return Status::failure(error::kDualUnboundedRequired);
     }
-    const double proof = farkas_proof(problem.model(), solution.farkas);
+    const double proof = farkas_proof(ModelProgram(problem.model()).view(), solution.farkas);
     if (!(proof > 0.0)) {
       environment.messages().send(Channel::warning,
                                   "Warning in Dual Farkas: possible scaling problem\n");

@@ -3,7 +3,8 @@
 #include <cmath>
 
 #include "api/frame/basis_frame.h"
-#include "lp/solve/verify.h"
+#include "lp/form/verification.h"
+#include "lp/solve/conversion.h"
 #include "lp/tableau/strong_branching.h"
 #include "lp/tableau/tableau_ratios.h"
 #include "prob/data/data_check.h"
@@ -153,23 +154,27 @@ double above(double amount, double tolerance) {
   return amount > tolerance ? amount : 0.0;
 }
 
-/// The status that the stored solution deserves on the model as it stands now.
+/// The status that the stored solution deserves on the model in its present state.
 int checked_status(const Problem& problem, const SimplexSettings& settings) {
-  const Model& model = problem.model();
+  const ModelProgram program(problem.model());
   const int status = problem.solution_status;
-  SolutionRecord record = problem.solution;
+  const SolutionRecord& record = problem.solution;
   if (status == kInfeasible && !record.farkas.empty()) {
-    return farkas_proof(model, record.farkas) > 0.0 ? kInfeasible : kNonOptimal;
+    return farkas_proof(program.view(), record.farkas) > 0.0 ? kInfeasible : kNonOptimal;
   }
   if (status == kUnbounded && !record.ray.empty()) {
-    return verify_ray(model, record.ray) ? kUnbounded : kNonOptimal;
+    Vector<double> ray(record.ray);
+    return verify_ray(program.view(), ray) ? kUnbounded : kNonOptimal;
   }
   if ((status != kOptimal && status != kOptimalUnscaledInfeasible) || !record.has_basis) {
     return status;
   }
-  Vector<int> variable_status;
-  stored_to_lp_status(problem.basis, model, variable_status);
-  const Violations violations = complete_and_measure(model, variable_status, record);
+  LpSolution solution;
+  solution.x = record.x;
+  solution.y = record.pi;
+  for (double& y : solution.y) y *= problem.objective_sense();
+  stored_to_lp_status(problem.basis, problem.model(), solution.status);
+  const Violations violations = complete_and_measure(program.view(), solution);
   const bool holds = violations.primal <= settings.feasibility_tolerance &&
                      violations.dual <= settings.optimality_tolerance;
   return holds ? kOptimal : kOptimalUnscaledInfeasible;
@@ -198,14 +203,14 @@ Status strong_branch(Environment& environment, Problem& problem, const int* indi
   const TimeLimitScope time_limit(environment);
   SimplexSettings settings =
       read_driver_settings(environment.settings(), problem.objective_sense()).simplex;
-  Owned<WorkingLp> working = take_working_lp(problem);
+  Owned<WorkingLp> working = problem.working_lp.take();
   StrongBranching branching(model, *working, settings, itlim, context);
   BranchingStop stop = BranchingStop::none;
   for (int k = 0; k < cnt && stop == BranchingStop::none; ++k) {
     stop = branching.probe(indices[k], problem.solution.x[indices[k]], down[k], up[k]);
   }
   if (!branching.restore()) return Status::failure(error::kBasisSingular);
-  problem.working_lp = std::move(working);
+  problem.working_lp.put(std::move(working));
   if (stop == BranchingStop::time_limit) {
     return Status::failure(error::kStrongBranchingTimeLimit);
   }

@@ -5,8 +5,8 @@
 #include "api/frame/problem_frame.h"
 #include "api/frame/text_file.h"
 #include "io/dispatch.h"
-#include "lp/solve/dual_form.h"
-#include "lp/solve/presolved_lp.h"
+#include "lp/form/dual_form.h"
+#include "lp/solve/conversion.h"
 #include "prob/model/default_names.h"
 
 namespace kelvo {
@@ -63,7 +63,7 @@ Status write_dual(Environment& environment, Problem& problem, const char* filena
                   double* objshift) {
   KELVO_TRY(check_file_name(filename));
   const Model& model = problem.model();
-  const DualForm form(make_lp_problem(model));
+  const DualForm form(with_rows(make_lp(model)));
   Model dual = make_model(form.program(), 1);
   const double shift = form.program().offset;
   name_dual(model, form, environment.messages(), dual);

@@ -1,10 +1,8 @@
 // The optimizers of linear problems.
-#include <algorithm>
-
 #include "api/frame/basis_frame.h"
 #include "env/params/param_numbers.h"
-#include "lp/solve/presolve_log.h"
-#include "lp/solve/presolved_lp.h"
+#include "lp/solve/presolved_problem.h"
+#include "lp/solve/solve_model.h"
 #include "lp/solve/start_quality.h"
 
 namespace kelvo {
@@ -17,8 +15,7 @@ enum MethodChoice : int {
   kChooseDual = 2,
   kChooseNetwork = 3,
   kChooseBarrier = 4,
-  kChooseSifting = 5,
-  kChooseConcurrent = 6
+  kChooseSifting = 5
 };
 
 /// Calls the caller's LP callback before each iteration.
@@ -43,41 +40,47 @@ class CallbackHook final : public IterationHook {
   const Callback callback_;
 };
 
-/// A run that was stopped may leave columns between their bounds: the next one goes on from there.
-void keep_places(LpAnswer& answer) {
-  const Vector<int>& status = answer.basis.col_status;
-  const bool between = std::find(status.begin(), status.end(), kFreeSuper) != status.end();
-  if (between && answer.record.has_primal) answer.basis.x = answer.record.x;
-}
-
-Status run_simplex(Environment& environment, Problem& problem, LpMethod method) {
+Status run_algorithm(Environment& environment, Problem& problem, const LpAlgorithm& algorithm) {
   DriverSettings settings = read_driver_settings(environment.settings(), problem.objective_sense());
   settings.protected_columns = protection_marks(problem);
   CallbackHook hook(environment, problem);
   const CallContext context{environment.messages(), environment.stop_check(),
                             hook.active() ? &hook : nullptr};
   const TimeLimitScope time_limit(environment);
-  Owned<WorkingLp> working = take_working_lp(problem);
-  Owned<PresolvedLp> presolved;
-  LpAnswer answer =
-      solve_lp(problem.model(), working, problem.basis, method, settings, context, presolved);
-  if (answer.singular) return Status::failure(error::kBasisSingular);
-  if (answer.status == kInfeasible) {
-    // Crossing bounds need neither presolve nor simplex; the reason is told all the same.
-    PresolveLog(context.sink, settings.presolve)
-        .empty_interval(problem.model(), settings.simplex.feasibility_tolerance);
+  const ModelChanges changes = changes_for(problem, problem.working_lp.get());
+  KeptLps kept{problem.working_lp.take(), nullptr};
+  SolveResult result;
+  Reoptimized again = Reoptimized::impossible;
+  if (problem.basis.factored && !problem.basis.has_norms() && problem.basis.x.empty() &&
+      (changes.any() || problem.solution_status == kOptimal)) {
+    again =
+        reoptimize(problem.model(), changes, kept.working, algorithm, settings, context, result);
   }
-  keep_places(answer);
-  // The answer may have come another way: what the working LP stands at must be looked at again.
-  if (working != nullptr) working->agree_with_nothing();
-  problem.working_lp = std::move(working);
-  problem.presolve = std::move(presolved);
-  problem.solution_status = answer.status;
-  problem.solution = std::move(answer.record);
-  if (answer.basis.present) {
-    problem.basis = std::move(answer.basis);
-    problem.basis.factored = true;
+  if (again == Reoptimized::unchanged) {
+    problem.working_lp.put(std::move(kept.working));
+    problem.presolve.reset();
+    problem.solution.method = algorithm.method;
+    problem.solution.iterations = problem.solution.phase_one_iterations = 0;
+    return Status();
   }
+  if (again == Reoptimized::impossible &&
+      !solve_model(problem.model(), changes, kept, problem.basis, algorithm, settings, context,
+                   result)) {
+    return Status::failure(error::kBasisSingular);
+  }
+  Owned<PresolvedProblem> presolved;
+  if (kept.presolved != nullptr) {
+    presolved = make_owned<PresolvedProblem>(std::move(kept.presolved), problem);
+  }
+  if (kept.working != nullptr) {
+    kept.working->set_agrees_with(problem.revisions());
+    kept.working->forget_basic_solution();
+    kept.working->set_ended_optimal(result.status == kOptimal, settings.simplex);
+  }
+  problem.working_lp.put(std::move(kept.working));
+  problem.presolve.put(std::move(presolved));
+  problem.presolve_follows_costs = false;
+  problem.store_result(std::move(result));
   return Status();
 }
 
@@ -88,10 +91,13 @@ LpMethod choose_simplex(Environment& environment, Problem& problem) {
   if (!settings.use_basis || !problem.basis.present) return LpMethod::dual;
   if (model.num_rows == 0 || model.num_cols == 0) return LpMethod::dual;
   const CallContext context{environment.messages(), environment.stop_check()};
-  Owned<WorkingLp> working = take_working_lp(problem);
-  prepare_working_lp(model, working, problem.basis, settings, context);
+  const ModelChanges changes = changes_for(problem, problem.working_lp.get());
+  Owned<WorkingLp> working = problem.working_lp.take();
+  prepare_working_lp(model, changes, working, problem.basis, settings, context);
   const bool feasible = is_primal_feasible(*working, settings.simplex);
-  problem.working_lp = std::move(working);
+  working->set_agrees_with(problem.revisions());
+  working->forget_basic_solution();
+  problem.working_lp.put(std::move(working));
   return feasible ? LpMethod::primal : LpMethod::dual;
 }
 
@@ -105,24 +111,21 @@ Status run_automatic(Environment& environment, Problem& problem) {
     environment.messages().send(
         Channel::warning, "concurrent optimizer may be non-deterministic; using Simplex instead\n");
   }
-  return run_simplex(environment, problem, choose_simplex(environment, problem));
+  return run_algorithm(environment, problem, algorithm_of(choose_simplex(environment, problem)));
 }
 
-Status not_available() {
-  return Status::failure(error::kBadMethodChoice);
+/// The optimizer with this value of KLV_PARAM_LPMETHOD.
+Status run_choice(Environment& environment, Problem& problem, int choice) {
+  if (choice == kChooseAutomatic) return run_automatic(environment, problem);
+  const LpAlgorithm* const algorithm = find_algorithm(choice);
+  if (algorithm == nullptr) return Status::failure(error::kBadMethodChoice);
+  return run_algorithm(environment, problem, *algorithm);
 }
 
-Status run_by_choice(Environment& environment, Problem& problem) {
-  switch (environment.get_int(param::LPMETHOD)) {
-    case kChooseAutomatic:
-      return run_automatic(environment, problem);
-    case kChoosePrimal:
-      return run_simplex(environment, problem, LpMethod::primal);
-    case kChooseDual:
-      return run_simplex(environment, problem, LpMethod::dual);
-    default:
-      return not_available();
-  }
+int optimize(KLVenv env, KLVprob lp, int choice) {
+  return on_linear(env, lp, [choice](Environment& environment, Problem& problem) {
+    return run_choice(environment, problem, choice);
+  });
 }
 
 }  // namespace
@@ -131,29 +134,27 @@ Status run_by_choice(Environment& environment, Problem& problem) {
 using namespace kelvo;
 
 int KLVlpopt(KLVenv env, KLVprob lp) {
-  return on_linear(env, lp, run_by_choice);
+  return on_linear(env, lp, [](Environment& environment, Problem& problem) {
+    return run_choice(environment, problem, environment.get_int(param::LPMETHOD));
+  });
 }
 
 int KLVprimopt(KLVenv env, KLVprob lp) {
-  return on_linear(env, lp, [](Environment& environment, Problem& problem) {
-    return run_simplex(environment, problem, LpMethod::primal);
-  });
+  return optimize(env, lp, kChoosePrimal);
 }
 
 int KLVdualopt(KLVenv env, KLVprob lp) {
-  return on_linear(env, lp, [](Environment& environment, Problem& problem) {
-    return run_simplex(environment, problem, LpMethod::dual);
-  });
+  return optimize(env, lp, kChooseDual);
 }
 
 int KLVhybnetopt(KLVenv env, KLVprob lp, int) {
-  return on_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+  return optimize(env, lp, kChooseNetwork);
 }
 
 int KLVhybbaropt(KLVenv env, KLVprob lp, int) {
-  return on_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+  return optimize(env, lp, kChooseBarrier);
 }
 
 int KLVsiftopt(KLVenv env, KLVprob lp) {
-  return on_linear(env, lp, [](Environment&, Problem&) { return not_available(); });
+  return optimize(env, lp, kChooseSifting);
 }

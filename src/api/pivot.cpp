@@ -44,19 +44,19 @@ Status change_basis(Environment& environment, Problem& problem, bool careful, Ch
   if (hold_basis(problem, settings, environment.messages(), true) == nullptr) {
     return Status::failure(error::kBasisSingular);
   }
-  Owned<WorkingLp> working = take_working_lp(problem);
+  Owned<WorkingLp> working = problem.working_lp.take();
   {
     BasisExchange exchange(*working, {.sink = &environment.messages()});
     const ExchangeOutcome outcome = change(*working, exchange);
     if (outcome == ExchangeOutcome::done) exchange.compute_values();
     if (outcome == ExchangeOutcome::singular) return Status::failure(error::kBasisSingular);
     if (outcome == ExchangeOutcome::illegal) {
-      problem.working_lp = std::move(working);
+      problem.working_lp.put(std::move(working));
       return Status::failure(error::kIllegalPivot);
     }
   }
   store_basic_solution(problem, *working, settings.simplex);
-  problem.working_lp = std::move(working);
+  problem.working_lp.put(std::move(working));
   return Status();
 }
 

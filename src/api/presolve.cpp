@@ -2,20 +2,22 @@
 #include <cstring>
 
 #include "api/frame/basis_frame.h"
+#include "lp/form/verification.h"
 #include "lp/presolve/crush.h"
 #include "lp/presolve/reductions/tighten.h"
+#include "lp/solve/conversion.h"
 #include "lp/solve/presolve_log.h"
-#include "lp/solve/presolved_lp.h"
+#include "lp/solve/presolved_problem.h"
 #include "prob/data/data_check.h"
 
 namespace kelvo {
 namespace {
 
-/// The presolved problem in step with the problem, or null.
-PresolvedLp* presolved_of(Problem& problem) {
-  auto* const presolved = static_cast<PresolvedLp*>(problem.presolve.get());
-  if (presolved != nullptr && !presolved->catch_up(problem.model())) problem.presolve.reset();
-  return static_cast<PresolvedLp*>(problem.presolve.get());
+/// The presolved problem, up to date with the problem, or null.
+PresolvedProblem* presolved_of(Problem& problem) {
+  PresolvedProblem* const presolved = problem.presolve.get();
+  if (presolved != nullptr && !presolved->catch_up(problem)) problem.presolve.reset();
+  return problem.presolve.get();
 }
 
 Status status_of(PresolveOutcome outcome) {
@@ -28,9 +30,11 @@ Status status_of(PresolveOutcome outcome) {
       return Status::failure(error::kPresolveTimeLimit);
     case PresolveOutcome::aborted:
       return Status::failure(error::kPresolveAborted);
-    default:
-      return Status();
+    case PresolveOutcome::reduced:
+    case PresolveOutcome::unchanged:
+      break;
   }
+  return Status();
 }
 
 Status presolve_problem(Environment& environment, Problem& problem) {
@@ -39,46 +43,28 @@ Status presolve_problem(Environment& environment, Problem& problem) {
   const CallContext context{environment.messages(), environment.stop_check()};
   const TimeLimitScope time_limit(environment);
   problem.presolve.reset();
-  Owned<PresolvedLp> presolved =
-      make_owned<PresolvedLp>(problem.model(), settings, protection_marks(problem), context);
+  const LpProblem program = make_lp(problem.model());
+  PresolveLog log(context.sink, settings);
+  auto presolved =
+      make_owned<PresolvedLp>(program, settings, protection_marks(problem), context, log);
   KELVO_TRY(status_of(presolved->outcome()));
-  presolved->keep_identity(problem.model());
-  if (!settings.dual_reductions) presolved->follow_objective();
-  problem.presolve = std::move(presolved);
+  presolved->keep_identity(program);
+  problem.presolve.put(make_owned<PresolvedProblem>(std::move(presolved), problem));
+  problem.presolve_follows_costs = !settings.dual_reductions;
   return Status();
 }
 
-/// The frame of functions on a presolved problem: body(Environment&, Problem&, PresolvedLp&).
+/// The frame of functions on a presolved problem: body(Environment&, Problem&, PresolvedProblem&).
 template <class Body, class... Pointers>
 int with_presolved(KLVenv env, KLVprob lp, Body body, const Pointers*... pointers) {
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     KELVO_TRY(check_pointers(pointers...));
-    PresolvedLp* const presolved = presolved_of(problem);
-    if (presolved == nullptr || !presolved->has_reduced_model()) {
+    PresolvedProblem* const presolved = presolved_of(problem);
+    if (presolved == nullptr || !presolved->has_reduced()) {
       return Status::failure(error::kNoPresolved);
     }
     return body(environment, problem, *presolved);
   });
-}
-
-/// The reduced model as a problem that carries the names of the original's rows and columns.
-Problem& reduced_problem(Problem& problem, PresolvedLp& presolved) {
-  if (presolved.reduced_problem == nullptr) {
-    const Model& model = problem.model();
-    Model reduced = presolved.reduced_model();
-    reduced.name = model.name;
-    const auto copy_names = [](const NameStore& from, const Vector<int>& kept, NameStore& to) {
-      if (!from.present()) return;
-      to.create();
-      for (const int line : kept) to.append(from.view(line));
-    };
-    copy_names(model.row_names, presolved.presolve().kept_rows(), reduced.row_names);
-    copy_names(model.col_names, presolved.presolve().kept_cols(), reduced.col_names);
-    Owned<Problem> made = make_owned<Problem>(problem.environment());
-    made->replace_model(std::move(reduced));
-    presolved.reduced_problem = std::move(made);
-  }
-  return *presolved.reduced_problem;
 }
 
 /// c_j - a_j'pi over the columns of a model, in its own sense.
@@ -155,9 +141,9 @@ int KLVgetredlp(KLVenv env, KLVprob lp, KLVprob* redlp_p) {
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     KELVO_TRY(check_pointers(redlp_p));
     *redlp_p = nullptr;
-    PresolvedLp* const presolved = presolved_of(problem);
-    if (presolved != nullptr && presolved->has_reduced_model()) {
-      *redlp_p = to_handle(&reduced_problem(problem, *presolved));
+    PresolvedProblem* const presolved = presolved_of(problem);
+    if (presolved != nullptr && presolved->has_reduced()) {
+      *redlp_p = to_handle(&presolved->shown(problem));
     }
     return Status();
   });
@@ -166,8 +152,8 @@ int KLVgetredlp(KLVenv env, KLVprob lp, KLVprob* redlp_p) {
 int KLVcrushx(KLVenv env, KLVprob lp, const double* x, double* prex) {
   return with_presolved(
       env, lp,
-      [&](Environment&, Problem&, PresolvedLp& presolved) {
-        crush_x(presolved.presolve(), x, prex);
+      [&](Environment&, Problem&, PresolvedProblem& presolved) {
+        crush_x(presolved.lp().presolve(), x, prex);
         return Status();
       },
       x, prex);
@@ -176,8 +162,8 @@ int KLVcrushx(KLVenv env, KLVprob lp, const double* x, double* prex) {
 int KLVuncrushx(KLVenv env, KLVprob lp, double* x, const double* prex) {
   return with_presolved(
       env, lp,
-      [&](Environment&, Problem&, PresolvedLp& presolved) {
-        uncrush_x(presolved.presolve(), prex, x);
+      [&](Environment&, Problem&, PresolvedProblem& presolved) {
+        uncrush_x(presolved.lp().presolve(), prex, x);
         return Status();
       },
       x, prex);
@@ -186,12 +172,12 @@ int KLVuncrushx(KLVenv env, KLVprob lp, double* x, const double* prex) {
 int KLVcrushpi(KLVenv env, KLVprob lp, const double* pi, double* prepi) {
   return with_presolved(
       env, lp,
-      [&](Environment&, Problem& problem, PresolvedLp& presolved) {
+      [&](Environment&, Problem& problem, PresolvedProblem& presolved) {
         const int sense = problem.objective_sense();
         Vector<double> y(pi, pi + problem.model().num_rows);
         for (double& value : y) value *= sense;
-        crush_y(presolved.presolve(), y.data(), prepi);
-        for (int i = 0; i < presolved.reduced_model().num_rows; ++i) prepi[i] *= sense;
+        crush_y(presolved.lp().presolve(), y.data(), prepi);
+        for (int i = 0; i < presolved.lp().reduced().num_rows; ++i) prepi[i] *= sense;
         return Status();
       },
       pi, prepi);
@@ -201,17 +187,16 @@ int KLVuncrushpi(KLVenv env, KLVprob lp, double* pi, const double* prepi) {
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     if (is_quadratic(problem)) return Status::failure(error::kNotForQuadratic);
     KELVO_TRY(check_pointers(pi, prepi));
-    PresolvedLp* const presolved = presolved_of(problem);
-    if (presolved == nullptr || !presolved->has_reduced_model()) {
+    PresolvedProblem* const presolved = presolved_of(problem);
+    if (presolved == nullptr || !presolved->has_reduced()) {
       return Status::failure(error::kNoPresolved);
     }
-    const Model& reduced = presolved->reduced_model();
+    const LpProblem& reduced = presolved->lp().reduced();
     const int sense = problem.objective_sense();
-    Vector<double> z(reduced.num_cols), y(prepi, prepi + reduced.num_rows);
-    reduced_costs(reduced, prepi, z.data());
-    for (double& value : z) value *= sense;
+    Vector<double> y(prepi, prepi + reduced.num_rows);
     for (double& value : y) value *= sense;
-    uncrush_y(presolved->presolve(), y.data(), z.data(), pi);
+    const Vector<double> z = reduced_costs(ProgramView(reduced), y);
+    uncrush_y(presolved->lp().presolve(), y.data(), z.data(), pi);
     for (int i = 0; i < problem.model().num_rows; ++i) pi[i] = sense * pi[i] + 0.0;
     return Status();
   });
@@ -229,12 +214,13 @@ int KLVcrushform(KLVenv env, KLVprob lp, int len, const int* ind, const double* 
                  double* poffset_p, int* pind, double* pval) {
   return with_presolved(
       env, lp,
-      [&](Environment& environment, Problem& problem, PresolvedLp& presolved) -> Status {
+      [&](Environment& environment, Problem& problem, PresolvedProblem& presolved) -> Status {
         if (len > 0) KELVO_TRY(check_pointers(ind, val));
         LinearForm form;
         KELVO_TRY(load_form(environment, len, ind, val, problem.model().num_cols, form));
-        if (!crush_form(presolved.presolve(), form)) return Status::failure(error::kCannotCrush);
-        const Vector<int>& map = presolved.presolve().col_map();
+        if (!crush_form(presolved.lp().presolve(), form))
+          return Status::failure(error::kCannotCrush);
+        const Vector<int>& map = presolved.lp().presolve().col_map();
         *plen_p = store_form(
             form, [&map](int j) { return map[j]; }, pind, pval);
         *poffset_p = form.offset;
@@ -248,15 +234,15 @@ int KLVuncrushform(KLVenv env, KLVprob lp, int plen, const int* pind, const doub
                    int* len_p, double* offset_p, int* ind, double* val) {
   return with_presolved(
       env, lp,
-      [&](Environment& environment, Problem& problem, PresolvedLp& presolved) -> Status {
+      [&](Environment& environment, Problem& problem, PresolvedProblem& presolved) -> Status {
         if (plen > 0) KELVO_TRY(check_pointers(pind, pval));
         LinearForm reduced, form;
         KELVO_TRY(
-            load_form(environment, plen, pind, pval, presolved.reduced_model().num_cols, reduced));
+            load_form(environment, plen, pind, pval, presolved.lp().reduced().num_cols, reduced));
         form.weight.assign(problem.model().num_cols, 0.0);
-        const Vector<int>& kept = presolved.presolve().kept_cols();
+        const Vector<int>& kept = presolved.lp().presolve().kept_cols();
         for (std::size_t k = 0; k < kept.size(); ++k) form.weight[kept[k]] = reduced.weight[k];
-        uncrush_form(presolved.presolve(), form);
+        uncrush_form(presolved.lp().presolve(), form);
         *len_p = store_form(
             form, [](int j) { return j; }, ind, val);
         *offset_p = 0.0;
@@ -270,15 +256,15 @@ int KLVgetprestat(KLVenv env, KLVprob lp, int* prestat_p, int* pcstat, int* prst
                   int* orstat) {
   constexpr int kNone = 0, kExists = 1, kEmpty = 2;
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
-    PresolvedLp* const presolved = presolved_of(problem);
-    const bool exists = presolved != nullptr && presolved->has_reduced_model();
+    PresolvedProblem* const presolved = presolved_of(problem);
+    const bool exists = presolved != nullptr && presolved->has_reduced();
     if (prestat_p != nullptr) {
-      const bool empty = exists && presolved->reduced_model().num_cols == 0 &&
-                         presolved->reduced_model().num_rows == 0;
+      const bool empty = exists && presolved->lp().reduced().num_cols == 0 &&
+                         presolved->lp().reduced().num_rows == 0;
       *prestat_p = !exists ? kNone : empty ? kEmpty : kExists;
     }
     if (!exists) return Status();
-    const Presolve& presolve = presolved->presolve();
+    const Presolve& presolve = presolved->lp().presolve();
     const RemovalCodes codes = removal_codes(presolve);
     if (pcstat != nullptr) std::copy(codes.cols.begin(), codes.cols.end(), pcstat);
     if (prstat != nullptr) std::copy(codes.rows.begin(), codes.rows.end(), prstat);
@@ -295,10 +281,10 @@ int KLVbasicpresolve(KLVenv env, KLVprob lp, double* redlb, double* redub, int* 
   return api_read(env, lp, [&](Environment& environment, Problem& problem) -> Status {
     const PresolveSettings settings = read_presolve_settings(environment.settings());
     const TimeLimitScope time_limit(environment);
-    const LpProblem program = make_lp_problem(problem.model());
+    const LpProblem program = with_rows(make_lp(problem.model()));
     const StrengthenedBounds found = strengthen_bounds(program, settings, environment.stop_check());
     if (found.finding.kind != FindingKind::none) {
-      PresolveLog(environment.messages(), settings).finding(found.finding, problem.model());
+      PresolveLog(environment.messages(), settings).finding(found.finding, program);
       return Status::failure(error::kPresolveInfeasible);
     }
     const auto written = [](double bound) {
@@ -365,9 +351,9 @@ int KLVslackfromx(KLVenv env, KLVprob lp, const double* x, double* slack) {
 int KLVpreslvwrite(KLVenv env, KLVprob lp, const char* filename, double* objoff_p) {
   KLVprob reduced = nullptr;
   const int code = with_presolved(
-      env, lp, [&](Environment&, Problem& problem, PresolvedLp& presolved) -> Status {
+      env, lp, [&](Environment&, Problem& problem, PresolvedProblem& presolved) -> Status {
         if (filename == nullptr) return Status::failure(error::kNoFileName);
-        reduced = to_handle(&reduced_problem(problem, presolved));
+        reduced = to_handle(&presolved.shown(problem));
         if (objoff_p != nullptr) *objoff_p = presolved.objective_offset();
         return Status();
       });

@@ -7,7 +7,7 @@
 #include "api/frame/text_file.h"
 #include "env/params/param_numbers.h"
 #include "io/basis/basis_file.h"
-#include "lp/solve/start_from_values.h"
+#include "lp/solve/conversion.h"
 #include "prob/data/data_check.h"
 #include "prob/solution_access.h"
 

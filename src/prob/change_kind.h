@@ -67,6 +67,19 @@ struct Revisions {
   bool operator==(const Revisions&) const = default;
 };
 
+/// What has changed since certain revisions; by default everything may have.
+struct ModelChanges {
+  bool structure = true;
+  bool costs = true;
+  bool column_bounds = true;
+  bool row_limits = true;
+  // The columns whose bounds have changed, some perhaps more than once; null: any of them may have.
+  const int* columns = nullptr;
+  int num_columns = 0;
+
+  bool any() const { return structure || costs || column_bounds || row_limits; }
+};
+
 enum Aspect : unsigned {
   kCosts = 1u << 0,
   kColumnBounds = 1u << 1,

@@ -35,9 +35,8 @@ void Problem::notify_change(ChangeKind kind) noexcept {
     working_lp.reset();
     basis.factored = false;
   }
-  if ((stale & kCachedPresolve) != 0 && presolve != nullptr && !presolve->outlives(kind)) {
-    presolve.reset();
-  }
+  const bool of_objective = kind == ChangeKind::objective || kind == ChangeKind::single_objective;
+  if ((stale & kCachedPresolve) != 0 && !(presolve_follows_costs && of_objective)) presolve.reset();
   if ((stale & kCachedDerived) != 0) {
     view_target.reset();
     derived.reset();
@@ -50,9 +49,30 @@ void Problem::notify_change(ChangeKind kind) noexcept {
   if ((stale & kCachedNorms) != 0) basis.forget_norms();
   const unsigned touched = touched_by(kind);
   revisions_.costs += (touched & kCosts) != 0;
-  revisions_.column_bounds += (touched & kColumnBounds) != 0;
+  if ((touched & kColumnBounds) != 0) {
+    ++revisions_.column_bounds;
+    // A change of bounds alone lists its columns itself.
+    if (kind != ChangeKind::bounds) bound_trail_.forget(revisions_.column_bounds);
+  }
   revisions_.row_limits += (touched & kRowLimits) != 0;
   revisions_.structure += (touched & kStructure) != 0;
+}
+
+ModelChanges Problem::changes_since(const Revisions& earlier) const noexcept {
+  ModelChanges changes{.structure = earlier.structure != revisions_.structure,
+                       .costs = earlier.costs != revisions_.costs,
+                       .column_bounds = earlier.column_bounds != revisions_.column_bounds,
+                       .row_limits = earlier.row_limits != revisions_.row_limits};
+  if (changes.column_bounds) bound_trail_.list_since(earlier.column_bounds, changes);
+  return changes;
+}
+
+void Problem::store_result(SolveResult&& result) noexcept {
+  solution_status = result.status;
+  solution = std::move(result.solution);
+  if (!result.basis.present) return;
+  basis = std::move(result.basis);
+  basis.factored = true;
 }
 
 void Problem::discard_solution() noexcept {

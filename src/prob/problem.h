@@ -18,8 +18,9 @@
 #include <string_view>
 
 #include "base/status.h"
-#include "prob/attachment.h"
+#include "prob/bound_trail.h"
 #include "prob/change_kind.h"
+#include "prob/kept_slot.h"
 #include "prob/model/blocks.h"
 #include "prob/model/model.h"
 #include "prob/model/name_lookup.h"
@@ -29,6 +30,8 @@
 namespace kelvo {
 
 class Environment;
+class PresolvedProblem;
+class WorkingLp;
 struct ObjectNode;
 
 enum ProblemType : int {
@@ -113,6 +116,7 @@ class Problem {
   /// Discards what a change of this kind makes stale.
   void notify_change(ChangeKind kind) noexcept;
   const Revisions& revisions() const { return revisions_; }
+  ModelChanges changes_since(const Revisions& earlier) const noexcept;
 
   // ---- Edits. Arguments have been checked; indices are those of the merged model. ----
 
@@ -154,6 +158,8 @@ class Problem {
     notify_change(kind);
   }
   void set_type(int type) { type_ = type; }
+  /// Stores what an optimizer found, in place of the last result.
+  void store_result(SolveResult&& result) noexcept;
   /// Puts a basis in place of the stored one; a stored solution loses its basis.
   void store_start_basis(StoredBasis&& start) noexcept;
   /// Changes the type, one that is neither a view nor that of a node, and with it the model.
@@ -180,9 +186,10 @@ class Problem {
   int solution_status = kNoSolution;
   SolutionRecord solution;
   Incumbent incumbent;
-  StoredBasis basis;             // kept in step by edits, see change_kind.cpp
-  Owned<Attachment> working_lp;  // the optimizers' own copy of the model; see revisions()
-  Owned<Attachment> presolve;
+  StoredBasis basis;               // kept in step by edits, see change_kind.cpp
+  KeptSlot<WorkingLp> working_lp;  // the optimizers' own copy of the model; see revisions()
+  KeptSlot<PresolvedProblem> presolve;
+  bool presolve_follows_costs = false;  // it outlives changes of the objective
   Vector<int> protected_columns;  // that presolve must leave in the model; kept in step by edits
   Owned<Problem> view_target;
   Owned<Problem> derived;
@@ -197,6 +204,7 @@ class Problem {
   Model model_;
   PendingBatch batch_;
   Revisions revisions_;
+  BoundTrail bound_trail_;
   NameLookup row_lookup_;
   NameLookup column_lookup_;
   NameLookup set_lookup_;

@@ -167,6 +167,9 @@ void Problem::change_bounds(const Vector<BoundChange>& changes) {
     (change.upper ? model_.upper : model_.lower)[change.column] = change.value;
   }
   notify_change(ChangeKind::bounds);
+  for (const BoundChange& change : changes) {
+    bound_trail_.note(revisions_.column_bounds, change.column);
+  }
 }
 
 void Problem::change_objective_sense(int sense) {

@@ -95,6 +95,13 @@ struct SolutionRecord {
   Vector<double> ray;     // [columns] direction that keeps rows and bounds and improves for ever
 };
 
+/// What an optimizer hands to Problem::store_result().
+struct SolveResult {
+  int status = kNoSolution;
+  SolutionRecord solution;
+  StoredBasis basis;  // replaces the stored one when it is present
+};
+
 /// The best integer solution known of a mixed-integer problem.
 struct Incumbent {
   bool present = false;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/random.h"
+#include "lp/solve/solve_model.h"
 #include "lp/tableau/kept_basis.h"
 
 namespace kelvo::test {
@@ -54,7 +55,7 @@ TEST(Sensitivity, RowsAndColumnsAgree) {
     SCOPED_TRACE(::testing::Message() << "seed " << seed);
     const Model model = random_model(seed);
     Owned<WorkingLp> working;
-    prepare_working_lp(model, working, StoredBasis(), settings, context);
+    prepare_working_lp(model, ModelChanges(), working, StoredBasis(), settings, context);
     ASSERT_EQ(working->simplex().run_dual(settings.simplex), SimplexOutcome::optimal);
     Sensitivity sensitivity(model, *working);
     double low[2][10], high[2][10];

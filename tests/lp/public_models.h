@@ -8,8 +8,7 @@
 
 #include "base/file_stream.h"
 #include "io/mps/mps_reader.h"
-#include "lp/solve/driver.h"
-#include "lp/solve/presolved_lp.h"
+#include "lp/model_solver.h"
 
 namespace kelvo::test {
 
@@ -29,22 +28,15 @@ inline Model read_model(const std::string& path) {
 }
 
 /// From scratch and without presolve.
-inline LpAnswer solve_as_it_stands(const Model& model, LpMethod method) {
-  Owned<WorkingLp> working;
-  SilentSink sink;
-  NeverStop never;
-  return solve_without_presolve(model, working, StoredBasis(), method, DriverSettings(),
-                                {sink, never, nullptr});
+inline ModelAnswer solve_as_it_stands(const Model& model, LpMethod method) {
+  ModelSolver solver;
+  solver.settings.presolve.on = false;
+  return solver.solve(model, method);
 }
 
 /// From scratch and by way of presolve.
-inline LpAnswer solve_presolved(const Model& model, LpMethod method) {
-  Owned<WorkingLp> working;
-  Owned<PresolvedLp> presolved;
-  SilentSink sink;
-  NeverStop never;
-  return solve_lp(model, working, StoredBasis(), method, DriverSettings(), {sink, never, nullptr},
-                  presolved);
+inline ModelAnswer solve_presolved(const Model& model, LpMethod method) {
+  return ModelSolver().solve(model, method);
 }
 
 }  // namespace kelvo::test

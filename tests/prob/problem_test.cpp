@@ -8,6 +8,7 @@
 #include <string>
 
 #include "api/frame/problem_frame.h"
+#include "lp/solve/conversion.h"
 
 namespace kelvo {
 namespace {
@@ -32,7 +33,6 @@ class ProblemObject : public ::testing::Test {
     problem->merge_pending();
   }
 
-  class Sentinel final : public Attachment {};
   /// Makes it look as if an optimizer had run.
   void pretend_solved() {
     problem->solution_status = kOptimal;
@@ -41,7 +41,10 @@ class ProblemObject : public ::testing::Test {
     problem->basis.present = true;
     problem->basis.col_status.assign(problem->num_cols(), kAtLowerStatus);
     problem->basis.row_status.assign(problem->num_rows(), kBasicStatus);
-    problem->working_lp = make_owned<Sentinel>();
+    problem->merge_pending();
+    SilentSink sink;
+    problem->working_lp.put(
+        make_owned<WorkingLp>(make_lp(problem->model()), ScalingMethod::none, sink));
   }
 
   static constexpr int kAtLowerStatus = 0;
@@ -116,10 +119,33 @@ TEST_F(ProblemObject, EditsDiscardWhatTheyMakeStale) {
     ASSERT_EQ(c.edit(env, lp), 0);
     EXPECT_EQ(problem->solution_status, c.keeps_solution ? kOptimal : kNoSolution);
     EXPECT_EQ(problem->solution.has_primal, c.keeps_solution);
-    EXPECT_EQ(problem->working_lp != nullptr, c.keeps_working_lp);
+    EXPECT_EQ(problem->working_lp.get() != nullptr, c.keeps_working_lp);
     EXPECT_TRUE(problem->basis.present);
     EXPECT_EQ(problem->revisions() == before, c.keeps_solution);
   }
+}
+
+TEST_F(ProblemObject, ChangedBoundsAreListed) {
+  load();
+  const Revisions start = problem->revisions();
+  EXPECT_FALSE(problem->changes_since(start).any());
+  const int second = 1, third = 2;
+  const double one = 1.0;
+  ASSERT_EQ(KLVchgbds(env, lp, 1, &second, "U", &one), 0);
+  const Revisions middle = problem->revisions();
+  ASSERT_EQ(KLVchgbds(env, lp, 1, &third, "U", &one), 0);
+  ModelChanges changes = problem->changes_since(middle);
+  EXPECT_TRUE(changes.column_bounds && !changes.costs && !changes.structure);
+  ASSERT_EQ(changes.num_columns, 1);
+  EXPECT_EQ(changes.columns[0], 2);
+  changes = problem->changes_since(start);
+  ASSERT_EQ(changes.num_columns, 2);
+  EXPECT_EQ(changes.columns[0], 1);
+  // A list that has grown too long is dropped: any column may have changed.
+  for (int k = 0; k < 1000; ++k) ASSERT_EQ(KLVchgbds(env, lp, 1, &third, "U", &one), 0);
+  changes = problem->changes_since(start);
+  EXPECT_TRUE(changes.column_bounds);
+  EXPECT_EQ(changes.columns, nullptr);
 }
 
 TEST_F(ProblemObject, ViewsAreFollowedByQueriesAndRefusedByChanges) {

@@ -35,4 +35,17 @@ struct LpProblem {
   int num_vars() const { return num_cols + num_rows; }
 };
 
+/// The first variable that admits no value at all, not even within the tolerance; -1 for none.
+int find_empty_interval(const LpProblem& lp, double tolerance);
+
+/// Closes intervals whose bounds cross: both become their mean. For crossings within the
+/// feasibility tolerance; anything wider is infeasible and never comes here.
+void close_crossed_bounds(LpProblem& lp);
+
+/// A x for a point x [num_cols], accumulated in extended precision.
+Vector<double> row_activities(const LpProblem& lp, const Vector<double>& x);
+
+/// A copy that has the matrix row-wise, too.
+LpProblem with_rows(const LpProblem& lp);
+
 }  // namespace kelvo

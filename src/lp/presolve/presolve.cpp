@@ -200,10 +200,9 @@ void number_lines(const Vector<char>& alive, Vector<int>& map, Vector<int>& kept
 
 }  // namespace
 
-Presolve::Presolve(LpProblem lp, const PresolveSettings& settings, const ColumnMarks& marks,
+Presolve::Presolve(const LpProblem& lp, const PresolveSettings& settings, const ColumnMarks& marks,
                    StopCheck& stop, PresolveProgress* progress) {
   PresolveLp work(lp, settings, marks, stop, progress);
-  lp = LpProblem();  // large, and not needed any more
   Reducer(work).run();
   outcome_ = outcome_of(work);
   finding_ = work.finding;

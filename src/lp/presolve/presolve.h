@@ -19,28 +19,16 @@
 // worthwhile part of what is left. The work is bounded by a multiple of the number of nonzeros.
 #pragma once
 
+#include "lp/form/lp_solution.h"
 #include "lp/presolve/presolve_lp.h"
 
 namespace kelvo {
-
-/// A solution in the numbering of one program, with as many layers as it has: a point alone, with
-/// duals, or a basic one. The arrays of layers that it does not have are not looked at.
-struct LpSolution {
-  Layers layers;
-  Vector<double> x;    // [num_cols]
-  Vector<double> y;    // [num_rows]
-  Vector<double> z;    // [num_cols] reduced costs that belong to y
-  Vector<int> status;  // [num_cols + num_rows] BasisStatus, logicals after the columns
-  // False: x and y belong together, but the logicals of some equations that are basic should not
-  // be, and may have duals other than 0; push_duals() says what is basic in their place.
-  bool basis_is_settled = true;
-};
 
 class Presolve {
  public:
   /// Runs presolve on a program whose row-wise matrix is not looked at. Settings and stop check are
   /// used during the construction only. `progress` may be null.
-  Presolve(LpProblem lp, const PresolveSettings& settings, const ColumnMarks& marks,
+  Presolve(const LpProblem& lp, const PresolveSettings& settings, const ColumnMarks& marks,
            StopCheck& stop, PresolveProgress* progress = nullptr);
 
   PresolveOutcome outcome() const { return outcome_; }

@@ -28,6 +28,7 @@
 #include <concepts>
 
 #include "lp/form/lp_problem.h"
+#include "lp/form/lp_solution.h"
 
 namespace kelvo {
 
@@ -119,11 +120,6 @@ struct DualState {
   int row_side(int i, bool limits_coincide) const {
     return basis == nullptr ? side_of(y[i]) : active_side(basis->rows[i], y[i], limits_coincide);
   }
-};
-
-/// The layers that a solution has; without a basis it has no statuses, without duals neither.
-struct Layers {
-  bool values = true, duals = true, basis = true;
 };
 
 /// A solution on its way through the records, in the original numbering.

@@ -1,74 +1,44 @@
-// The driver of the simplex methods: from a model to an answer in the model's own terms.
+// The driver of the simplex methods: from a working LP to a verified answer.
 //
-// A run scales the model into a working LP, starts from the basis it is given, solves, and checks
-// what came out on the unscaled model. An answer that does not pass is improved before anything is
-// reported:
+// A run starts from the basis in force, solves, and checks what came out on the unscaled program.
+// An answer that does not pass is improved before anything is reported:
 //
-//  - An optimum of the scaled LP that violates the tolerances on the model is taken up by a second
-//    pass on the unscaled LP from the final basis, with few iterations allowed when the basis is
+//  - An optimum of the scaled LP that violates the tolerances is taken up by a second pass on the
+//    unscaled LP from the final basis, with few iterations allowed when the basis is
 //    ill-conditioned. When that pass is stopped, the state after the first one is restored and a
 //    third pass runs on the scaled LP with tolerances tightened by what was missing.
-//  - A proof of infeasibility or a direction of unboundedness that does not hold on the model, a
-//    singular basis and numerical trouble are answered by the other simplex method, then by the
-//    unscaled LP from the slack basis, with the primal simplex when infeasibility was claimed.
+//  - A proof of infeasibility or a direction of unboundedness that does not hold, a singular basis
+//    and numerical trouble are answered by the other simplex method, then by the unscaled LP from
+//    the slack basis, with the primal simplex when infeasibility was claimed; directions that keep
+//    coming without holding are blocked by a change of units.
 //
 // Only what has passed its check is called optimal, infeasible or unbounded.
 #pragma once
 
 #include "lp/presolve/presolve_settings.h"
+#include "lp/solve/lp_answer.h"
 #include "lp/solve/working_lp.h"
 
 namespace kelvo {
 
 struct DriverSettings {
-  SimplexSettings
-      simplex;  // `scaled`, `sense` and iteration limits of passes are set by the driver
+  SimplexSettings simplex;  // `scaled` and the iteration limits of passes are set by the driver
   ScalingMethod scaling = ScalingMethod::equilibrate;
   bool use_basis = true;       // start from the stored basis and from the state kept
   bool always_crush = false;   // presolve even when that basis is close to an optimum
-  bool restart_passes = true;  // improve an optimum that violates the unscaled model
+  bool restart_passes = true;  // improve an optimum that violates the unscaled program
   PresolveSettings presolve;
-  Vector<char> protected_columns;   // [columns] 1: presolve must leave it; or empty
-  double objective_constant = 0.0;  // of the minimization: what a reduced model's objective lacks
+  Vector<char> protected_columns;  // [columns] 1: presolve must leave it; or empty
 };
 
 enum class LpMethod { primal, dual };
 
-/// What a run leaves: the solution status (SolutionStatus), the record and the final basis.
-struct LpAnswer {
-  int status = kNoSolution;
-  bool singular = false;  // no basis could be factored, not even after a fresh start
-  SolutionRecord record;
-  StoredBasis basis;
-};
-
-class PresolvedLp;
-
-/// Solves the linear part of a model, by way of presolve when that is on; `presolved` then receives
-/// the presolved problem. A start basis is crushed through presolve, unless so few variables are on
-/// the wrong side of their limits in it, or have a reduced cost of the wrong sign, that going on
-/// from it takes less than presolve would; or unless it comes with pricing norms, which presolve
-/// cannot carry. `working` holds the working LP of an earlier call or null; it is replaced when it
-/// does not fit. Should memory run out (std::bad_alloc), reset `working`: its state need not agree
-/// with any answer.
-LpAnswer solve_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
-                  LpMethod method, const DriverSettings& settings, const CallContext& context,
-                  Owned<PresolvedLp>& presolved);
-
-/// Solves the model as it stands.
-LpAnswer solve_without_presolve(const Model& model, Owned<WorkingLp>& working,
-                                const StoredBasis& start, LpMethod method,
-                                const DriverSettings& settings, const CallContext& context);
-
-/// Solves the presolved model, from the start basis that the settings ask for, and carries the
-/// answer back (presolved_solve.cpp).
-LpAnswer solve_with_presolve(const Model& model, Owned<WorkingLp>& working,
-                             const StoredBasis& start, LpMethod method,
-                             const DriverSettings& settings, const CallContext& context,
-                             Owned<PresolvedLp>& presolved);
-
-/// Makes `working` the working LP of the model, at the start basis that the settings ask for.
-void prepare_working_lp(const Model& model, Owned<WorkingLp>& working, const StoredBasis& start,
-                        const DriverSettings& settings, const CallContext& context);
+/// Runs the method on a working LP, from the basis in force. `own_start`: that is the slack basis
+/// because no other was given. The working LP is replaced by the one that gave the answer.
+/// `defer_check`: the caller fetches an optimal solution of the first run from the working LP and
+/// verifies it; the answer comes without one then.
+LpAnswer solve_working_lp(Owned<WorkingLp>& working, LpMethod method, bool own_start,
+                          bool defer_check, const DriverSettings& settings,
+                          const CallContext& context);
 
 }  // namespace kelvo

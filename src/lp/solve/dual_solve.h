@@ -1,19 +1,19 @@
-// Solving a model by way of its dual formulation.
+// Solving a program by way of its dual formulation.
 #pragma once
 
-#include "lp/solve/driver.h"
+#include "lp/solve/algorithms.h"
 
 namespace kelvo {
 
-/// True when the model is to be solved through its dual: because the settings say so or, when they
-/// leave it open, because the dual has far fewer rows than the model and no many more columns.
-bool prefers_dual_form(const Model& model, const PresolveSettings& settings);
+/// True when the program is to be solved through its dual: because the settings say so or, when
+/// they leave it open, because the dual has far fewer rows and not many more columns.
+bool prefers_dual_form(const LpProblem& lp, const PresolveSettings& settings);
 
-/// Solves the dual formulation and fills `answer` with status, basis, x, pi and reduced costs of
-/// the model itself; they have not been checked on it. False, with the iterations spent in
-/// `answer.record`, when the dual has no optimum: what that means for the model is a question for
-/// the model itself.
-bool solve_dual_form(const Model& model, LpMethod method, const DriverSettings& settings,
-                     const CallContext& context, LpAnswer& answer);
+/// Solves the dual formulation and fills `answer` with outcome, x, y, statuses and reduced costs of
+/// the program itself; they have not been checked on it. False, with the iterations spent in
+/// `answer`, when the dual has no optimum: what that means for the program is a question for the
+/// program itself.
+bool solve_dual_form(const LpProblem& lp, const LpAlgorithm& algorithm,
+                     const DriverSettings& settings, const CallContext& context, LpAnswer& answer);
 
 }  // namespace kelvo

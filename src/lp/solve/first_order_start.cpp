@@ -5,8 +5,7 @@
 #include <new>
 #include <utility>
 
-#include "lp/solve/model_to_lp.h"
-#include "lp/solve/start_from_values.h"
+#include "lp/crossover/basis_from_values.h"
 
 namespace kelvo {
 
@@ -30,11 +29,11 @@ constexpr double kRoom = 1e-5;
 
 }  // namespace
 
-FirstOrderStart::FirstOrderStart(const Model& model, StopCheck& stop)
-    : model_(model), stop_(stop), trial_(kFirstTrial) {
-  const double nonzeros = model.matrix.num_nonzeros();
-  work_per_iteration_ =
-      FirstOrderMethod::work_per_iteration(model.num_rows, model.num_cols, nonzeros);
+FirstOrderStart::FirstOrderStart(WorkingLp& working, StopCheck& stop)
+    : working_(working), stop_(stop), trial_(kFirstTrial) {
+  const LpProblem& lp = working.lp();
+  work_per_iteration_ = FirstOrderMethod::work_per_iteration(
+      lp.num_rows, lp.num_cols, static_cast<double>(lp.columns.index.size()));
   due_ = kFirstTurn * work_per_iteration_;
 }
 
@@ -49,7 +48,9 @@ bool FirstOrderStart::take_turn() {
 }
 
 bool FirstOrderStart::find_point() {
-  if (method_ == nullptr) method_ = make_owned<FirstOrderMethod>(make_columnwise_lp(model_), stop_);
+  if (method_ == nullptr) {
+    method_ = make_owned<FirstOrderMethod>(working_.unscaled_copy(), stop_);
+  }
   bool found = false;
   bool promising = true;
   for (; !found && promising; trial_ *= 2) {
@@ -72,13 +73,15 @@ bool FirstOrderStart::is_promising(double error_at_half) const {
   return total * work_per_iteration_ * kStreamingShare <= due_;
 }
 
-void FirstOrderStart::give_basis(WorkingLp& working) {
-  const FirstOrderPoint point = method_->take_point();
+void FirstOrderStart::give_basis() {
+  FirstOrderPoint point = method_->take_point();
   method_.reset();  // large
-  StartValues values;
-  values.x = point.x.data();
-  const StoredBasis basis = basis_from_values(model_, values, kRoom);
-  working.start_from(basis, model_, basis.x.data());
+  const LpProblem lp = working_.unscaled_copy();
+  VariableValues known;
+  known.place = places_at(lp, std::move(point.x));
+  LpStart start = basis_from_values(lp, known, kRoom);
+  start.x.assign(known.place.begin(), known.place.begin() + lp.num_cols);
+  working_.start_from(start);
 }
 
 }  // namespace kelvo

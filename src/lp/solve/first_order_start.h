@@ -15,20 +15,20 @@ namespace kelvo {
 
 class FirstOrderStart final : public Rival {
  public:
-  /// Model and stop check must outlive the object.
-  FirstOrderStart(const Model& model, StopCheck& stop);
+  /// Working LP and stop check must outlive the object.
+  FirstOrderStart(WorkingLp& working, StopCheck& stop);
 
   double due() const override { return due_; }
   bool take_turn() override;
 
-  /// After a turn that ended the run: gives basis and point to the working LP of the model.
-  void give_basis(WorkingLp& working);
+  /// After a turn that ended the run: gives basis and point to the working LP.
+  void give_basis();
 
  private:
   bool find_point();
   bool is_promising(double error_at_half) const;
 
-  const Model& model_;
+  WorkingLp& working_;
   StopCheck& stop_;
   double work_per_iteration_ = 0.0;
   double due_ = kInf;               // in the run's work

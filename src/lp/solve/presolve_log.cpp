@@ -1,7 +1,8 @@
 #include "lp/solve/presolve_log.h"
 
+#include <algorithm>
+
 #include "prob/model/default_names.h"
-#include "prob/model/row_limits.h"
 
 namespace kelvo {
 
@@ -10,13 +11,15 @@ namespace {
 /// The name of a line for a message, given or by default.
 class LineName {
  public:
-  LineName(const NameStore& names, NameKind kind, int line)
-      : fallback_(kind, line < 0 ? 0 : line),
-        text_(names.present() && line >= 0 ? names[line] : fallback_.view().data()) {}
+  LineName(const LpProblem& lp, bool of_row, int line)
+      : fallback_(of_row ? NameKind::row : NameKind::column, std::max(line, 0)) {
+    const auto name = of_row ? lp.row_name : lp.column_name;
+    text_ = name != nullptr && line >= 0 ? name(lp.name_context, line) : fallback_.c_str();
+  }
   const char* text() const { return text_; }
 
  private:
-  DefaultName fallback_;  // its text ends with a zero
+  DefaultName fallback_;
   const char* text_;
 };
 
@@ -42,13 +45,11 @@ constexpr FindingText kTexts[] = {
 
 }  // namespace
 
-void PresolveLog::finding(const Finding& finding, const Model& model) {
+void PresolveLog::finding(const Finding& finding, const LpProblem& lp) {
   if (!settings_.progress || finding.kind == FindingKind::none) return;
   const FindingText& text = kTexts[static_cast<int>(finding.kind)];
-  const NameStore& names = text.of_row ? model.row_names : model.col_names;
-  const NameKind kind = text.of_row ? NameKind::row : NameKind::column;
-  const LineName line(names, kind, finding.line);
-  const LineName other(names, kind, finding.other);
+  const LineName line(lp, text.of_row, finding.line);
+  const LineName other(lp, text.of_row, finding.other);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
   switch (finding.kind) {
@@ -64,19 +65,13 @@ void PresolveLog::finding(const Finding& finding, const Model& model) {
 #pragma GCC diagnostic pop
 }
 
-void PresolveLog::empty_interval(const Model& model, double tolerance) {
-  const auto empty = [tolerance](double lower, double upper) {
-    return lower > upper + tolerance || lower == kInf || upper == -kInf;
-  };
-  for (int j = 0; j < model.num_cols; ++j) {
-    if (!empty(finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]))) continue;
-    return finding({FindingKind::column_bounds, j}, model);
-  }
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
-    if (!empty(limits.lower, limits.upper)) continue;
-    return finding({FindingKind::implied_bounds, i}, model);
-  }
+void PresolveLog::empty_interval(const LpProblem& lp, double tolerance) {
+  const int v = find_empty_interval(lp, tolerance);
+  if (v < 0) return;
+  const bool column = v < lp.num_cols;
+  finding({column ? FindingKind::column_bounds : FindingKind::implied_bounds,
+           column ? v : v - lp.num_cols},
+          lp);
 }
 
 void PresolveLog::report(const PresolveStats& stats) {

@@ -4,7 +4,6 @@
 #include "base/clock.h"
 #include "base/messages.h"
 #include "lp/presolve/presolve.h"
-#include "prob/model/model.h"
 
 namespace kelvo {
 
@@ -17,9 +16,9 @@ class PresolveLog final : public PresolveProgress {
   void report(const PresolveStats& stats) override;
 
   /// Why there is nothing to solve.
-  void finding(const Finding& finding, const Model& model);
-  /// The same for a column or row whose limits cross by more than the tolerance, if there is one.
-  void empty_interval(const Model& model, double tolerance);
+  void finding(const Finding& finding, const LpProblem& lp);
+  /// The same for a variable whose bounds cross by more than the tolerance, if there is one.
+  void empty_interval(const LpProblem& lp, double tolerance);
   /// What was eliminated and what is left.
   void summary(const Presolve& presolve, const LpProblem& reduced);
   void time();

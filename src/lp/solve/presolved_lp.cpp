@@ -5,56 +5,25 @@
 
 #include "lp/crossover/independent_columns.h"
 #include "lp/presolve/crush.h"
-#include "lp/solve/model_to_lp.h"
 #include "lp/solve/presolve_log.h"
-#include "prob/model/row_limits.h"
 
 namespace kelvo {
-
-namespace {
-
-double finite_number(double value) {
-  return value == kInf ? kInfiniteBound : value == -kInf ? -kInfiniteBound : value;
-}
-
-/// Sense, right-hand side and range of a row with these limits of its activity.
-void append_row(double low, double high, Model& model) {
-  double range = 0.0;
-  char sense = 'E';
-  double rhs = low;
-  if (low == -kInf) {
-    sense = 'L';
-    rhs = high;
-  } else if (high == kInf) {
-    sense = 'G';
-  } else if (low != high) {
-    sense = 'R';
-    range = high - low;
-  }
-  model.row_sense.push_back(sense);
-  model.rhs.push_back(finite_number(rhs));
-  if (sense != 'R' && model.range.empty()) return;
-  model.range.resize(model.row_sense.size() - 1, 0.0);
-  model.range.push_back(range);
-}
-
-}  // namespace
 
 namespace {
 
 /// Statuses of a reduced basis that is being made right.
 class CrushedStart {
  public:
-  CrushedStart(const Model& model, CrushedBasis& crushed) : model_(model), crushed_(crushed) {}
+  CrushedStart(const LpProblem& lp, CrushedBasis& crushed) : lp_(lp), crushed_(crushed) {}
 
   /// Nonbasic variables that are not where their status says go to the bound they are at; columns
   /// at none are superbasic, logicals basic.
   void move_to_point();
-  /// Makes the basic variables independent and as many as there are rows; the others rest.
+  /// Makes the basic variables independent and as many as there are rows; the others go to a bound.
   void keep_independent(bool at_point);
 
   bool is_square() const {
-    return std::count(crushed_.status.begin(), crushed_.status.end(), kBasic) == model_.num_rows;
+    return std::count(crushed_.status.begin(), crushed_.status.end(), kBasic) == lp_.num_rows;
   }
 
  private:
@@ -66,32 +35,30 @@ class CrushedStart {
     return kFreeSuper;
   }
   int column_status(int j) const {
-    return status_at(crushed_.value[j], model_.lower[j], model_.upper[j]);
+    return status_at(crushed_.value[j], lp_.lower[j], lp_.upper[j]);
   }
 
-  const Model& model_;
+  const LpProblem& lp_;
   CrushedBasis& crushed_;
 };
 
 void CrushedStart::move_to_point() {
   Vector<int>& status = crushed_.status;
-  for (int j = 0; j < model_.num_cols; ++j) {
-    if (status[j] != kBasic && model_.lower[j] < model_.upper[j]) status[j] = column_status(j);
+  for (int j = 0; j < lp_.num_cols; ++j) {
+    if (status[j] != kBasic && lp_.lower[j] < lp_.upper[j]) status[j] = column_status(j);
   }
-  Vector<double> activity;
-  compute_row_activities(model_, crushed_.value.data(), activity);
-  for (int i = 0; i < model_.num_rows; ++i) {
-    int& logical = status[model_.num_cols + i];
-    const RowLimits limits = row_limits(model_, i);
-    if (logical == kBasic || limits.lower == limits.upper) continue;
-    const int there = status_at(-activity[i], -limits.upper, -limits.lower);
-    logical = there == kFreeSuper ? kBasic : there;
+  const Vector<double> activity = row_activities(lp_, crushed_.value);
+  for (int i = 0; i < lp_.num_rows; ++i) {
+    const int v = lp_.num_cols + i;
+    if (status[v] == kBasic || lp_.lower[v] == lp_.upper[v]) continue;
+    const int there = status_at(-activity[i], lp_.lower[v], lp_.upper[v]);
+    status[v] = there == kFreeSuper ? kBasic : there;
   }
 }
 
 void CrushedStart::keep_independent(bool at_point) {
   Vector<int>& status = crushed_.status;
-  const int n = model_.num_cols, variables = static_cast<int>(status.size());
+  const int n = lp_.num_cols, variables = static_cast<int>(status.size());
   Vector<int> basic;
   for (int v = n; v < variables; ++v) {
     if (status[v] == kBasic) basic.push_back(v);
@@ -99,8 +66,8 @@ void CrushedStart::keep_independent(bool at_point) {
   for (int j = 0; j < n; ++j) {
     if (status[j] == kBasic) basic.push_back(j);
   }
-  const Vector<char> chosen = choose_independent(make_columnwise_lp(model_), basic);
-  // An absent bound gives way to the other one when the basis is used.
+  const Vector<char> chosen = choose_independent(lp_, basic);
+  // An absent bound is replaced by the other one when the basis is used.
   for (const int v : basic) status[v] = at_point && v < n ? column_status(v) : kAtLower;
   for (int v = 0; v < variables; ++v) {
     if (chosen[v]) status[v] = kBasic;
@@ -109,128 +76,65 @@ void CrushedStart::keep_independent(bool at_point) {
 
 }  // namespace
 
-Model make_model(const LpProblem& lp, int sense) {
-  Model model;
-  model.sense = sense;
-  model.num_rows = lp.num_rows;
-  model.num_cols = lp.num_cols;
-  model.objective.reserve(lp.num_cols);
-  model.lower.reserve(lp.num_cols);
-  model.upper.reserve(lp.num_cols);
-  for (int j = 0; j < lp.num_cols; ++j) {
-    model.objective.push_back(sense * lp.cost[j] + 0.0);
-    model.lower.push_back(finite_number(lp.lower[j]));
-    model.upper.push_back(finite_number(lp.upper[j]));
-  }
-  model.row_sense.reserve(lp.num_rows);
-  model.rhs.reserve(lp.num_rows);
-  for (int v = lp.num_cols; v < lp.num_vars(); ++v) {
-    append_row(-lp.upper[v] + 0.0, -lp.lower[v] + 0.0, model);
-  }
-  SparseMatrix columns(lp.columns);
-  model.matrix.assign(std::move(columns));
-  return model;
-}
-
-PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
-                         const Vector<char>& protected_columns, const CallContext& context)
-    : PresolvedLp(model, settings, protected_columns, context,
-                  PresolveLog(context.sink, settings)) {}
-
-PresolvedLp::PresolvedLp(const Model& model, const PresolveSettings& settings,
+PresolvedLp::PresolvedLp(const LpProblem& original, const PresolveSettings& settings,
                          const Vector<char>& protected_columns, const CallContext& context,
-                         PresolveLog&& log)
-    : presolve_(make_columnwise_lp(model), settings, ColumnMarks{protected_columns, {}},
-                context.stop, &log),
-      sense_(model.sense) {
-  if (outcome() == PresolveOutcome::reduced || outcome() == PresolveOutcome::unchanged) {
-    const LpProblem lp = presolve_.take_reduced();
-    offset_ = lp.offset;
-    log.summary(presolve_, lp);
-    if (outcome() == PresolveOutcome::reduced) {
-      reduced_ = make_model(lp, sense_);
-      has_reduced_ = true;
+                         PresolveLog& log)
+    : presolve_(original, settings, ColumnMarks{protected_columns, {}}, context.stop, &log) {
+  switch (outcome()) {
+    case PresolveOutcome::reduced:
+    case PresolveOutcome::unchanged: {
+      reduced_ = presolve_.take_reduced();
+      log.summary(presolve_, reduced_);
+      has_reduced_ = outcome() == PresolveOutcome::reduced;
+      break;
     }
-  } else {
-    log.finding(presolve_.finding(), model);
+    case PresolveOutcome::infeasible:
+    case PresolveOutcome::dual_infeasible:
+    case PresolveOutcome::time_limit:
+    case PresolveOutcome::aborted:
+      log.finding(presolve_.finding(), original);
   }
+  reduced_.rows = SparseMatrix();  // made again where they are needed
+  if (!has_reduced_) reduced_.columns = SparseMatrix();
 }
 
-bool PresolvedLp::outlives(ChangeKind kind) noexcept {
-  const bool of_objective = kind == ChangeKind::objective || kind == ChangeKind::single_objective;
-  if (!follows_objective_ || !of_objective) return false;
-  objective_changed_ = true;
-  return true;
-}
-
-bool PresolvedLp::catch_up(const Model& original) {
-  if (!objective_changed_) return true;
-  Vector<double> cost;
-  cost.reserve(original.num_cols);
-  for (const double c : original.objective) cost.push_back(sense_ * c);
-  Vector<double> objective;
-  double offset = 0.0;
-  Vector<int> columns(reduced_.num_cols);
-  for (int k = 0; k < reduced_.num_cols; ++k) columns[k] = k;
-  if (!presolve_.reprice(cost, objective, offset)) return false;
-  for (double& c : objective) c = sense_ * c + 0.0;
-  if (reduced_problem != nullptr) {
-    reduced_problem->change_objective(columns.data(), objective.data(), reduced_.num_cols,
-                                      ChangeKind::objective);
-  }
-  reduced_.objective = std::move(objective);
-  offset_ = offset;
-  objective_changed_ = false;
-  return true;
-}
-
-void PresolvedLp::keep_identity(const Model& model) {
+void PresolvedLp::keep_identity(const LpProblem& original) {
   if (has_reduced_) return;
-  LpProblem lp = make_columnwise_lp(model);
-  close_crossed_bounds(lp);
-  reduced_ = make_model(lp, sense_);
+  const double offset = reduced_.offset;
+  reduced_ = original;
+  close_crossed_bounds(reduced_);
+  reduced_.offset = offset;
   has_reduced_ = true;
 }
 
-StoredBasis PresolvedLp::crush(const StoredBasis& start, const Model& original) const {
-  Vector<int> status;
-  stored_to_lp_status(start, original, status);
+bool PresolvedLp::change_costs(const Vector<double>& cost) {
+  Vector<double> reduced_cost;
+  double offset = 0.0;
+  if (!presolve_.reprice(cost, reduced_cost, offset)) return false;
+  std::copy(reduced_cost.begin(), reduced_cost.end(), reduced_.cost.begin());
+  reduced_.offset = offset;
+  return true;
+}
+
+LpStart PresolvedLp::crush(const LpStart& start, const LpProblem& original) const {
   // Only where two columns have become one do the values count, those of nonbasic ones.
   Vector<double> x(start.x);
   if (x.empty()) {
     for (int j = 0; j < original.num_cols; ++j) {
-      const double place = status[j] == kAtUpper ? original.upper[j] : original.lower[j];
-      x.push_back(std::fabs(place) < kInfiniteBound ? place : 0.0);
+      const double place = start.status[j] == kAtUpper ? original.upper[j] : original.lower[j];
+      x.push_back(std::isfinite(place) ? place : 0.0);
     }
   }
-  CrushedBasis crushed = crush_basis(presolve_, status, x.data());
+  CrushedBasis crushed = crush_basis(presolve_, start.status, x.data());
   CrushedStart reduced_start(reduced_, crushed);
   const bool at_point = !start.x.empty();
   if (at_point) reduced_start.move_to_point();
   if (at_point || !reduced_start.is_square()) reduced_start.keep_independent(at_point);
-  StoredBasis basis;
-  lp_to_stored_status(crushed.status, reduced_, basis);
-  basis.x = std::move(crushed.value);
-  return basis;
-}
-
-Vector<char> protection_marks(const Problem& problem) {
-  Vector<char> marks;
-  if (problem.protected_columns.empty()) return marks;
-  marks.assign(problem.num_cols(), 0);
-  for (const int j : problem.protected_columns) marks[j] = 1;
-  return marks;
-}
-
-void PresolvedLp::postsolve(const LpAnswer& answer, LpSolution& original) const {
-  LpSolution small;
-  small.x = answer.record.x;
-  small.y.reserve(reduced_.num_rows);
-  for (const double pi : answer.record.pi) small.y.push_back(sense_ * pi);
-  small.z.reserve(reduced_.num_cols);
-  for (const double dj : answer.record.dj) small.z.push_back(sense_ * dj);
-  stored_to_lp_status(answer.basis, reduced_, small.status);
-  presolve_.postsolve(small, original);
+  LpStart reduced;
+  reduced.present = true;
+  reduced.status = std::move(crushed.status);
+  reduced.x = std::move(crushed.value);
+  return reduced;
 }
 
 }  // namespace kelvo

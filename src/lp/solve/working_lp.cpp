@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "lp/crossover/refine_ray.h"
 #include "lp/simplex/state/simplex_state.h"
-#include "lp/solve/refine_ray.h"
 
 namespace kelvo {
 namespace {
@@ -20,8 +20,9 @@ bool is_weight(double norm) {
 
 }  // namespace
 
-WorkingLp::WorkingLp(const Model& model, ScalingMethod method, MessageSink& sink)
-    : requested_(method), lp_(make_lp_problem(model)) {
+WorkingLp::WorkingLp(LpProblem&& lp, ScalingMethod method, MessageSink& sink)
+    : requested_(method), lp_(std::move(lp)) {
+  if (lp_.rows.num_major != lp_.num_rows) lp_.rows = transpose(lp_.columns);
   close_crossed_bounds(lp_);
   scale_problem(lp_, method, scaling_, sink);
   make_simplex();
@@ -33,87 +34,87 @@ void WorkingLp::make_simplex() {
   simplex_->set_slack_basis();
 }
 
-bool WorkingLp::fits(const Model& model, ScalingMethod method) const {
-  return method == requested_ && has_matrix_of(lp_, scaling_, model);
-}
-
-void WorkingLp::refresh(const Model& model) {
-  const LpChanges changes = refresh_costs_and_bounds(lp_, scaling_, model);
-  close_crossed_bounds(lp_);
-  if (changes.bounds) simplex_->bounds_changed();
-  if (changes.costs) simplex_->costs_changed();
-}
-
 void WorkingLp::start_afresh() {
   make_simplex();
 }
 
-void WorkingLp::start_from(const StoredBasis& basis, const Model& model, const double* x) {
-  Vector<int> status;
-  stored_to_lp_status(basis, model, status);
-  if (x == nullptr) {
-    if (status == simplex_->status()) return;
-    simplex_->set_basis(status);
+void WorkingLp::start_from(const LpStart& start) {
+  if (start.x.empty()) {
+    if (start.status != simplex_->status()) simplex_->set_basis(start.status);
     return;
   }
   Vector<double> values(lp_.num_vars(), 0.0);
   for (int j = 0; j < lp_.num_cols; ++j) {
     // Whatever a caller hands in: a number within the bounds.
-    const double place = std::isnan(x[j]) ? 0.0 : x[j] * scaling_.variable_factor(j, lp_.num_cols);
+    const double x = start.x[j];
+    const double place = std::isnan(x) ? 0.0 : x * scaling_.variable_factor(j, lp_.num_cols);
     values[j] = std::clamp(place, lp_.lower[j], std::max(lp_.lower[j], lp_.upper[j]));
   }
-  simplex_->set_basis(status, values.data());
+  simplex_->set_basis(start.status, values.data());
 }
 
-void WorkingLp::give_norms(const StoredBasis& basis) {
+void WorkingLp::give_norms(const LpStart& start) {
   SimplexState& state = simplex_->state();
-  const int n = lp_.num_cols;
-  if (!basis.head.empty()) {
-    Vector<int> place(lp_.num_vars(), -1);
-    for (int p = 0; p < lp_.num_rows; ++p) place[state.header[p]] = p;
-    std::fill(state.dual_weights.begin(), state.dual_weights.end(), 1.0);
-    for (std::size_t k = 0; k < basis.head.size(); ++k) {
-      const int v = basis.head[k] >= 0 ? basis.head[k] : n - 1 - basis.head[k];
-      if (place[v] < 0 || !is_weight(basis.head_norm[k])) continue;
-      const double factor = scaling_.variable_factor(v, n);
-      state.dual_weights[place[v]] = basis.head_norm[k] * factor * factor;
+  if (!start.dual_norm.empty()) {
+    for (int p = 0; p < lp_.num_rows; ++p) {
+      const int v = state.header[p];
+      const double factor = scaling_.variable_factor(v, lp_.num_cols);
+      const double norm = start.dual_norm[v];
+      state.dual_weights[p] = is_weight(norm) ? norm * factor * factor : 1.0;
     }
     state.dual_weights_valid = true;
   }
   state.given_primal_weights.clear();
-  if (!basis.row_norm.empty()) {
-    state.given_primal_weights.assign(lp_.num_vars(), 1.0);
-    const auto give = [&](const Vector<double>& norms, int first) {
-      for (std::size_t k = 0; k < norms.size(); ++k) {
-        if (is_weight(norms[k])) state.given_primal_weights[first + k] = norms[k];
-      }
-    };
-    give(basis.col_norm, 0);
-    give(basis.row_norm, n);
+  if (start.primal_norm.empty()) return;
+  state.given_primal_weights.assign(lp_.num_vars(), 1.0);
+  for (int v = 0; v < lp_.num_vars(); ++v) {
+    if (is_weight(start.primal_norm[v])) state.given_primal_weights[v] = start.primal_norm[v];
   }
 }
 
-bool WorkingLp::has_basic_variables_of(const StoredBasis& basis) const {
-  const int n = lp_.num_cols;
-  const Vector<int>& status = simplex_->status();
-  for (int j = 0; j < n; ++j) {
-    if ((status[j] == kBasic) != (basis.col_status[j] == kBasic)) return false;
-  }
-  for (int i = 0; i < lp_.num_rows; ++i) {
-    if ((status[n + i] == kBasic) != (basis.row_status[i] == kBasic)) return false;
-  }
-  return true;
+bool WorkingLp::has_basic_variables_of(const Vector<int>& status) const {
+  return std::equal(status.begin(), status.end(), simplex_->status().begin(),
+                    [](int a, int b) { return (a == kBasic) == (b == kBasic); });
 }
 
 bool WorkingLp::has_factor() const {
   return simplex_->state().factor_current();
 }
 
-void WorkingLp::change_bounds(int column, double lower, double upper) {
-  const double factor = scaling_.variable_factor(column, lp_.num_cols);
-  lp_.lower[column] = lower * factor;
-  lp_.upper[column] = upper * factor;
-  simplex_->bounds_changed();
+LpProblem WorkingLp::unscaled_copy() const {
+  LpProblem copy(lp_);
+  Scaling factors(scaling_);
+  unscale_problem(copy, factors);
+  return copy;
+}
+
+void WorkingLp::put_cost(int column, double cost) {
+  const double scaled = cost / scaling_.variable_factor(column, lp_.num_cols);
+  if (lp_.cost[column] == scaled) return;
+  lp_.cost[column] = scaled;
+  costs_changed_ = true;
+}
+
+void WorkingLp::put_bounds(int variable, double lower, double upper) {
+  const double factor = scaling_.variable_factor(variable, lp_.num_cols);
+  double low = lower * factor, high = upper * factor;
+  if (low > high) low = high = 0.5 * low + 0.5 * high;
+  if (lp_.lower[variable] == low && lp_.upper[variable] == high) return;
+  lp_.lower[variable] = low;
+  lp_.upper[variable] = high;
+  bounds_changed_ = true;
+}
+
+void WorkingLp::finish_changes() {
+  if (bounds_changed_) simplex_->bounds_changed();
+  if (costs_changed_) simplex_->costs_changed();
+  bounds_changed_ = costs_changed_ = false;
+}
+
+void WorkingLp::name_like(const LpProblem& other) {
+  lp_.column_name = other.column_name;
+  lp_.row_name = other.row_name;
+  lp_.name_context = other.name_context;
 }
 
 bool WorkingLp::magnify_blocking(const Vector<double>& direction) {
@@ -138,9 +139,9 @@ bool WorkingLp::compute_basic_solution(const SimplexSettings& settings, const Ru
   SimplexState& state = simplex_->state();
   const LentContext lent(state, context);
   state.begin_run(settings);
-  if (no_factor(state.refactorize())) return false;
-  state.store_results();
-  return true;
+  has_basic_solution_ = !no_factor(state.refactorize());
+  if (has_basic_solution_) state.store_results();
+  return has_basic_solution_;
 }
 
 void WorkingLp::unscaled_x(Vector<double>& x) const {
@@ -151,14 +152,15 @@ void WorkingLp::unscaled_x(Vector<double>& x) const {
   }
 }
 
-void WorkingLp::unscaled_pi(const Model& model, Vector<double>& pi) const {
+void WorkingLp::get_solution(LpSolution& solution) const {
+  unscaled_x(solution.x);
+  solution.status = simplex_->status();
   const Vector<double>& duals = simplex_->row_duals();
-  const Vector<int>& status = simplex_->status();
-  pi.resize(lp_.num_rows);
+  solution.y.resize(lp_.num_rows);
   for (int i = 0; i < lp_.num_rows; ++i) {
     // The dual of a row whose logical is basic is zero, whatever rounding left there.
-    const bool zero = status[lp_.num_cols + i] == kBasic;
-    pi[i] = zero ? 0.0 : model.sense * duals[i] / scaling_.row_factor(i) + 0.0;
+    const bool zero = solution.status[lp_.num_cols + i] == kBasic;
+    solution.y[i] = zero ? 0.0 : duals[i] / scaling_.row_factor(i);
   }
 }
 

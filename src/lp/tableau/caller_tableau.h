@@ -19,6 +19,7 @@
 
 #include "base/work_vector.h"
 #include "lp/solve/working_lp.h"
+#include "prob/model/model.h"
 
 namespace kelvo {
 

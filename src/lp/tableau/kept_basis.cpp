@@ -1,75 +1,59 @@
 #include "lp/tableau/kept_basis.h"
 
-#include "lp/solve/verify.h"
+#include "lp/solve/conversion.h"
+#include "lp/solve/solve_model.h"
 
 namespace kelvo {
 
-namespace {
-
-bool stands_at_stored_basis(const WorkingLp& working, const Problem& problem) {
-  return working.agrees_with() == problem.revisions() && working.has_factor() &&
-         problem.basis.factored && working.has_basic_variables_of(problem.basis);
-}
-
-}  // namespace
-
 WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, MessageSink& sink,
                       bool allow_repair) {
-  if (auto* const kept = static_cast<WorkingLp*>(problem.working_lp.get());
-      kept != nullptr && stands_at_stored_basis(*kept, problem)) {
-    return kept;
-  }
   const Model& model = problem.model();
-  Owned<WorkingLp> working = take_working_lp(problem);
-  if (working != nullptr && working->fits(model, settings.scaling)) {
-    working->refresh(model);
-    if (!problem.basis.present) working->start_afresh();
-  } else {
-    working.reset();
-    working = make_owned<WorkingLp>(model, settings.scaling, sink);
+  LpStart start = to_start(problem.basis, model);
+  const auto is_at_start = [&start](const WorkingLp& working) {
+    return working.has_basic_variables_of(start.status);
+  };
+  if (const WorkingLp* const kept = problem.working_lp.get();
+      kept != nullptr && kept->agrees_with() == problem.revisions() && kept->has_basic_solution() &&
+      problem.basis.factored && is_at_start(*kept)) {
+    return problem.working_lp.get();
   }
-  if (problem.basis.present) {
+  Owned<WorkingLp> working = problem.working_lp.take();
+  update_working_lp(model, changes_for(problem, working.get()), settings, working);
+  if (working == nullptr) {
+    working = make_owned<WorkingLp>(make_lp(model), settings.scaling, sink);
+  } else if (!start.present) {
+    working->start_afresh();
+  }
+  if (start.present) {
     const SolutionRecord& solution = problem.solution;
-    const bool has_x = solution.has_primal && solution.has_basis;
-    working->start_from(problem.basis, model, has_x ? solution.x.data() : nullptr);
+    start.x = solution.has_primal && solution.has_basis ? solution.x : Vector<double>();
+    working->start_from(start);
   }
   // A look at a basis does not stop half-way: one factorization is all it takes.
   if (!working->compute_basic_solution(settings.simplex, {.sink = &sink})) return nullptr;
-  if (!allow_repair && problem.basis.present && !working->has_basic_variables_of(problem.basis)) {
-    return nullptr;
-  }
-  if (problem.basis.present && working->has_basic_variables_of(problem.basis)) {
-    problem.basis.factored = true;
-  }
+  const bool repaired = start.present && !is_at_start(*working);
+  if (repaired && !allow_repair) return nullptr;
+  if (start.present && !repaired) problem.basis.factored = true;
   working->set_agrees_with(problem.revisions());
-  WorkingLp* const held = working.get();
-  problem.working_lp = std::move(working);
-  return held;
+  problem.working_lp.put(std::move(working));
+  return problem.working_lp.get();
 }
 
 void store_basic_solution(Problem& problem, const WorkingLp& working,
                           const SimplexSettings& settings) {
-  const Model& model = problem.model();
-  SolutionRecord record;
-  StoredBasis basis;
-  working.unscaled_x(record.x);
-  working.unscaled_pi(model, record.pi);
-  const Vector<int>& status = working.simplex().status();
-  const Violations violations = complete_and_measure(model, status, record);
-  lp_to_stored_status(status, model, basis);
-  basis.factored = true;
+  LpAnswer answer;
+  working.get_solution(answer.solution);
+  answer.has_solution = answer.primal_feasible = answer.dual_feasible = true;
+  answer.condition = working.simplex().condition_estimate();
+  SolveResult result = to_result(problem.model(), std::move(answer), settings);
+  SolutionRecord& record = result.solution;
   const SolutionRecord& last = problem.solution;
-  record.has_primal = record.has_dual = record.has_basis = true;
-  record.primal_feasible = violations.primal <= settings.feasibility_tolerance;
-  record.dual_feasible = violations.dual <= settings.optimality_tolerance;
-  record.condition = working.simplex().condition_estimate();
   record.method = last.method == kMethodDual ? kMethodDual : kMethodPrimal;
   record.iterations = last.iterations;
   record.phase_one_iterations = last.phase_one_iterations;
   record.barrier_iterations = last.barrier_iterations;
-  problem.solution_status = record.primal_feasible && record.dual_feasible ? kOptimal : kNonOptimal;
-  problem.solution = std::move(record);
-  problem.basis = std::move(basis);
+  result.status = record.primal_feasible && record.dual_feasible ? kOptimal : kNonOptimal;
+  problem.store_result(std::move(result));
 }
 
 }  // namespace kelvo

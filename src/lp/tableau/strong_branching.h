@@ -9,6 +9,7 @@
 
 #include "lp/simplex/state/simplex_state.h"
 #include "lp/solve/working_lp.h"
+#include "prob/model/model.h"
 
 namespace kelvo {
 

@@ -6,8 +6,7 @@
 
 #include "base/random.h"
 #include "lp/simplex/simplex_support.h"
-#include "lp/solve/driver.h"
-#include "lp/solve/presolved_lp.h"
+#include "lp/solve/lp_solver.h"
 
 namespace kelvo {
 namespace {
@@ -127,7 +126,6 @@ LpProblem assignment_relaxation(Random& random, int size) {
 struct StartCase : ::testing::Test {
   Random random{5};
   LpProblem lp = assignment_relaxation(random, 8);
-  Model model = make_model(lp, 1);
   TextSink sink;
   NeverStop never;
   DriverSettings settings;
@@ -138,7 +136,7 @@ struct StartCase : ::testing::Test {
   LpAnswer solve(LpMethod method, StopCheck& stop, int limit = 2100000000) {
     settings.simplex.iteration_limit = limit;
     working.reset();
-    return solve_without_presolve(model, working, {}, method, settings, {sink, stop});
+    return solve_without_presolve(lp, working, {}, algorithm_of(method), settings, {sink, stop});
   }
 };
 
@@ -147,38 +145,38 @@ constexpr const char* kRestart = "Restarting from an approximate solution.\n";
 TEST_F(StartCase, LongRunsRestartFromAnApproximateSolution) {
   const double objective = exact_objective(lp);
   const LpAnswer answer = solve(LpMethod::dual, never);
-  EXPECT_EQ(answer.status, kOptimal);
-  EXPECT_TRUE(answer.record.primal_feasible && answer.record.dual_feasible);
-  EXPECT_NEAR(answer.record.objective, objective, 1e-6);
+  EXPECT_EQ(answer.outcome, LpOutcome::optimal);
+  EXPECT_TRUE(answer.is_feasible());
+  EXPECT_NEAR(answer.solution.objective, objective, 1e-6);
   EXPECT_NE(sink.text.find(kRestart), std::string::npos);
   // Runs repeat exactly: turns are due by work, not by time.
-  EXPECT_EQ(solve(LpMethod::dual, never).record.iterations, answer.record.iterations);
+  EXPECT_EQ(solve(LpMethod::dual, never).iterations, answer.iterations);
 }
 
 TEST_F(StartCase, LimitsAndStopsHoldThroughTheRestart) {
-  const int all = solve(LpMethod::dual, never).record.iterations;
+  const int all = solve(LpMethod::dual, never).iterations;
   const int limit = all - 20;
   const LpAnswer limited = solve(LpMethod::dual, never, limit);
-  EXPECT_EQ(limited.status, kIterationLimit);
-  EXPECT_EQ(limited.record.iterations, limit);
+  EXPECT_EQ(limited.outcome, LpOutcome::iteration_limit);
+  EXPECT_EQ(limited.iterations, limit);
   // A stop within the first-order method's turn ends the whole run.
   bool stopped_in_turn = false;
   for (int calls = all / 2; calls < 8 * all && !stopped_in_turn; calls += all / 4) {
     sink.text.clear();
     StopAt stop(calls);
     const LpAnswer answer = solve(LpMethod::dual, stop);
-    if (answer.status == kOptimal) break;
-    EXPECT_EQ(answer.status, kUserAborted);
-    EXPECT_TRUE(answer.basis.present);
+    if (answer.outcome == LpOutcome::optimal) break;
+    EXPECT_EQ(answer.outcome, LpOutcome::aborted);
+    EXPECT_TRUE(answer.has_solution);
     stopped_in_turn =
-        calls > answer.record.iterations + 200 && sink.text.find(kRestart) == std::string::npos;
+        calls > answer.iterations + 200 && sink.text.find(kRestart) == std::string::npos;
   }
   EXPECT_TRUE(stopped_in_turn);
 }
 
 TEST_F(StartCase, OnlyOrdinaryRunsFromSlacksGiveWay) {
   settings.simplex.dual_pricing = DualPricing::steepest;
-  EXPECT_EQ(solve(LpMethod::dual, never).status, kOptimal);
+  EXPECT_EQ(solve(LpMethod::dual, never).outcome, LpOutcome::optimal);
   EXPECT_EQ(sink.text.find(kRestart), std::string::npos);
 }
 

@@ -7,7 +7,7 @@
 
 #include "base/random.h"
 #include "lp/small_model.h"
-#include "lp/solve/model_to_lp.h"
+#include "lp/solve/conversion.h"
 
 namespace kelvo {
 namespace {
@@ -42,7 +42,7 @@ TEST(Scaling, RoundsToThePowerOfTwoOfTheWindow) {
 TEST(Scaling, LeavesFineMatricesAlone) {
   SilentSink sink;
   const auto state_of = [&](const Model& model, ScalingMethod method) {
-    LpProblem lp = make_lp_problem(model);
+    LpProblem lp = with_rows(make_lp(model));
     Scaling scaling;
     scale_problem(lp, method, scaling, sink);
     return scaling.state;
@@ -62,7 +62,7 @@ TEST(Scaling, EquilibrationAndRangeSafeguard) {
   // Row maxima 4 and 100; the first column's scaled maximum is 0.5.
   Model model = small_model(1, {1, 1}, {{'L', 8, {2, 4}}, {'G', 5, {0, 100}}});
   Vector<double> row, col;
-  compute_scale_factors(make_lp_problem(model), ScalingMethod::equilibrate, row, col);
+  compute_scale_factors(with_rows(make_lp(model)), ScalingMethod::equilibrate, row, col);
   EXPECT_EQ(row[0], 4.0);
   EXPECT_EQ(row[1], 100.0);
   EXPECT_EQ(col[0], 0.5);
@@ -70,7 +70,7 @@ TEST(Scaling, EquilibrationAndRangeSafeguard) {
 
   model = small_model(1, {1, 1}, {{'L', 8, {1e-3, 1}}});
   model.upper[0] = 1e-9;
-  compute_scale_factors(make_lp_problem(model), ScalingMethod::equilibrate, row, col);
+  compute_scale_factors(with_rows(make_lp(model)), ScalingMethod::equilibrate, row, col);
   EXPECT_NEAR(col[0], 0.21, 1e-12);
 }
 
@@ -121,20 +121,27 @@ TEST(Scaling, IsExactInBothDirections) {
     for (std::uint64_t seed = 1; seed <= 20; ++seed) {
       SCOPED_TRACE(seed);
       const Model model = spread_model(seed, 10);
-      const LpProblem original = make_lp_problem(model);
+      const LpProblem original = with_rows(make_lp(model));
       LpProblem lp = original;
       Scaling scaling;
       scale_problem(lp, method, scaling, sink);
       ASSERT_TRUE(scaling.active());
       // Entries end up at most 1 but for the rounding of a row and a column factor.
       for (const double value : lp.columns.value) EXPECT_LE(std::fabs(value), 1.5 * 1.5);
-      // Both copies of the matrix agree, and the scaled program still is that of the model.
+      // Both copies of the matrix agree, and the scaled program shows the numbers of the original.
       const SparseMatrix rows = transpose(lp.columns);
       EXPECT_EQ(rows.value, lp.rows.value);
-      EXPECT_TRUE(has_matrix_of(lp, scaling, model));
-      const LpChanges changes = refresh_costs_and_bounds(lp, scaling, model);
-      EXPECT_FALSE(changes.costs);
-      EXPECT_FALSE(changes.bounds);
+      const ProgramView view(lp, scaling);
+      Vector<double> values;
+      for (int j = 0; j < lp.num_cols; ++j) {
+        view.for_column(j, [&](int, double a) { values.push_back(a); });
+        EXPECT_EQ(view.cost(j), original.cost[j]);
+      }
+      EXPECT_EQ(values, original.columns.value);
+      for (int v = 0; v < lp.num_vars(); ++v) {
+        EXPECT_EQ(view.lower(v), original.lower[v]);
+        EXPECT_EQ(view.upper(v), original.upper[v]);
+      }
       unscale_problem(lp, scaling);
       EXPECT_EQ(scaling.state, ScalingState::not_scaled);
       EXPECT_EQ(lp.columns.value, original.columns.value);
@@ -155,7 +162,7 @@ TEST(Scaling, GeometricPassesNarrowTheSpread) {
       model.matrix.value[at] = std::pow(10.0, model.matrix.index[at] % 5) * std::pow(3.0, j);
     }
   }
-  LpProblem equilibrated = make_lp_problem(model);
+  LpProblem equilibrated = with_rows(make_lp(model));
   LpProblem aggressive = equilibrated;
   Scaling scaling;
   scale_problem(equilibrated, ScalingMethod::equilibrate, scaling, sink);
@@ -167,7 +174,7 @@ TEST(Scaling, GeometricPassesNarrowTheSpread) {
 
 TEST(Scaling, WithoutMemoryTheProblemStaysAsItWas) {
   RecordingSink sink;
-  const LpProblem original = make_lp_problem(spread_model(3, 8));
+  const LpProblem original = with_rows(make_lp(spread_model(3, 8)));
   for (int k = 0; k < 4; ++k) {
     LpProblem lp = original;
     Scaling scaling;

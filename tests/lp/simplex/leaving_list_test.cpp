@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "lp/small_model.h"
-#include "lp/solve/model_to_lp.h"
+#include "lp/solve/conversion.h"
 
 namespace kelvo {
 namespace {
@@ -15,7 +15,7 @@ TEST(LeavingList, FindsAPositionAmongManyEqualOnes) {
   model.num_rows = kRows;
   model.rhs.assign(kRows, 1.0);
   model.row_sense.assign(kRows, 'L');
-  const LpProblem lp = make_lp_problem(model);
+  const LpProblem lp = with_rows(make_lp(model));
   SimplexState state(lp);
   state.set_slack_basis();
   state.basic_lower.assign(kRows, 0.0);

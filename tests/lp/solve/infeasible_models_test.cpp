@@ -13,6 +13,7 @@ namespace kelvo {
 namespace {
 
 using test::data_folder;
+using test::ModelAnswer;
 using test::read_model;
 using test::solve_as_it_stands;
 
@@ -47,7 +48,7 @@ double relative_gap(const Model& model, const Vector<double>& y) {
 }
 
 void expect_proof(const Model& model, LpMethod method) {
-  const LpAnswer answer = solve_as_it_stands(model, method);
+  const ModelAnswer answer = solve_as_it_stands(model, method);
   ASSERT_EQ(answer.status, kInfeasible);
   ASSERT_EQ(static_cast<int>(answer.record.farkas.size()), model.num_rows);
   EXPECT_GT(relative_gap(model, answer.record.farkas), 1e-12);

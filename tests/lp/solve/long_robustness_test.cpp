@@ -15,6 +15,7 @@ namespace kelvo {
 namespace {
 
 using test::data_folder;
+using test::ModelAnswer;
 using test::read_model;
 using test::solve_as_it_stands;
 using test::solve_presolved;
@@ -86,7 +87,7 @@ Model disguised(const Model& model, std::uint64_t seed) {
   return other;
 }
 
-void expect_same(const LpAnswer& answer, const LpAnswer& reference) {
+void expect_same(const ModelAnswer& answer, const ModelAnswer& reference) {
   ASSERT_EQ(answer.status, reference.status);
   if (reference.status != kOptimal) return;
   const double expected = reference.record.objective;
@@ -106,10 +107,10 @@ TEST(LongRobustness, OrderAndUnitsDoNotChangeTheAnswer) {
     SCOPED_TRACE(path);
     const Model model = read_model(path);
     if (model.matrix.num_nonzeros() > kLargestModel) continue;
-    const LpAnswer reference = solve_as_it_stands(model, LpMethod::dual);
+    const ModelAnswer reference = solve_as_it_stands(model, LpMethod::dual);
     ASSERT_TRUE(reference.status == kOptimal || reference.status == kUnbounded);
     // Presolve need not say which of the two an unbounded model is.
-    LpAnswer presolved_reference = reference;
+    ModelAnswer presolved_reference = reference;
     if (reference.status == kUnbounded) {
       presolved_reference = solve_presolved(model, LpMethod::dual);
       ASSERT_TRUE(presolved_reference.status == kUnbounded ||

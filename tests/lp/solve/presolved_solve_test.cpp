@@ -4,32 +4,31 @@
 #include <cmath>
 
 #include "base/random.h"
+#include "lp/model_solver.h"
 #include "lp/small_model.h"
-#include "lp/solve/driver.h"
-#include "lp/solve/presolved_lp.h"
-#include "lp/solve/verify.h"
 
 namespace kelvo {
 namespace {
 
 using test::small_model;
 
+using test::ModelAnswer;
+using test::ModelSolver;
+
 struct Outcome {
-  LpAnswer answer;
+  ModelAnswer answer;
   Owned<PresolvedLp> presolved;
 };
 
 Outcome solve(const Model& model, bool presolve, LpMethod method = LpMethod::dual,
-              int dual_form = -1) {
-  Owned<WorkingLp> working;
-  SilentSink sink;
-  NeverStop never;
-  DriverSettings settings;
-  settings.presolve.on = presolve;
-  settings.presolve.dual_form = dual_form;
+              int dual_form = -1, int pass_limit = -1) {
+  ModelSolver solver;
+  solver.settings.presolve.on = presolve;
+  solver.settings.presolve.dual_form = dual_form;
+  if (pass_limit >= 0) solver.settings.presolve.pass_limit = pass_limit;
   Outcome run;
-  run.answer = solve_lp(model, working, StoredBasis(), method, settings, {sink, never, nullptr},
-                        run.presolved);
+  run.answer = solver.solve(model, method);
+  run.presolved = std::move(solver.kept.presolved);
   return run;
 }
 
@@ -72,23 +71,23 @@ Model random_model(Random& random) {
 }
 
 /// The answer as it stands is an optimal basic solution of the model.
-void expect_optimal(const Model& model, const LpAnswer& answer, double objective) {
+void expect_optimal(const Model& model, const ModelAnswer& answer, double objective) {
   ASSERT_EQ(answer.status, kOptimal);
   ASSERT_NEAR(answer.record.objective, objective, 1e-8 * (1.0 + std::fabs(objective)));
   Vector<int> status;
   stored_to_lp_status(answer.basis, model, status);
   SolutionRecord copy(answer.record);
-  const Violations violations = complete_and_measure(model, status, copy);
+  double apart = 0.0;
+  const Violations violations = test::complete_and_measure(model, status, copy, &apart);
   ASSERT_LE(violations.primal, 1e-9);
   ASSERT_LE(violations.dual, 1e-9);
-  ASSERT_LE(measure_complementarity(model, status, 1e-9, copy), 1e-9);
-  Owned<WorkingLp> working;
-  SilentSink sink;
-  NeverStop never;
-  const LpAnswer again = solve_without_presolve(model, working, answer.basis, LpMethod::primal,
-                                                DriverSettings(), {sink, never, nullptr});
-  ASSERT_EQ(again.status, kOptimal);
-  ASSERT_EQ(again.record.iterations, 0) << "the basis is not an optimal one";
+  ASSERT_LE(apart, 1e-9);
+  ModelSolver again;
+  again.settings.presolve.on = false;
+  again.basis = answer.basis;
+  const ModelAnswer second = again.solve(model, LpMethod::primal);
+  ASSERT_EQ(second.status, kOptimal);
+  ASSERT_EQ(second.record.iterations, 0) << "the basis is not an optimal one";
 }
 
 TEST(PresolvedSolve, AgreesWithTheDirectWay) {
@@ -98,9 +97,9 @@ TEST(PresolvedSolve, AgreesWithTheDirectWay) {
     Random random(7 * seed + 3);
     const Model model = random_model(random);
     const LpMethod method = seed % 2 == 0 ? LpMethod::dual : LpMethod::primal;
-    const LpAnswer direct = solve(model, false, method).answer;
+    const ModelAnswer direct = solve(model, false, method).answer;
     const Outcome run = solve(model, true, method);
-    const LpAnswer& answer = run.answer;
+    const ModelAnswer& answer = run.answer;
     if (direct.status != kOptimal) {
       // Presolve may not tell infeasible from unbounded; both may be true.
       EXPECT_TRUE(answer.status == direct.status || answer.status == kInfeasibleOrUnbounded ||
@@ -118,9 +117,10 @@ TEST(PresolvedSolve, AgreesWithTheDirectWay) {
     if (HasFailure()) return;
     if (run.presolved != nullptr && run.presolved->outcome() == PresolveOutcome::reduced) {
       ++reduced;
-      const LpAnswer small = solve(run.presolved->reduced_model(), false, method).answer;
+      const LpProblem& reduced_lp = run.presolved->reduced();
+      const ModelAnswer small = solve(make_model(reduced_lp, model.sense), false, method).answer;
       extra_iterations += record.iterations - small.record.iterations;
-      ASSERT_NEAR(small.record.objective + run.presolved->objective_offset(), record.objective,
+      ASSERT_NEAR(small.record.objective + model.sense * reduced_lp.offset, record.objective,
                   1e-8 * (1.0 + std::fabs(record.objective)));
     }
   }
@@ -135,9 +135,9 @@ TEST(PresolvedSolve, TheDualFormLeadsToAnOptimalBasisOfTheModel) {
     SCOPED_TRACE(testing::Message() << "seed " << seed);
     Random random(11 * seed + 5);
     const Model model = random_model(random);
-    const LpAnswer direct = solve(model, false).answer;
+    const ModelAnswer direct = solve(model, false).answer;
     const LpMethod method = seed % 2 == 0 ? LpMethod::dual : LpMethod::primal;
-    const LpAnswer answer = solve(model, true, method, 1).answer;
+    const ModelAnswer answer = solve(model, true, method, 1).answer;
     if (direct.status != kOptimal) {
       EXPECT_NE(answer.status, kOptimal);
       EXPECT_NE(answer.status, kNonOptimal);
@@ -146,17 +146,7 @@ TEST(PresolvedSolve, TheDualFormLeadsToAnOptimalBasisOfTheModel) {
     ++optimal;
     expect_optimal(model, answer, direct.record.objective);
     // Without reductions everything is up to the dual form.
-    Owned<WorkingLp> working;
-    Owned<PresolvedLp> presolved;
-    SilentSink sink;
-    NeverStop never;
-    DriverSettings settings;
-    settings.presolve.dual_form = 1;
-    settings.presolve.pass_limit = 0;
-    expect_optimal(model,
-                   solve_lp(model, working, StoredBasis(), method, settings, {sink, never, nullptr},
-                            presolved),
-                   direct.record.objective);
+    expect_optimal(model, solve(model, true, method, 1, 0).answer, direct.record.objective);
     if (HasFailure()) return;
   }
   EXPECT_GT(optimal, 400);
@@ -171,10 +161,10 @@ TEST(PresolvedSolve, ProofsComeForTheFullModel) {
                                    {'G', 6, {3, 1, 4, 2}},
                                    {'G', 1, {1, -1, 1, -1}}});
   for (const LpMethod method : {LpMethod::dual, LpMethod::primal}) {
-    LpAnswer answer = solve(model, true, method).answer;
+    ModelAnswer answer = solve(model, true, method).answer;
     ASSERT_EQ(answer.status, kInfeasible);
     if (answer.record.has_primal) {
-      EXPECT_TRUE(verify_farkas(model, answer.record.farkas));
+      EXPECT_TRUE(test::verify_farkas(model, answer.record.farkas));
     }
   }
 }

@@ -1,4 +1,4 @@
-#include "lp/solve/refine_ray.h"
+#include "lp/crossover/refine_ray.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,14 +1,17 @@
-#include "lp/solve/verify.h"
+#include "lp/form/verification.h"
 
 #include <gtest/gtest.h>
 
-#include "lp/form/lp_problem.h"
+#include "lp/model_solver.h"
 #include "lp/small_model.h"
 
 namespace kelvo {
 namespace {
 
+using test::complete_and_measure;
 using test::small_model;
+using test::verify_farkas;
+using test::verify_ray;
 
 // max 3x + 2y,  x + y <= 4,  x + 3y <= 6,  x <= 3: optimum (3, 1), objective 11.
 Model textbook() {

@@ -1,6 +1,8 @@
-#include "lp/solve/dual_form.h"
+#include "lp/form/dual_form.h"
 
 #include <cmath>
+
+#include "lp/form/verification.h"
 
 namespace kelvo {
 
@@ -107,8 +109,8 @@ void DualForm::add_bound_columns(const LpProblem& primal) {
   }
 }
 
-void DualForm::recover(const LpProblem& primal, const LpSolution& dual, LpSolution& solution,
-                       Vector<double>& z) const {
+void DualForm::recover(const LpProblem& primal, const LpSolution& dual,
+                       LpSolution& solution) const {
   const int n = primal.num_cols;
   solution.x = point_;
   solution.y.assign(primal.num_rows, 0.0);
@@ -133,19 +135,11 @@ void DualForm::recover(const LpProblem& primal, const LpSolution& dual, LpSoluti
     }
     const bool upper = origin.kind == ColumnKind::row_upper;
     solution.y[origin.line] += upper ? -dual.x[k] : dual.x[k];
-    // The logical of a row at its upper limit stands at its lower bound.
+    // The logical of a row at its upper limit is at its lower bound.
     const bool at_upper = upper || !std::isfinite(activity_lower(primal, origin.line));
     if (basic) solution.status[n + origin.line] = at_upper ? kAtLower : kAtUpper;
   }
-  z.assign(primal.cost.begin(), primal.cost.begin() + n);
-  for (int j = 0; j < n; ++j) {
-    long double sum = z[j];
-    for (int k = primal.columns.start[j]; k < primal.columns.start[j + 1]; ++k) {
-      sum -=
-          static_cast<long double>(primal.columns.value[k]) * solution.y[primal.columns.index[k]];
-    }
-    z[j] = static_cast<double>(sum);
-  }
+  solution.z = reduced_costs(ProgramView(primal), solution.y);
 }
 
 }  // namespace kelvo

@@ -1,4 +1,4 @@
-#include "lp/solve/model_to_lp.h"
+#include "lp/solve/conversion.h"
 
 #include <gtest/gtest.h>
 
@@ -22,8 +22,8 @@ Model mixed_rows() {
   return model;
 }
 
-TEST(ModelToLp, BoundsCostsAndInfinities) {
-  const LpProblem lp = make_lp_problem(mixed_rows());
+TEST(Conversion, BoundsCostsAndInfinities) {
+  const LpProblem lp = with_rows(make_lp(mixed_rows()));
   EXPECT_EQ(lp.cost, (Vector<double>{-3, 2, 0, 0, 0, 0, 0, 0, 0}));
   EXPECT_EQ(lp.lower, (Vector<double>{0, -kInf, 0, -4, -kInf, -7, -3, -1, -kInf}));
   EXPECT_EQ(lp.upper, (Vector<double>{kInf, kInf, 9, kInf, 5, -7, -1, 1, kInf}));
@@ -31,7 +31,7 @@ TEST(ModelToLp, BoundsCostsAndInfinities) {
   EXPECT_EQ(lp.rows.start, (Vector<int>{0, 2, 4, 6, 9, 12, 13}));
 }
 
-TEST(ModelToLp, ZerosAndRepeatedEntries) {
+TEST(Conversion, ZerosAndRepeatedEntries) {
   Model model = small_model(1, {1}, {{'L', 1, {2}}, {'L', 1, {3}}});
   // Column 0 holds row 1 twice and an explicit zero in row 0 beside its entry there.
   SparseMatrix columns;
@@ -41,38 +41,44 @@ TEST(ModelToLp, ZerosAndRepeatedEntries) {
   columns.index = {1, 0, 1, 0};
   columns.value = {3, 2, 4, 0};
   model.matrix.assign(std::move(columns));
-  const LpProblem lp = make_lp_problem(model);
+  const LpProblem lp = make_lp(model);
   EXPECT_EQ(lp.columns.index, (Vector<int>{1, 0}));
   EXPECT_EQ(lp.columns.value, (Vector<double>{7, 2}));
 }
 
-TEST(ModelToLp, NoticesEveryChange) {
+TEST(Conversion, CopiesWhatHasChanged) {
   Model model = mixed_rows();
-  LpProblem lp = make_lp_problem(model);
-  const Scaling none;
-  EXPECT_TRUE(has_matrix_of(lp, none, model));
-
+  SilentSink sink;
+  WorkingLp working(make_lp(model), ScalingMethod::none, sink);
+  const LpProblem& lp = working.lp();
   model.rhs[3] = 2;
-  LpChanges changes = refresh_costs_and_bounds(lp, none, model);
-  EXPECT_TRUE(changes.bounds);
-  EXPECT_FALSE(changes.costs);
-  EXPECT_EQ(lp.lower[6], -4);
   model.sense = 1;
-  changes = refresh_costs_and_bounds(lp, none, model);
-  EXPECT_TRUE(changes.costs);
-  EXPECT_FALSE(changes.bounds);
+  model.lower[0] = -7;
+  model.upper[2] = 5;
+  const int second = 2;
+  ModelChanges changes{.structure = false,
+                       .costs = false,
+                       .column_bounds = true,
+                       .row_limits = false,
+                       .columns = &second,
+                       .num_columns = 1};
+  EXPECT_TRUE(copy_changes(model, changes, 1e-6, working));
+  EXPECT_EQ(lp.upper[2], 5);
+  EXPECT_EQ(lp.lower[0], 0);
+  EXPECT_EQ(lp.lower[6], -3);
+  EXPECT_EQ(lp.cost[0], -3);
+  EXPECT_TRUE(copy_changes(model, {.structure = false}, 1e-6, working));
+  EXPECT_EQ(lp.lower[0], -7);
+  EXPECT_EQ(lp.lower[6], -4);
   EXPECT_EQ(lp.cost[0], 3);
-
-  EXPECT_TRUE(has_matrix_of(lp, none, model));
-  model.matrix.set(1, 0, 1e-7);
-  EXPECT_FALSE(has_matrix_of(lp, none, model));
-  model.matrix.set(1, 0, 0.0);
-  EXPECT_TRUE(has_matrix_of(lp, none, model));
-  model.matrix.set(0, 0, 0.0);
-  EXPECT_FALSE(has_matrix_of(lp, none, model));
+  model.upper[2] = -1e-9;  // within the tolerance: closed
+  EXPECT_TRUE(copy_changes(model, {.structure = false}, 1e-6, working));
+  EXPECT_EQ(lp.lower[2], lp.upper[2]);
+  model.upper[2] = -1;
+  EXPECT_FALSE(copy_changes(model, {.structure = false}, 1e-6, working));
 }
 
-TEST(ModelToLp, StatusesOfSlacksAndLogicals) {
+TEST(Conversion, StatusesOfSlacksAndLogicals) {
   const Model model = mixed_rows();
   StoredBasis basis;
   basis.present = true;

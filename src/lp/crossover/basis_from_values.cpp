@@ -1,26 +1,13 @@
-#include "lp/solve/start_from_values.h"
+#include "lp/crossover/basis_from_values.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "lp/crossover/independent_columns.h"
-#include "lp/solve/model_to_lp.h"
-#include "prob/model/row_limits.h"
 
 namespace kelvo {
 
 namespace {
-
-// A place or multiplier that nobody gave: no comparison with it is true.
-constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
-
-/// What is known of the variables of a linear program, each vector [columns + rows] or empty.
-/// Multipliers are those of the minimization.
-struct VariableValues {
-  Vector<double> place;
-  Vector<double> multiplier;
-};
 
 class BasisGuess {
  public:
@@ -110,58 +97,27 @@ Vector<int> BasisGuess::run() const {
   return status;
 }
 
-/// Places of the columns and of the logicals s = -(activity), within their bounds.
-Vector<double> places(const Model& model, const LpProblem& lp, const StartValues& values) {
-  Vector<double> place;
-  if (values.x == nullptr && values.slack == nullptr) return place;
-  for (int j = 0; j < lp.num_cols; ++j) {
-    place.push_back(values.x == nullptr ? kUnknown : values.x[j]);
-  }
-  Vector<double> activity;
-  if (values.slack == nullptr) compute_row_activities(model, values.x, activity);
-  for (int i = 0; i < lp.num_rows; ++i) {
-    if (values.slack == nullptr) {
-      place.push_back(-activity[i]);
-    } else {
-      const double slack = values.slack[i];
-      place.push_back(model.row_sense[i] == 'R' ? -model.rhs[i] - slack : slack - model.rhs[i]);
-    }
-  }
+}  // namespace
+
+void clamp_places(const LpProblem& lp, Vector<double>& place) {
   for (int v = 0; v < lp.num_vars(); ++v) {
     place[v] = std::clamp(place[v], lp.lower[v], std::max(lp.lower[v], lp.upper[v]));
   }
+}
+
+Vector<double> places_at(const LpProblem& lp, Vector<double>&& x) {
+  Vector<double> place(std::move(x));
+  const Vector<double> activity = row_activities(lp, place);
+  for (const double a : activity) place.push_back(-a);
+  clamp_places(lp, place);
   return place;
 }
 
-/// Multipliers of the minimization.
-Vector<double> multipliers(const Model& model, const LpProblem& lp, const StartValues& values) {
-  Vector<double> multiplier;
-  if (values.dj == nullptr && values.pi == nullptr) return multiplier;
-  for (int j = 0; j < lp.num_cols; ++j) {
-    double dj = values.dj != nullptr ? values.dj[j] : model.objective[j];
-    const int end = values.dj != nullptr ? 0 : lp.columns.start[j + 1];
-    for (int k = lp.columns.start[j]; k < end; ++k) {
-      dj -= lp.columns.value[k] * values.pi[lp.columns.index[k]];
-    }
-    multiplier.push_back(model.sense * dj);
-  }
-  for (int i = 0; i < lp.num_rows; ++i) {
-    multiplier.push_back(values.pi != nullptr ? -model.sense * values.pi[i] : kUnknown);
-  }
-  return multiplier;
-}
-
-}  // namespace
-
-StoredBasis basis_from_values(const Model& model, const StartValues& values, double tolerance) {
-  const LpProblem lp = make_columnwise_lp(model);
-  VariableValues known;
-  known.place = places(model, lp, values);
-  known.multiplier = multipliers(model, lp, values);
-  StoredBasis basis;
-  lp_to_stored_status(BasisGuess(lp, known, tolerance).run(), model, basis);
-  if (values.x != nullptr) basis.x.assign(known.place.begin(), known.place.begin() + lp.num_cols);
-  return basis;
+LpStart basis_from_values(const LpProblem& lp, const VariableValues& values, double tolerance) {
+  LpStart start;
+  start.present = true;
+  start.status = BasisGuess(lp, values, tolerance).run();
+  return start;
 }
 
 }  // namespace kelvo

@@ -1,11 +1,8 @@
-#include "lp/solve/verify.h"
+#include "lp/form/verification.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-
-#include "lp/form/lp_problem.h"
-#include "prob/model/row_limits.h"
 
 namespace kelvo {
 
@@ -18,6 +15,8 @@ constexpr double kSumRounding = 1e-14;
 constexpr double kProofRounding = 1e-11;
 // In the value of a proof entries below this are ignored whatever their terms.
 constexpr double kProofEntry = 1e-13;
+// The gap of multipliers that prove nothing, negated.
+constexpr double kNoProof = 1e20;
 // The gap that proves infeasibility must be above this share of its terms.
 constexpr double kProofGap = 1e-12;
 // A direction of largest entry 1 improves the objective when it gains more than this share of the
@@ -48,31 +47,23 @@ double outside(double value, double lower, double upper) {
 }
 
 /// Sums a_i x per row, terms and magnitudes.
-void sum_rows(const Model& model, const double* x, Vector<Sum>& sums) {
-  sums.assign(model.num_rows, Sum());
-  const ColumnStore& matrix = model.matrix;
-  for (int j = 0; j < model.num_cols; ++j) {
+void sum_rows(const ProgramView& lp, const double* x, Vector<Sum>& sums) {
+  sums.assign(lp.num_rows, Sum());
+  for (int j = 0; j < lp.num_cols; ++j) {
     if (x[j] == 0.0) continue;
-    const int end = matrix.start[j] + matrix.count[j];
-    for (int k = matrix.start[j]; k < end; ++k) {
-      sums[matrix.index[k]].add(static_cast<long double>(matrix.value[k]) * x[j]);
-    }
+    lp.for_column(j, [&](int i, double a) { sums[i].add(static_cast<long double>(a) * x[j]); });
   }
 }
 
-/// start + the product of column j with y.
-Sum sum_column(const Model& model, int j, const double* y, double start, double sign) {
+/// start + sign times the product of column j with y.
+Sum sum_column(const ProgramView& lp, int j, const double* y, double start, double sign) {
   Sum sum;
   sum.add(start);
-  const ColumnStore& matrix = model.matrix;
-  const int end = matrix.start[j] + matrix.count[j];
-  for (int k = matrix.start[j]; k < end; ++k) {
-    sum.add(sign * static_cast<long double>(matrix.value[k]) * y[matrix.index[k]]);
-  }
+  lp.for_column(j, [&](int i, double a) { sum.add(sign * static_cast<long double>(a) * y[i]); });
   return sum;
 }
 
-/// By how much the reduced cost (of the minimization) is wrong for a variable of this status.
+/// By how much the reduced cost is wrong for a variable of this status.
 double wrong_sign(int status, double lower, double upper, double reduced_cost) {
   if (status != kBasic && lower >= upper) return 0.0;
   switch (status) {
@@ -85,41 +76,37 @@ double wrong_sign(int status, double lower, double upper, double reduced_cost) {
   }
 }
 
-double measure_primal(const Model& model, SolutionRecord& record) {
+double measure_primal(const ProgramView& lp, LpSolution& solution) {
   double worst = 0.0;
-  for (int j = 0; j < model.num_cols; ++j) {
-    worst = std::max(worst, outside(record.x[j], finite_or_infinite(model.lower[j]),
-                                    finite_or_infinite(model.upper[j])));
+  for (int j = 0; j < lp.num_cols; ++j) {
+    worst = std::max(worst, outside(solution.x[j], lp.lower(j), lp.upper(j)));
   }
   Vector<Sum> sums;
-  sum_rows(model, record.x.data(), sums);
-  record.activity.resize(model.num_rows);
-  for (int i = 0; i < model.num_rows; ++i) {
+  sum_rows(lp, solution.x.data(), sums);
+  solution.activity.resize(lp.num_rows);
+  for (int i = 0; i < lp.num_rows; ++i) {
     const double activity = static_cast<double>(sums[i].value);
-    const RowLimits limits = row_limits(model, i);
-    record.activity[i] = activity;
-    worst = std::max(worst, beyond_rounding(outside(activity, limits.lower, limits.upper),
+    solution.activity[i] = activity;
+    worst = std::max(worst, beyond_rounding(outside(activity, lp.row_lower(i), lp.row_upper(i)),
                                             static_cast<double>(sums[i].magnitude)));
   }
   return worst;
 }
 
-double measure_dual(const Model& model, const Vector<int>& status, SolutionRecord& record) {
-  const int n = model.num_cols;
+double measure_dual(const ProgramView& lp, LpSolution& solution) {
+  const int n = lp.num_cols;
+  const Vector<int>& status = solution.status;
   double worst = 0.0;
-  record.dj.resize(n);
+  solution.z.resize(n);
   for (int j = 0; j < n; ++j) {
-    const Sum sum = sum_column(model, j, record.pi.data(), model.objective[j], -1.0);
+    const Sum sum = sum_column(lp, j, solution.y.data(), lp.cost(j), -1.0);
     const double reduced_cost = static_cast<double>(sum.value);
-    const double wrong =
-        wrong_sign(status[j], model.lower[j], model.upper[j], model.sense * reduced_cost);
+    const double wrong = wrong_sign(status[j], lp.lower(j), lp.upper(j), reduced_cost);
     worst = std::max(worst, beyond_rounding(wrong, static_cast<double>(sum.magnitude)));
-    record.dj[j] = status[j] == kBasic ? 0.0 : reduced_cost;
+    solution.z[j] = status[j] == kBasic ? 0.0 : reduced_cost;
   }
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
-    worst = std::max(worst, wrong_sign(status[n + i], -limits.upper, -limits.lower,
-                                       -model.sense * record.pi[i]));
+  for (int v = n; v < n + lp.num_rows; ++v) {
+    worst = std::max(worst, wrong_sign(status[v], lp.lower(v), lp.upper(v), -solution.y[v - n]));
   }
   return worst;
 }
@@ -136,30 +123,26 @@ bool add_least(double weight, double lower, double upper, Sum& sum) {
 
 /// Subtracts max (A'y)'x over the column bounds, entries of A'y below `ignored` left out; false
 /// when there is no maximum.
-bool subtract_most(const Model& model, const Vector<double>& y, double ignored, Sum& gap) {
-  for (int j = 0; j < model.num_cols; ++j) {
-    const Sum sum = sum_column(model, j, y.data(), 0.0, 1.0);
+bool subtract_most(const ProgramView& lp, const Vector<double>& y, double ignored, Sum& gap) {
+  for (int j = 0; j < lp.num_cols; ++j) {
+    const Sum sum = sum_column(lp, j, y.data(), 0.0, 1.0);
     double weight = static_cast<double>(sum.value);
     if (std::fabs(weight) < ignored ||
         std::fabs(weight) <= kProofRounding * static_cast<double>(sum.magnitude)) {
       weight = 0.0;
     }
-    if (!add_least(-weight, finite_or_infinite(model.lower[j]), finite_or_infinite(model.upper[j]),
-                   gap)) {
-      return false;
-    }
+    if (!add_least(-weight, lp.lower(j), lp.upper(j), gap)) return false;
   }
   return true;
 }
 
 /// min y'a - max (A'y)'x > 0 for y as it stands, multipliers of absent limits removed first.
-bool proves_infeasible(const Model& model, Vector<double>& y) {
+bool proves_infeasible(const ProgramView& lp, Vector<double>& y) {
   Sum gap;
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
-    if (!add_least(y[i], limits.lower, limits.upper, gap)) y[i] = 0.0;
+  for (int i = 0; i < lp.num_rows; ++i) {
+    if (!add_least(y[i], lp.row_lower(i), lp.row_upper(i), gap)) y[i] = 0.0;
   }
-  return subtract_most(model, y, 0.0, gap) && gap.value > kProofGap * gap.magnitude;
+  return subtract_most(lp, y, 0.0, gap) && gap.value > kProofGap * gap.magnitude;
 }
 
 double largest_magnitude(const Vector<double>& values) {
@@ -174,13 +157,10 @@ bool keeps_limits(double move, double lower, double upper) {
 
 /// Takes out the entries up to `negligible`, and those up to kRayNoise that run into a bound. False
 /// when another one does.
-bool keep_bounds(const Model& model, double negligible, Vector<double>& r) {
-  for (int j = 0; j < model.num_cols; ++j) {
+bool keep_bounds(const ProgramView& lp, double negligible, Vector<double>& r) {
+  for (int j = 0; j < lp.num_cols; ++j) {
     if (std::fabs(r[j]) <= negligible) r[j] = 0.0;
-    if (keeps_limits(r[j], finite_or_infinite(model.lower[j]),
-                     finite_or_infinite(model.upper[j]))) {
-      continue;
-    }
+    if (keeps_limits(r[j], lp.lower(j), lp.upper(j))) continue;
     if (std::fabs(r[j]) > kRayNoise) return false;
     r[j] = 0.0;
   }
@@ -188,58 +168,67 @@ bool keep_bounds(const Model& model, double negligible, Vector<double>& r) {
 }
 
 /// No row moves against a limit by more than the rounding of the entries explains.
-bool keeps_rows(const Model& model, const Vector<double>& r) {
+bool keeps_rows(const ProgramView& lp, const Vector<double>& r) {
   Vector<Sum> sums;
-  sum_rows(model, r.data(), sums);
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
+  sum_rows(lp, r.data(), sums);
+  for (int i = 0; i < lp.num_rows; ++i) {
     const double move = static_cast<double>(sums[i].value);
     const double rounding = kEntryRounding * static_cast<double>(sums[i].magnitude);
-    if (std::fabs(move) > rounding && !keeps_limits(move, limits.lower, limits.upper)) return false;
+    if (std::fabs(move) > rounding && !keeps_limits(move, lp.row_lower(i), lp.row_upper(i))) {
+      return false;
+    }
   }
   return true;
 }
 
-bool improves(const Model& model, const Vector<double>& r) {
+bool improves(const ProgramView& lp, const Vector<double>& r) {
   Sum gain;
-  for (int j = 0; j < model.num_cols; ++j) {
-    gain.add(static_cast<long double>(-model.sense) * model.objective[j] * r[j]);
+  for (int j = 0; j < lp.num_cols; ++j) {
+    gain.add(-static_cast<long double>(lp.cost(j)) * r[j]);
   }
   return gain.value > kRayGain * gain.magnitude;
 }
 
 }  // namespace
 
-Violations complete_and_measure(const Model& model, const Vector<int>& status,
-                                SolutionRecord& record) {
+Vector<double> reduced_costs(const ProgramView& lp, const Vector<double>& y) {
+  Vector<double> z;
+  z.reserve(lp.num_cols);
+  for (int j = 0; j < lp.num_cols; ++j) {
+    z.push_back(static_cast<double>(sum_column(lp, j, y.data(), lp.cost(j), -1.0).value));
+  }
+  return z;
+}
+
+Violations complete_and_measure(const ProgramView& lp, LpSolution& solution) {
   Violations violations;
-  violations.primal = measure_primal(model, record);
-  violations.dual = measure_dual(model, status, record);
-  record.objective = objective_value(model, record.x.data());
+  violations.primal = measure_primal(lp, solution);
+  violations.dual = measure_dual(lp, solution);
+  long double objective = 0.0L;
+  for (int j = 0; j < lp.num_cols; ++j) {
+    objective += static_cast<long double>(lp.cost(j)) * solution.x[j];
+  }
+  solution.objective = static_cast<double>(objective);
   return violations;
 }
 
-double measure_complementarity(const Model& model, const Vector<int>& status,
-                               double optimality_tolerance, const SolutionRecord& record) {
+double measure_complementarity(const ProgramView& lp, double optimality_tolerance,
+                               const LpSolution& solution) {
   double worst = 0.0;
-  const auto add = [&](int code, double value, double lower, double upper, double multiplier) {
+  const auto add = [&](int v, double value, double multiplier) {
     if (std::fabs(multiplier) <= optimality_tolerance) return;
-    if (code == kAtLower) worst = std::max(worst, std::fabs(value - lower));
-    if (code == kAtUpper) worst = std::max(worst, std::fabs(value - upper));
+    const int code = solution.status[v];
+    if (code == kAtLower) worst = std::max(worst, std::fabs(value - lp.lower(v)));
+    if (code == kAtUpper) worst = std::max(worst, std::fabs(value - lp.upper(v)));
   };
-  for (int j = 0; j < model.num_cols; ++j) {
-    add(status[j], record.x[j], finite_or_infinite(model.lower[j]),
-        finite_or_infinite(model.upper[j]), record.dj[j]);
-  }
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
-    add(status[model.num_cols + i], -record.activity[i], -limits.upper, -limits.lower,
-        record.pi[i]);
+  for (int j = 0; j < lp.num_cols; ++j) add(j, solution.x[j], solution.z[j]);
+  for (int i = 0; i < lp.num_rows; ++i) {
+    add(lp.num_cols + i, -solution.activity[i], solution.y[i]);
   }
   return worst;
 }
 
-bool verify_farkas(const Model& model, Vector<double>& y) {
+bool verify_farkas(const ProgramView& lp, Vector<double>& y) {
   const double largest = largest_magnitude(y);
   if (largest == 0.0 || !std::isfinite(largest)) return false;
   // Small entries may be rounding errors or what makes a column add up: both are tried.
@@ -249,7 +238,7 @@ bool verify_farkas(const Model& model, Vector<double>& y) {
       for (std::size_t i = 0; i < y.size(); ++i) {
         proof[i] = std::fabs(y[i]) <= negligible ? 0.0 : sign * y[i];
       }
-      if (!proves_infeasible(model, proof)) continue;
+      if (!proves_infeasible(lp, proof)) continue;
       y.swap(proof);
       return true;
     }
@@ -257,27 +246,26 @@ bool verify_farkas(const Model& model, Vector<double>& y) {
   return false;
 }
 
-double farkas_proof(const Model& model, const Vector<double>& y) {
+double farkas_proof(const ProgramView& lp, const Vector<double>& y) {
   Sum gap;
   bool finite = true;
-  for (int i = 0; i < model.num_rows; ++i) {
-    const RowLimits limits = row_limits(model, i);
+  for (int i = 0; i < lp.num_rows; ++i) {
     if (std::fabs(y[i]) < kProofEntry) continue;
-    finite = add_least(y[i], limits.lower, limits.upper, gap) && finite;
+    finite = add_least(y[i], lp.row_lower(i), lp.row_upper(i), gap) && finite;
   }
-  finite = subtract_most(model, y, kProofEntry, gap) && finite;
-  return finite ? static_cast<double>(gap.value) : -kInfiniteBound;
+  finite = subtract_most(lp, y, kProofEntry, gap) && finite;
+  return finite ? static_cast<double>(gap.value) : -kNoProof;
 }
 
-bool verify_ray(const Model& model, Vector<double>& r) {
+bool verify_ray(const ProgramView& lp, Vector<double>& r) {
   const double largest = largest_magnitude(r);
   if (largest == 0.0 || !std::isfinite(largest)) return false;
   // Small entries may be rounding errors or what makes a row add up: both are tried.
   for (const double negligible : {0.0, kRayNoise}) {
     Vector<double> direction(r);
     for (double& entry : direction) entry /= largest;
-    if (!keep_bounds(model, negligible, direction) || !keeps_rows(model, direction) ||
-        !improves(model, direction)) {
+    if (!keep_bounds(lp, negligible, direction) || !keeps_rows(lp, direction) ||
+        !improves(lp, direction)) {
       continue;
     }
     r.swap(direction);

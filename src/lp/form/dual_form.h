@@ -15,11 +15,12 @@
 // none.
 //
 // Complementary bases: what is basic here is nonbasic there. The row of x_j has multiplier p_j -
-// x_j; its logical is basic when x_j stands at p_j, w_j is basic when x_j stands at its upper
-// bound, and a basic y_i says at which limit row i stands.
+// x_j; its logical is basic when x_j is at p_j, w_j is basic when x_j is at its upper
+// bound, and a basic y_i says at which limit row i is.
 #pragma once
 
-#include "lp/presolve/presolve.h"
+#include "lp/form/lp_problem.h"
+#include "lp/form/lp_solution.h"
 
 namespace kelvo {
 
@@ -39,9 +40,8 @@ class DualForm {
   const Vector<ColumnOrigin>& columns() const { return columns_; }  // [program columns]
   const Vector<int>& row_columns() const { return rows_; }          // [program rows] primal column
 
-  /// A basic solution of the program as one of the primal, with its reduced costs z [columns].
-  void recover(const LpProblem& primal, const LpSolution& dual, LpSolution& solution,
-               Vector<double>& z) const;
+  /// A basic solution of the program (x, y, status) as one of the primal, with its reduced costs.
+  void recover(const LpProblem& primal, const LpSolution& dual, LpSolution& solution) const;
 
  private:
   void place_columns(const LpProblem& primal);

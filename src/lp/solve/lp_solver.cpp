@@ -1,0 +1,74 @@
+#include "lp/solve/lp_solver.h"
+
+#include <algorithm>
+
+#include "lp/solve/driver_log.h"
+#include "lp/solve/start_quality.h"
+#include "lp/solve/trivial_lp.h"
+
+namespace kelvo {
+
+namespace {
+
+// A start basis with at most so many wrong variables, and this share of the rows, is kept as it is.
+constexpr int kFewWrong = 10;
+constexpr double kShareWrong = 0.01;
+constexpr double kShareWrongOfFeasible = 0.1;  // of a primal or dual feasible one
+
+}  // namespace
+
+bool wants_presolve(const LpProblem& lp, const DriverSettings& settings) {
+  return settings.presolve.on && lp.num_rows > 0 && lp.num_cols > 0 &&
+         find_empty_interval(lp, settings.simplex.feasibility_tolerance) < 0;
+}
+
+void put_at_start(WorkingLp& working, const LpStart& start, const DriverSettings& settings) {
+  if (!settings.use_basis || !start.present) return;
+  working.start_from(start);
+  working.give_norms(start);
+}
+
+StartPlan plan_start(WorkingLp& working, bool has_norms, const DriverSettings& settings,
+                     const CallContext& context) {
+  if (has_norms && !settings.always_crush) return StartPlan::keep;
+  const StartQuality quality = judge_start(working, settings.simplex, context.for_run());
+  if (!quality.factored) return StartPlan::crush;
+  const bool feasible = quality.primal_wrong == 0 || quality.dual_wrong == 0;
+  const double share = feasible ? kShareWrongOfFeasible : kShareWrong;
+  const int few = kFewWrong + static_cast<int>(share * working.lp().num_rows);
+  if (!settings.always_crush && quality.primal_wrong + quality.dual_wrong <= few) {
+    return StartPlan::keep;
+  }
+  return quality.primal_wrong == 0 ? StartPlan::crush_with_point : StartPlan::crush;
+}
+
+LpAnswer solve_from_start(Owned<WorkingLp>& working, const LpStart& start,
+                          const LpAlgorithm& algorithm, const DriverSettings& settings,
+                          const CallContext& context) {
+  const bool given = settings.use_basis && start.present;
+  if (given) {
+    const auto basic = std::count(start.status.begin(), start.status.end(), kBasic);
+    DriverLog(context.sink, settings.simplex.display)
+        .start_basis(static_cast<int>(basic), working->lp().num_rows, working->has_factor());
+  }
+  return algorithm.run({working, !given, false, settings, context});
+}
+
+LpAnswer solve_without_presolve(LpProblem lp, Owned<WorkingLp>& working, const LpStart& start,
+                                const LpAlgorithm& algorithm, const DriverSettings& settings,
+                                const CallContext& context) {
+  LpAnswer answer;
+  if (solve_trivial_lp(lp, settings.simplex.feasibility_tolerance, answer)) {
+    working.reset();
+    return answer;
+  }
+  if (working == nullptr) {
+    working = make_owned<WorkingLp>(std::move(lp), settings.scaling, context.sink);
+  } else if (!settings.use_basis || !start.present) {
+    working->start_afresh();
+  }
+  put_at_start(*working, start, settings);
+  return solve_from_start(working, start, algorithm, settings, context);
+}
+
+}  // namespace kelvo
