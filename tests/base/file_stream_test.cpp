@@ -2,8 +2,10 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <string>
 
@@ -109,6 +111,7 @@ TEST_F(FileStreamTest, AFullDiskIsAFailureAndNoSignal) {
     unsigned state = 1;
     for (int i = 0; i < 200000; ++i) stream.print("%u\n", state = state * 1103515245u + 12345u);
     EXPECT_EQ(close_file(stream).code(), 1422);
+    EXPECT_TRUE(waitpid(-1, nullptr, WNOHANG) == -1 && errno == ECHILD) << "a process is left";
   }
 }
 

@@ -37,7 +37,7 @@ constexpr ParamRow text(int number, const char* name, const char* initial, const
   return {number, name, meaning, true, ParamKind::text, false, 0, 0, 0, 0.0, 0.0, 0.0, initial};
 }
 
-/// What the parameter governs is not in this version. scripts/check_params.py compares with the
+/// What the parameter governs is not in this version. scripts/check_header.py compares with the
 /// code.
 constexpr ParamRow unused(ParamRow row) {
   row.has_effect = false;
