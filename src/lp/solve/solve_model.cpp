@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "lp/simplex/simplex_log.h"
 #include "lp/solve/driver_log.h"
 #include "lp/solve/lp_solver.h"
 #include "lp/solve/presolve_log.h"
@@ -92,6 +93,32 @@ SolveResult finish_result(const Model& model, LpAnswer&& answer, const LpAlgorit
   return result;
 }
 
+/// Nothing that a run would do at an optimum but say so: no limit is in the way, no callback waits,
+/// no perturbation or steepest-edge norms are requested.
+bool needs_no_run(const SimplexSettings& settings, const CallContext& context) {
+  const SimplexSettings ordinary;
+  return settings.iteration_limit > 0 && context.hook == nullptr && !context.stop.requested() &&
+         settings.dual_pricing == DualPricing::automatic &&
+         settings.primal_pricing == PrimalPricing::automatic && !settings.perturb_at_start &&
+         settings.objective_lower_limit <= ordinary.objective_lower_limit &&
+         settings.objective_upper_limit >= ordinary.objective_upper_limit;
+}
+
+/// The header and the one line of a run that ends where it starts.
+void log_optimum(const WorkingLp& working, const LpAlgorithm& algorithm,
+                 const SimplexSettings& settings, MessageSink& sink) {
+  SimplexLog log(working.lp());
+  log.write_to(&sink);
+  const int iterations = working.simplex().iterations();
+  const double objective = working.simplex().objective();
+  log.begin_run(settings, iterations);
+  if (algorithm.method == kMethodDual) {
+    log.dual_iteration(iterations, 0, false, objective);
+  } else {
+    log.primal_iteration(iterations, 0, false, objective);
+  }
+}
+
 }  // namespace
 
 void update_working_lp(const Model& model, const ModelChanges& changes,
@@ -120,6 +147,10 @@ Reoptimized reoptimize(const Model& model, const ModelChanges& changes, Owned<Wo
   }
   const int rows = model.num_rows;
   DriverLog(context.sink, settings.simplex.display).start_basis(rows, rows, true);
+  if (!changes.any() && needs_no_run(settings.simplex, context)) {
+    log_optimum(*working, algorithm, settings.simplex, context.sink);
+    return Reoptimized::unchanged;
+  }
   LpAnswer answer = algorithm.run({working, false, true, settings, context});
   if (answer.singular) {
     working.reset();
