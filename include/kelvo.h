@@ -83,6 +83,7 @@ extern "C" {
 /* Opaque handles. */
 typedef struct klv_env* KLVenv;
 typedef struct klv_prob* KLVprob;
+typedef struct klv_net* KLVnet;
 typedef struct klv_channel* KLVchannel;
 
 /* Bounds and right-hand sides of this magnitude and above are infinite. */
@@ -157,6 +158,8 @@ typedef struct klv_channel* KLVchannel;
 #define KLV_ERROR_COUNT_ENTRY                         1227 /* a count is negative or larger than allowed */
 #define KLV_ERROR_OVERLAPPING_ENTRIES                 1228 /* starts and counts overlap */
 #define KLV_ERROR_BOUND_CODE_ENTRY                    1229 /* illegal code of a bound */
+#define KLV_ERROR_NODE_INDEX                          1230 /* node index out of range */
+#define KLV_ERROR_ARC_INDEX                           1231 /* arc index out of range */
 #define KLV_ERROR_NO_DUAL_SOLUTION                    1232 /* no dual solution exists */
 #define KLV_ERROR_ENTRY_TOO_LARGE                     1233 /* an entry is infinite */
 #define KLV_ERROR_NOT_BASIC                           1251 /* the variable is not basic */
@@ -225,6 +228,11 @@ typedef struct klv_channel* KLVchannel;
 #define KLV_ERROR_UNKNOWN_OBJECTIVE_SENSE             1487 /* unrecognized objective sense */
 
 /* Reading files: network, basis, SAV and vector files */
+#define KLV_ERROR_INCONSISTENT_NETWORK                1530 /* inconsistent network file */
+#define KLV_ERROR_NOT_A_NETWORK_PROBLEM               1531 /* not a min-cost flow problem */
+#define KLV_ERROR_BAD_ROW_IDENTIFIER                  1532 /* incorrect row identifier */
+#define KLV_ERROR_BAD_CHARACTER                       1537 /* a character that starts no line of a network file */
+#define KLV_ERROR_NETWORK_FILE_ENDS                   1538 /* unexpected end of a network file */
 #define KLV_ERROR_TOO_FEW_BASIC_VARIABLES             1550 /* fewer basic variables than rows */
 #define KLV_ERROR_UNKNOWN_BASIS_INDICATOR             1551 /* unrecognized basis indicator */
 #define KLV_ERROR_END_MISSING                         1552 /* 'ENDATA' missing */
@@ -592,11 +600,11 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_QPMAKEPSDIND           4010 /* * indefinite objectives of binary columns: 0 refused, 1 repaired */
 
 /* Network optimizer */
-#define KLV_PARAM_NETITLIM               5001 /* * network simplex: limit on iterations */
-#define KLV_PARAM_NETEPOPT               5002 /* * network simplex: optimality tolerance */
-#define KLV_PARAM_NETEPRHS               5003 /* * network simplex: feasibility tolerance */
-#define KLV_PARAM_NETPPRIIND             5004 /* * network simplex: kind of pricing: 1, 2, or 0 and 3 */
-#define KLV_PARAM_NETDISPLAY             5005 /* * network simplex log: 0 none to 2 */
+#define KLV_PARAM_NETITLIM               5001 /* network simplex: limit on iterations */
+#define KLV_PARAM_NETEPOPT               5002 /* network simplex: optimality tolerance */
+#define KLV_PARAM_NETEPRHS               5003 /* network simplex: feasibility tolerance */
+#define KLV_PARAM_NETPPRIIND             5004 /* network simplex: kind of pricing: 1, 2, or 0 and 3 */
+#define KLV_PARAM_NETDISPLAY             5005 /* network simplex log: 0 none to 2 */
 /* clang-format on */
 
 /* Types of parameters, see KLVgetparamtype. */
@@ -1275,11 +1283,13 @@ KLV_API int KLVgetqconstrinfeas(KLVenv env, KLVprob lp, const double* x, double*
   "RMP" /* MPS with generic names, writing only; "REW" means the same */
 
 /* Replaces the problem by the model in a file; the old one stays when that fails. filetype is "LP",
- * "MPS" or null: then the name's extension decides (.lp, .mps, .qps in any case), or else the first
- * bytes of the file. Names ending in .gz, .Z or .bz2 are read through gzip or bzip2. An empty name
- * with the type "LP" reads a model typed on standard input. 1004 for a null name; 1423 when the
- * file cannot be read; 1424 for another format, binary models and networks among them; the errors
- * of the format are printed with their line numbers. */
+ * "MPS", "NET" or "MIN" (a network, as a linear problem), or null: then the name's extension
+ * decides
+ * (.lp, .mps, .qps, .net, .min in any case), or else the first bytes of the file. Names ending in
+ * .gz, .Z or .bz2 are read through gzip or bzip2. An empty name with the type "LP" reads a model
+ * typed on standard input. 1004 for a null name; 1423 when the file cannot be read; 1424 for
+ * another format, binary models among them; the errors of the format are printed with their line
+ * numbers. */
 KLV_API int KLVreadcopyprob(KLVenv env, KLVprob lp, const char* filename, const char* filetype);
 
 /* Writes the problem to a file. filetype, or else the name's extension, is "MPS" or "LP", "RMP" or
@@ -1792,6 +1802,220 @@ KLV_API int KLVboundsa(KLVenv env, KLVprob lp, int begin, int end, double* lblow
 KLV_API int KLVErangesa(KLVenv env, KLVprob lp, int cbegin, int cend, int rbegin, int rend,
                         double* objlower, double* objupper, double* rhslower, double* rhsupper,
                         double* lblower, double* lbupper, double* ublower, double* ubupper);
+
+/* ---- Network problems ----------------------------------------------------------------------- */
+
+/* A network is a minimum-cost flow problem in an object of its own:
+ *
+ *     minimize or maximize   sum of obj[a] x[a] over the arcs
+ *     subject to             (flow out of node i) - (flow into node i) = supply[i]   for each node
+ *                            low[a] <= x[a] <= up[a]                                 for each arc
+ *
+ * A demand is a negative supply. Arcs may be parallel, and may lead from a node to itself. A bound
+ * of magnitude 1e17 or more is infinite. Nodes and arcs have names or not, each kind for itself;
+ * when some of a kind are named, the rest are called n1, n2, ... and a1, a2, ... by position.
+ *
+ * Functions with a network give 1806 when it belongs to another environment, then 1009 when it is
+ * invalid. Counts below 0 give 1003, node indices outside the network 1230, arc indices 1231. While
+ * KLV_PARAM_DATACHECK is 1, numbers that are NaN (1225) or not finite (1233) and null pointers in
+ * arrays of names (1224) are refused, too. Below, n is the number of nodes, m that of arcs. */
+
+/* Makes an empty minimization network with that name; it belongs to the root of env and is freed
+ * with env at the latest. Null on failure, with the code in *status_p (required). */
+KLV_API KLVnet KLVNETcreateprob(KLVenv env, int* status_p, const char* name);
+
+/* Frees *net_p and sets it to null. A null *net_p is accepted; 1004 for a null net_p. */
+KLV_API int KLVNETfreeprob(KLVenv env, KLVnet* net_p);
+
+/* Replaces the network; its name stays. Null arrays: supply 0, low 0, up infinity, obj 0, no names.
+ * objsen: negative maximizes, otherwise minimizes; with data checking anything but 1 and -1 gives
+ * 1003. */
+KLV_API int KLVNETcopynet(KLVenv env, KLVnet net, int objsen, int nnodes, const double* supply,
+                          const char* const* nnames, int narcs, const int* fromnode,
+                          const int* tonode, const double* low, const double* up, const double* obj,
+                          const char* const* anames);
+
+/* Appends nodes; supply and name may be null. A basis stays, with the new nodes basic. */
+KLV_API int KLVNETaddnodes(KLVenv env, KLVnet net, int nnodes, const double* supply,
+                           const char* const* name);
+
+/* Appends arcs between nodes that exist; all arrays but fromnode and tonode may be null. A basis
+ * stays, with the new arcs at their lower bounds. */
+KLV_API int KLVNETaddarcs(KLVenv env, KLVnet net, int narcs, const int* fromnode, const int* tonode,
+                          const double* low, const double* up, const double* obj,
+                          const char* const* anames);
+
+/* ---- Changing networks ---------------------------------------------------------------------- */
+
+/* A change of numbers discards the solution and keeps the basis; deletions and re-attached arcs
+ * leave what remains of the basis, completed to one; names change nothing else. */
+
+/* Deletes nodes begin..end and all arcs at them. */
+KLV_API int KLVNETdelnodes(KLVenv env, KLVnet net, int begin, int end);
+
+/* Deletes arcs begin..end. */
+KLV_API int KLVNETdelarcs(KLVenv env, KLVnet net, int begin, int end);
+
+/* Deletes the nodes i with whichnodes[i] = 1, all arcs at them, and the arcs a with
+ * whicharcs[a] = 1. On return the arrays ([n] and [m]; either may be null) hold the new indices, -1
+ * for what is gone. */
+KLV_API int KLVNETdelset(KLVenv env, KLVnet net, int* whichnodes, int* whicharcs);
+
+/* Attaches arc index[k] to the nodes fromnode[k] and tonode[k]. */
+KLV_API int KLVNETchgarcnodes(KLVenv env, KLVnet net, int cnt, const int* index,
+                              const int* fromnode, const int* tonode);
+
+/* Changes the lower (lu[k] = 'L'), upper ('U') or both ('B') bounds of arc index[k] to bd[k]; an
+ * infinite bound of the wrong sign is ignored with a warning. 1229 for another letter, with data
+ * checking. */
+KLV_API int KLVNETchgbds(KLVenv env, KLVnet net, int cnt, const int* index, const char* lu,
+                         const double* bd);
+
+/* Changes the supplies of nodes. */
+KLV_API int KLVNETchgsupply(KLVenv env, KLVnet net, int cnt, const int* index,
+                            const double* supply);
+
+/* Changes the costs of arcs. */
+KLV_API int KLVNETchgobj(KLVenv env, KLVnet net, int cnt, const int* index, const double* obj);
+
+/* Negative maximizes, otherwise minimizes; with data checking anything but 1 and -1 gives 1003. */
+KLV_API int KLVNETchgobjsen(KLVenv env, KLVnet net, int maxormin);
+
+/* Renames node (key 'n') or arc ('a') vindex; 1003 for another key. */
+KLV_API int KLVNETchgname(KLVenv env, KLVnet net, int key, int vindex, const char* name);
+
+/* Renames arcs; 1224 for a null pointer among the names. */
+KLV_API int KLVNETchgarcname(KLVenv env, KLVnet net, int cnt, const int* index,
+                             const char* const* newname);
+
+/* Renames nodes; 1224 for a null pointer among the names. */
+KLV_API int KLVNETchgnodename(KLVenv env, KLVnet net, int cnt, const int* index,
+                              const char* const* newname);
+
+/* ---- Queries of a network and its solution -------------------------------------------------- */
+
+/* Number of nodes; 0 on failure. */
+KLV_API int KLVNETgetnumnodes(KLVenv env, KLVnet net);
+
+/* Number of arcs; 0 on failure. */
+KLV_API int KLVNETgetnumarcs(KLVenv env, KLVnet net);
+
+/* 1 for minimization, -1 for maximization; 0 on failure. */
+KLV_API int KLVNETgetobjsen(KLVenv env, KLVnet net);
+
+/* The name of the network. */
+KLV_API int KLVNETgetprobname(KLVenv env, KLVnet net, char* buf, int bufspace, int* surplus_p);
+
+/* Supplies of nodes begin..end. */
+KLV_API int KLVNETgetsupply(KLVenv env, KLVnet net, double* supply, int begin, int end);
+
+/* Costs of arcs begin..end. */
+KLV_API int KLVNETgetobj(KLVenv env, KLVnet net, double* obj, int begin, int end);
+
+/* Lower bounds of arcs begin..end. */
+KLV_API int KLVNETgetlb(KLVenv env, KLVnet net, double* low, int begin, int end);
+
+/* Upper bounds of arcs begin..end. */
+KLV_API int KLVNETgetub(KLVenv env, KLVnet net, double* up, int begin, int end);
+
+/* The nodes that arcs begin..end lead from and to. */
+KLV_API int KLVNETgetarcnodes(KLVenv env, KLVnet net, int* fromnode, int* tonode, int begin,
+                              int end);
+
+/* The arcs at nodes begin..end: those of node begin + k are arc[arcbeg[k]] .. arc[arcbeg[k+1] - 1],
+ * the last one's up to *arccnt_p - 1, in ascending order; an arc from a node to itself is there
+ * once. */
+KLV_API int KLVNETgetnodearcs(KLVenv env, KLVnet net, int* arccnt_p, int* arcbeg, int* arc,
+                              int arcspace, int* surplus_p, int begin, int end);
+
+/* Names of nodes begin..end, one after the other in namestore, nnames[k] pointing to the k-th. 1219
+ * when nodes have no names. */
+KLV_API int KLVNETgetnodename(KLVenv env, KLVnet net, char** nnames, char* namestore, int namespc,
+                              int* surplus_p, int begin, int end);
+
+/* Names of arcs begin..end in the same way. */
+KLV_API int KLVNETgetarcname(KLVenv env, KLVnet net, char** anames, char* namestore, int namespc,
+                             int* surplus_p, int begin, int end);
+
+/* The first node with that name; 1210, not printed, when there is none, 1219 without names. */
+KLV_API int KLVNETgetnodeindex(KLVenv env, KLVnet net, const char* name, int* index_p);
+
+/* The first arc with that name; 1210, not printed, when there is none, 1219 without names. */
+KLV_API int KLVNETgetarcindex(KLVenv env, KLVnet net, const char* name, int* index_p);
+
+/* The result of the last KLVNETprimopt: status (see KLVgetstat), objective, flows x [m],
+ * multipliers of the node equations pi [n], slack [n] = supply - (out - in), and reduced costs
+ * dj [m] = obj - pi[from] + pi[to]. Each pointer may be null. 1217 without a solution. */
+KLV_API int KLVNETsolution(KLVenv env, KLVnet net, int* netstat_p, double* objval_p, double* x,
+                           double* pi, double* slack, double* dj);
+
+/* Whether the solution is primal feasible and dual feasible (0 or 1; 0 without one); either pointer
+ * may be null. */
+KLV_API int KLVNETsolninfo(KLVenv env, KLVnet net, int* pfeasind_p, int* dfeasind_p);
+
+/* Status of the last KLVNETprimopt: 1 optimal, 2 unbounded, 3 infeasible, 6 stopped by numerical
+ * difficulties, 10 iteration limit, 11 time limit, 13 aborted; 0 without a solution. */
+KLV_API int KLVNETgetstat(KLVenv env, KLVnet net);
+
+/* The objective value. 1217 without a solution. */
+KLV_API int KLVNETgetobjval(KLVenv env, KLVnet net, double* objval_p);
+
+/* Iterations of the last KLVNETprimopt. */
+KLV_API int KLVNETgetitcnt(KLVenv env, KLVnet net);
+
+/* Those of them spent towards feasibility. */
+KLV_API int KLVNETgetphase1cnt(KLVenv env, KLVnet net);
+
+/* Flows of arcs begin..end. 1217 without a solution. */
+KLV_API int KLVNETgetx(KLVenv env, KLVnet net, double* x, int begin, int end);
+
+/* Multipliers of nodes begin..end. 1217 without a solution. */
+KLV_API int KLVNETgetpi(KLVenv env, KLVnet net, double* pi, int begin, int end);
+
+/* Slacks of nodes begin..end. 1217 without a solution. */
+KLV_API int KLVNETgetslack(KLVenv env, KLVnet net, double* slack, int begin, int end);
+
+/* Reduced costs of arcs begin..end. 1217 without a solution. */
+KLV_API int KLVNETgetdj(KLVenv env, KLVnet net, double* dj, int begin, int end);
+
+/* ---- Network optimizer ---------------------------------------------------------------------- */
+
+/* Solves the network by the network simplex method, from the basis it has unless KLV_PARAM_ADVIND
+ * is 0. The limits are KLV_PARAM_NETITLIM and KLV_PARAM_TILIM; the network callback is called with
+ * the code 3 at each iteration that is due for a line of the log, and stops the run by a result
+ * other than 0. KLV_PARAM_NETPPRIIND chooses the pricing. The result is a status, not an error. */
+KLV_API int KLVNETprimopt(KLVenv env, KLVnet net);
+
+/* Sets the basis to start from: status codes of arcs [m] as for columns (KLVcopybase), and of nodes
+ * [n], 1 for the root of a tree of basic arcs, else 0; nstat may be null. What is no basis is
+ * completed to one: arcs that would close a cycle become nonbasic, and each tree gets one root. */
+KLV_API int KLVNETcopybase(KLVenv env, KLVnet net, const int* astat, const int* nstat);
+
+/* The basis: basic arcs and basic nodes together are as many as nodes. Either array may be null.
+ * 1262 without a basis. */
+KLV_API int KLVNETgetbase(KLVenv env, KLVnet net, int* astat, int* nstat);
+
+/* ---- Network files -------------------------------------------------------------------------- */
+
+/* Replaces the network by that of a file in one of two formats, told apart by the content: numbered
+ * (.min: lines "p min", "n", "a") or sectioned (.net: MINIMIZE NETWORK ... ENDNETWORK). Files named
+ * .gz, .bz2 or .Z are decompressed. 1004 for a null name, 1423 when the file cannot be read, which
+ * leaves the network alone; 1530 to 1538 for faults in it, which leave the network empty. */
+KLV_API int KLVNETreadcopyprob(KLVenv env, KLVnet net, const char* filename);
+
+/* Writes the network. filetype, or the extension of the name when it is null: MIN or NET, or MPS,
+ * RMP, REW, LP for the network as a linear problem; 1424 for another. MIN carries six digits of
+ * each number; a warning counts those that lost some. 1421 without a name, 1422 when the file
+ * cannot be written. */
+KLV_API int KLVNETwriteprob(KLVenv env, KLVnet net, const char* filename, const char* filetype);
+
+/* Reads a basis file with arcs as columns and nodes as rows, as KLVreadcopybase does; on failure
+ * the basis is as it was. */
+KLV_API int KLVNETreadcopybase(KLVenv env, KLVnet net, const char* filename);
+
+/* Writes the basis. 1421 without a name, 1262 without a basis, 1422 when the file cannot be
+ * written. */
+KLV_API int KLVNETbasewrite(KLVenv env, KLVnet net, const char* filename);
 
 #ifdef __cplusplus
 }

@@ -8,6 +8,8 @@
 #include "io/lp_format/reader/lp_reader.h"
 #include "io/mps/mps_reader.h"
 #include "io/mps/mps_writer.h"
+#include "io/network_files/network_files.h"
+#include "prob/network/network_model.h"
 
 namespace kelvo {
 namespace {
@@ -31,6 +33,13 @@ constexpr FormatName kOutputTypes[] = {
     {"MPS", FileFormat::mps},           {"RMP", FileFormat::rewritten_mps},
     {"REW", FileFormat::rewritten_mps}, {"LP", FileFormat::lp},
     {"RLP", FileFormat::rewritten_lp},  {"SAV", FileFormat::sav}};
+constexpr FormatName kNetworkOutputTypes[] = {{"MIN", FileFormat::numbered_network},
+                                              {"NET", FileFormat::sectioned_network},
+                                              {"MPS", FileFormat::mps},
+                                              {"RMP", FileFormat::rewritten_mps},
+                                              {"REW", FileFormat::rewritten_mps},
+                                              {"LP", FileFormat::lp},
+                                              {"SAV", FileFormat::sav}};
 
 char upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
@@ -126,8 +135,10 @@ FileFormat input_format_of_text(std::string_view first_bytes) {
   }
 }
 
-Status output_format(std::string_view name, const char* type, FileFormat& format) {
-  std::string_view text;
+namespace {
+
+/// The type that a file is to be written as, from the argument or the name.
+Status written_type(std::string_view name, const char* type, std::string_view& text) {
   if (type != nullptr) {
     text = type;
   } else {
@@ -136,13 +147,31 @@ Status output_format(std::string_view name, const char* type, FileFormat& format
     if (point == std::string_view::npos) return Status::failure(error::kBadFileType);
     text = name.substr(point + 1);
   }
-  if (text.size() > kLongestType) return Status::failure(error::kBadFileType);
-  for (const FormatName& row : kOutputTypes) {
+  return text.size() > kLongestType ? Status::failure(error::kBadFileType) : Status();
+}
+
+template <std::size_t kRows>
+Status find_type(const FormatName (&table)[kRows], std::string_view text, FileFormat& format) {
+  for (const FormatName& row : table) {
     if (!equal_ignoring_case(text, row.text)) continue;
     format = row.format;
     return {};
   }
   return Status::failure(error::kBadFileType);
+}
+
+}  // namespace
+
+Status output_format(std::string_view name, const char* type, FileFormat& format) {
+  std::string_view text;
+  KELVO_TRY(written_type(name, type, text));
+  return find_type(kOutputTypes, text, format);
+}
+
+Status network_output_format(std::string_view name, const char* type, FileFormat& format) {
+  std::string_view text;
+  KELVO_TRY(written_type(name, type, text));
+  return find_type(kNetworkOutputTypes, text, format);
 }
 
 Status read_model_file(const char* name, const char* type, const Settings& settings,
@@ -169,7 +198,13 @@ Status read_model_file(const char* name, const char* type, const Settings& setti
     case FileFormat::lp:
       status = LpReader(lines, lp_settings(name, settings), sink).read(model);
       break;
-    default:  // binary models and networks have no reader
+    case FileFormat::network: {
+      Network network;
+      status = read_network(lines, sink, network);
+      if (status.ok()) model = network_to_model(network);
+      break;
+    }
+    default:  // binary models have no reader
       status = Status::failure(error::kBadFileType);
       break;
   }

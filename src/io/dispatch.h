@@ -14,7 +14,17 @@
 
 namespace kelvo {
 
-enum class FileFormat { unknown, lp, rewritten_lp, mps, rewritten_mps, sav, network };
+enum class FileFormat {
+  unknown,
+  lp,
+  rewritten_lp,
+  mps,
+  rewritten_mps,
+  sav,
+  network,  // of either kind, as far as names tell
+  numbered_network,
+  sectioned_network
+};
 
 /// The format that a type argument of KLVreadcopyprob asks for.
 FileFormat input_format_of_type(std::string_view type);
@@ -25,6 +35,9 @@ FileFormat input_format_of_text(std::string_view first_bytes);
 
 /// The format in which KLVwriteprob writes; type may be null. Error: 1424 not reported.
 Status output_format(std::string_view name, const char* type, FileFormat& format);
+
+/// The same for KLVNETwriteprob.
+Status network_output_format(std::string_view name, const char* type, FileFormat& format);
 
 /// Reads a file into a model that was empty. `type` may be null; an empty name with the type "LP"
 /// reads what is typed on the standard input. Errors, reported or without arguments: 1423, 1424 and

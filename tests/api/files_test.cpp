@@ -96,7 +96,7 @@ TEST_F(ModelFiles, AFailedReadLeavesTheProblemAlone) {
            {put("empty.mps", ""), nullptr, 1441, "Line 1: No NAME section"},
            {put("other", "What is this?\n"), nullptr, 1424, "Invalid filetype"},
            {put("binary", "\x01\x02"), nullptr, 1424, "Invalid filetype"},
-           {put("net.min", "p min 1 1\n"), nullptr, 1424, "Invalid filetype"},
+           {put("net.min", "p min 1 1\n"), nullptr, 1538, "Unexpected end of network file"},
            {put("b.sav", "text"), nullptr, 1424, "Invalid filetype"},
            {path("a.mps"), "XYZ", 1424, "Invalid filetype"},
            {path("a.mps"), "", 1424, "Invalid filetype"},

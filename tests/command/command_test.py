@@ -305,7 +305,7 @@ class Options(Command):
         self.assertNotIn("BARITLIM", used)
         self.assertEqual(names("tilim", "--all"), ["TILIM", "TUNINGTILIM"])
         self.assertEqual(names("TILIM*"), ["TILIM"])
-        self.assertEqual(names("Optimality"), ["EPOPT"])
+        self.assertEqual(names("Optimality"), ["EPOPT", "NETEPOPT"])
         self.assertIn('"."', self.succeed("params", "KLV_PARAM_WORKDIR", "--all"))
         self.assertEqual(self.succeed("params", "tilim").splitlines()[1].split(),
                          ["TILIM", "1e+75", ">=", "0", "time", "limit", "in", "seconds"])

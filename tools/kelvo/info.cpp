@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model_data.h"
+#include "network.h"
 
 namespace kelvo::command {
 namespace {
@@ -113,6 +114,10 @@ const char* type_name(int type) {
 void show_info(const std::string& path) {
   Session session;
   session.show_on(stdout);  // what the reader finds worth a warning
+  if (is_network_file(path)) {
+    show_network_info(session, path);
+    return;
+  }
   session.read(path);
   const ModelData data = read_model_data(session);
   std::printf("%-11s %s\n", "Model:", path.c_str());

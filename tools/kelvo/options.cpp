@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kDescription =
     "Reads a model, solves it, and prints the log and a summary. The format follows from the\n"
-    "name: .lp, .mps or .qps, each also with .gz or .bz2 behind it.";
+    "name: .lp, .mps or .qps, or .net or .min for a network, each also with .gz or .bz2 behind it.";
 
 constexpr const char* kFooter =
     "The exit code is 0 when the solve ended with a status of its own (infeasible and limits\n"

@@ -95,6 +95,16 @@ void Session::read(const std::string& path) {
   check(KLVreadcopyprob(env_, problem_, path.c_str(), nullptr), "cannot read " + path);
 }
 
+void Session::read_network(const std::string& path) {
+  check_readable(path);
+  int status = 0;
+  KLVnet network = KLVNETcreateprob(env_, &status, "");
+  check(status, "cannot create a network");
+  if (network_ != nullptr) KLVNETfreeprob(env_, &network_);
+  network_ = network;
+  check(KLVNETreadcopyprob(env_, network_, path.c_str()), "cannot read " + path);
+}
+
 void Session::say(const std::string& text) {
   for (std::size_t from = 0; from < text.size(); from += kLongestMessage) {
     KLVmsgstr(results_, text.substr(from, kLongestMessage).c_str());

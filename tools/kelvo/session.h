@@ -11,8 +11,8 @@ namespace kelvo::command {
 /// The library's version text.
 std::string library_version();
 
-/// Owns the environment and the problem. The library's error lines are collected, so that a failure
-/// is told in one line by whoever knows what was attempted.
+/// Owns the environment and the problem or network. The library's error lines are collected, so
+/// that a failure is told in one line by whoever knows what was attempted.
 class Session {
  public:
   /// Opens an environment. Throws Failure.
@@ -23,6 +23,7 @@ class Session {
 
   KLVenv env() const { return env_; }
   KLVprob problem() const { return problem_; }
+  KLVnet network() const { return network_; }
 
   /// Sends the library's log, results and warnings to a stream of the caller's.
   void show_on(std::FILE* stream);
@@ -31,6 +32,8 @@ class Session {
 
   /// Reads a model into a new problem. Throws Failure.
   void read(const std::string& path);
+  /// Reads a network file into a new network. Throws Failure.
+  void read_network(const std::string& path);
 
   /// Sends a text to the results channel, so that screen and log file both get it.
   void say(const std::string& text);
@@ -45,6 +48,7 @@ class Session {
 
   KLVenv env_ = nullptr;
   KLVprob problem_ = nullptr;
+  KLVnet network_ = nullptr;
   KLVchannel results_ = nullptr;
   KLVchannel warnings_ = nullptr;
   KLVchannel errors_ = nullptr;

@@ -7,6 +7,7 @@
 #include "failure.h"
 #include "interrupt.h"
 #include "method.h"
+#include "network.h"
 #include "outcome.h"
 #include "output_file.h"
 #include "parameters.h"
@@ -59,13 +60,8 @@ void optimize(Session& session, const Options& options) {
   session.check(KLVlpopt(session.env(), session.problem()), "cannot solve " + options.model);
 }
 
-void run(Session& session, const Options& options, Outcome& outcome,
-         const OutputFile& values_file) {
-  if (!options.log_file.empty()) session.open_log(options.log_file);
-  if (!options.quiet) session.show_on(stdout);
-  session.say("Kelvo " + std::string(KLVversion(session.env())) + "\n");
-  session.check(KLVsetterminate(session.env(), watch_for_interrupt()), "cannot watch for Ctrl-C");
-  apply_options(session, options);
+/// Solves a linear problem; returns the lines of the values file.
+std::string solve_problem(Session& session, const Options& options, Outcome& outcome) {
   read_model(session, options, outcome);
   if (options.relax) relax(session);
   if (!options.basis_file.empty()) {
@@ -76,14 +72,28 @@ void run(Session& session, const Options& options, Outcome& outcome,
   optimize(session, options);
   note_solution(session, outcome);
   outcome.time = seconds_since_start();
+  write_files(session, options, true);
+  return outcome.objective ? values(session) : std::string();
+}
+
+void run(Session& session, const Options& options, Outcome& outcome,
+         const OutputFile& values_file) {
+  if (!options.log_file.empty()) session.open_log(options.log_file);
+  if (!options.quiet) session.show_on(stdout);
+  session.say("Kelvo " + std::string(KLVversion(session.env())) + "\n");
+  session.check(KLVsetterminate(session.env(), watch_for_interrupt()), "cannot watch for Ctrl-C");
+  apply_options(session, options);
+  // A network is solved as one unless a method for linear problems is named.
+  const bool network = is_network_file(options.model) && options.method.empty();
+  const std::string found =
+      network ? solve_network(session, options, outcome) : solve_problem(session, options, outcome);
   const std::string text = summary(outcome);
   session.say(text);
   if (options.quiet) std::fputs(text.c_str() + 1, stdout);
   if (const std::string errors = session.take_errors(); !errors.empty()) {
     std::fprintf(stderr, "kelvo: %s\n", errors.c_str());
   }
-  write_files(session, options, true);
-  values_file.write(outcome.objective ? values(session) : "");
+  values_file.write(found);
 }
 
 }  // namespace

@@ -329,11 +329,11 @@ constexpr std::array<ParamRow, kNumParams> kParamTable = {{
     integer(RESERVED(4002), -1, -1, kReadLimit, ""),
     unused(integer(NAMED(QPMAKEPSDIND), 1, 0, 1, "indefinite objectives of binary columns: 0 refused, 1 repaired")),
     // Network
-    unused(integer(NAMED(NETITLIM), kCountLimit, 0, kCountLimit, "network simplex: limit on iterations")),
-    unused(real(NAMED(NETEPOPT), 1e-6, 1e-11, 0.1, "network simplex: optimality tolerance")),
-    unused(real(NAMED(NETEPRHS), 1e-6, 1e-11, 0.1, "network simplex: feasibility tolerance")),
-    unused(integer(NAMED(NETPPRIIND), 0, 0, 3, "network simplex: kind of pricing: 1, 2, or 0 and 3")),
-    unused(integer(NAMED(NETDISPLAY), 2, 0, 2, "network simplex log: 0 none to 2")),
+    integer(NAMED(NETITLIM), kCountLimit, 0, kCountLimit, "network simplex: limit on iterations"),
+    real(NAMED(NETEPOPT), 1e-6, 1e-11, 0.1, "network simplex: optimality tolerance"),
+    real(NAMED(NETEPRHS), 1e-6, 1e-11, 0.1, "network simplex: feasibility tolerance"),
+    integer(NAMED(NETPPRIIND), 0, 0, 3, "network simplex: kind of pricing: 1, 2, or 0 and 3"),
+    integer(NAMED(NETDISPLAY), 2, 0, 2, "network simplex log: 0 none to 2"),
 }};
 // clang-format on
 

@@ -148,6 +148,14 @@ Status check_column_indices(Environment& environment, const int* indices, int co
   return check_indices(environment, indices, count, columns, error::kColumnIndex);
 }
 
+Status check_node_indices(Environment& environment, const int* indices, int count, int nodes) {
+  return check_indices(environment, indices, count, nodes, error::kNodeIndex);
+}
+
+Status check_arc_indices(Environment& environment, const int* indices, int count, int arcs) {
+  return check_indices(environment, indices, count, arcs, error::kArcIndex);
+}
+
 Status check_growth(int present, int added) {
   return added > std::numeric_limits<int>::max() - present
              ? Status::failure(error::kProblemSizeLimits)

@@ -55,6 +55,10 @@ Status report_duplicate_pair(Environment& environment, const Model& model, const
 Status check_row_indices(Environment& environment, const int* indices, int count, int rows);
 /// 1201 for a column outside 0..columns-1.
 Status check_column_indices(Environment& environment, const int* indices, int count, int columns);
+/// 1230 for a node outside 0..nodes-1.
+Status check_node_indices(Environment& environment, const int* indices, int count, int nodes);
+/// 1231 for an arc outside 0..arcs-1.
+Status check_arc_indices(Environment& environment, const int* indices, int count, int arcs);
 /// 1012 when a list of `present` items grows beyond the range of 32-bit integers.
 Status check_growth(int present, int added);
 /// 1224 for a null pointer.

@@ -15,7 +15,9 @@ enum class NameKind : char {
   quadratic = 'q',
   indicator = 'i',
   user_cut = 'u',
-  lazy_constraint = 'l'
+  lazy_constraint = 'l',
+  node = 'n',
+  arc = 'a'
 };
 
 /// The text of a default name, in a buffer of its own.
