@@ -209,7 +209,6 @@ Status strong_branch(Environment& environment, Problem& problem, const int* indi
   for (int k = 0; k < cnt && stop == BranchingStop::none; ++k) {
     stop = branching.probe(indices[k], problem.solution.x[indices[k]], down[k], up[k]);
   }
-  if (!branching.restore()) return Status::failure(error::kBasisSingular);
   problem.working_lp.put(std::move(working));
   if (stop == BranchingStop::time_limit) {
     return Status::failure(error::kStrongBranchingTimeLimit);

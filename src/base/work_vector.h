@@ -51,6 +51,16 @@ struct WorkVector {
     value[i] = x;
   }
 
+  /// Adds to a position of a listed vector. A cancelled entry keeps a trace, so that it is not
+  /// listed twice.
+  void add(int i, double x) {
+    constexpr double kCancelled = 1e-100;
+    const double before = value[static_cast<std::size_t>(i)];
+    if (before == 0.0) index[static_cast<std::size_t>(count++)] = i;
+    const double after = before + x;
+    value[static_cast<std::size_t>(i)] = after == 0.0 ? kCancelled : after;
+  }
+
   /// Makes the list valid and exact: only entries above the drop tolerance stay.
   void pack() { pack(size()); }
   /// The same, when all entries from `end` on are known to be zero.

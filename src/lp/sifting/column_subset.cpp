@@ -398,6 +398,7 @@ SubsetEnd ColumnSubset::run(const SimplexSettings& settings) {
       case SimplexOutcome::unbounded:
         return SubsetEnd::unfinished;
       case SimplexOutcome::iteration_limit:
+      case SimplexOutcome::work_limit:
       case SimplexOutcome::time_limit:
       case SimplexOutcome::aborted:
         stop_outcome_ = outcome;

@@ -1,13 +1,20 @@
 #include "lp/simplex/simplex.h"
 
-#include "lp/simplex/dual/dual_simplex.h"
+#include "lp/simplex/dual/dual_engine.h"
 #include "lp/simplex/primal/primal_simplex.h"
 #include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
 
-Simplex::Simplex(const LpProblem& problem) : state_(make_owned<SimplexState>(problem)) {}
+Simplex::Simplex(LpProblem& problem) : state_(make_owned<SimplexState>(problem)) {}
+Simplex::Simplex(const LpProblem& problem)
+    : copy_(make_owned<LpProblem>(problem)), state_(make_owned<SimplexState>(*copy_)) {}
 Simplex::~Simplex() = default;
+
+DualEngine& Simplex::dual() {
+  if (dual_ == nullptr) dual_ = make_owned<DualEngine>(*state_);
+  return *dual_;
+}
 
 void Simplex::set_slack_basis() {
   state_->set_slack_basis();
@@ -16,26 +23,98 @@ void Simplex::set_basis(const Vector<int>& status, const double* values) {
   state_->set_basis(status, values);
 }
 
+void Simplex::change_bounds(const Vector<VariableBounds>& changes) {
+  state_->change_bounds(changes);
+}
+void Simplex::change_costs(const Vector<VariableCost>& changes) {
+  state_->change_costs(changes);
+}
+void Simplex::add_rows(const SparseMatrix& rows, const Vector<double>& least,
+                       const Vector<double>& most) {
+  dual_.reset();
+  state_->add_rows(rows, least, most);
+}
+void Simplex::add_columns(const SparseMatrix& columns, const Vector<double>& costs,
+                          const Vector<double>& lower, const Vector<double>& upper) {
+  dual_.reset();
+  state_->add_columns(columns, costs, lower, upper);
+}
+void Simplex::delete_rows(const Vector<int>& rows) {
+  dual_.reset();
+  state_->delete_rows(rows);
+}
+void Simplex::delete_columns(const Vector<int>& columns) {
+  dual_.reset();
+  state_->delete_columns(columns);
+}
+
+SharedBasis Simplex::snapshot(bool with_weights) const {
+  const SimplexState& s = *state_;
+  Vector<double> weights;
+  if (with_weights && s.dual_weights_valid) {
+    for (int j = 0; j < s.num_vars; ++j) {
+      if (s.status[j] == kBasic) weights.push_back(s.dual_weights[s.position[j]]);
+    }
+  }
+  return std::allocate_shared<const BasisSnapshot>(Allocator<BasisSnapshot>(), s.status, s.value,
+                                                   weights);
+}
+
+void Simplex::start_from(const BasisSnapshot& basis) {
+  Vector<int> status;
+  Vector<double> values;
+  basis.unpack(status, values);
+  state_->set_basis(status, values.data());
+  const Vector<float>& weights = basis.weights();
+  if (weights.empty()) return;
+  std::size_t next = 0;
+  for (int j = 0; j < state_->num_vars; ++j) {
+    if (state_->status[j] == kBasic) state_->dual_weights[state_->position[j]] = weights[next++];
+  }
+  state_->dual_weights_valid = true;
+  state_->dual_weights_unit = false;
+}
+
+const LpProblem& Simplex::problem() const {
+  return state_->problem;
+}
+
 void Simplex::bounds_changed() {
-  state_->restore_bounds();
+  state_->take_bounds();
 }
 void Simplex::costs_changed() {
-  state_->restore_costs();
+  state_->take_costs();
+}
+
+template <class Run>
+SimplexOutcome Simplex::run(const SimplexSettings& settings, const RunContext& context, bool dual,
+                            Run run) {
+  const LentContext lent(*state_, context);
+  state_->begin_run(settings);
+  if (state_->still_solved()) {
+    if (const auto stop = state_->interrupted(dual, false)) return *stop;
+    state_->log_optimum(dual);
+    return SimplexOutcome::optimal;
+  }
+  const SimplexOutcome outcome = run();
+  if (outcome == SimplexOutcome::optimal) {
+    state_->note_optimum(this->dual().polish_optimum());
+  }
+  return outcome;
 }
 
 SimplexOutcome Simplex::run_dual(const SimplexSettings& settings, const RunContext& context) {
-  const LentContext lent(*state_, context);
-  state_->begin_run(settings);
-  const SimplexOutcome outcome = run_dual_simplex(*state_);
-  if (outcome == SimplexOutcome::optimal) polish_optimum(*state_);
-  return outcome;
+  return run(settings, context, true, [this] { return dual().run(); });
 }
 SimplexOutcome Simplex::run_primal(const SimplexSettings& settings, const RunContext& context) {
+  return run(settings, context, false, [this] { return run_primal_simplex(*state_); });
+}
+
+ProbeResult Simplex::probe(const Vector<VariableBounds>& changes, const SimplexSettings& settings,
+                           const RunContext& context) {
   const LentContext lent(*state_, context);
   state_->begin_run(settings);
-  const SimplexOutcome outcome = run_primal_simplex(*state_);
-  if (outcome == SimplexOutcome::optimal) polish_optimum(*state_);
-  return outcome;
+  return dual().probe(changes);
 }
 
 const Vector<int>& Simplex::status() const {
@@ -45,6 +124,7 @@ const Vector<int>& Simplex::header() const {
   return state_->header;
 }
 const Vector<double>& Simplex::values() const {
+  state_->materialize_results();
   return state_->result_values;
 }
 const Vector<double>& Simplex::reduced_costs() const {
@@ -54,6 +134,7 @@ const Vector<double>& Simplex::row_duals() const {
   return state_->row_duals;
 }
 double Simplex::objective() const {
+  state_->materialize_results();
   return state_->objective;
 }
 int Simplex::iterations() const {
@@ -77,6 +158,10 @@ double Simplex::condition_estimate() const {
 }
 double Simplex::markowitz_threshold() const {
   return state_->factor().markowitz_threshold();
+}
+
+double Simplex::work() const {
+  return state_->work();
 }
 
 SimplexState& Simplex::state() {

@@ -8,6 +8,7 @@
 #include "base/containers.h"
 #include "base/memory.h"
 #include "lp/form/lp_problem.h"
+#include "lp/simplex/basis_snapshot.h"
 #include "lp/simplex/run_context.h"
 
 namespace kelvo {
@@ -42,6 +43,7 @@ struct SimplexSettings {
   int iteration_limit = 2100000000;
   double objective_lower_limit = -1e75;  // on the minimized objective; primal stops below it
   double objective_upper_limit = 1e75;   // dual stops above it
+  double work_limit = kInf;              // nonzeros touched by the run
   DualPricing dual_pricing = DualPricing::automatic;
   PrimalPricing primal_pricing = PrimalPricing::automatic;
   bool keep_optimal_start = false;  // do not polish a basis that is optimal as it is given
@@ -60,6 +62,7 @@ enum class SimplexOutcome {
   infeasible,  // proof in farkas_dual()
   unbounded,   // proof in primal_ray()
   iteration_limit,
+  work_limit,
   time_limit,
   aborted,
   objective_limit,
@@ -68,12 +71,38 @@ enum class SimplexOutcome {
   non_optimal,  // numerical trouble: stopped at the best known basis
 };
 
+/// A new lower and upper bound of a variable, structural or logical; lower <= upper.
+struct VariableBounds {
+  int variable;
+  double lower;
+  double upper;
+};
+struct VariableCost {
+  int variable;
+  double cost;
+};
+
+/// What a probe found. The bound holds whatever ended the probe: no point within the changed bounds
+/// has a smaller objective (up to the optimality tolerance).
+struct ProbeResult {
+  // `optimal`: the iterations came to their end; the bound is then the optimum, but for what a
+  // perturbation of the costs took from it.
+  SimplexOutcome outcome = SimplexOutcome::non_optimal;
+  double bound = 0.0;  // of the minimization; kInf when infeasible
+  int iterations = 0;
+  double work = 0.0;  // nonzeros touched
+};
+
+class DualEngine;
 class SimplexState;
 
 class Simplex {
  public:
-  /// The problem must outlive the object. Its costs and bounds may change between runs (then call
+  /// Works on the caller's problem, which must outlive the object and is changed by change_bounds()
+  /// and the like. The caller may change costs and bounds himself between runs (then call
   /// bounds_changed() or costs_changed()).
+  explicit Simplex(LpProblem& problem);
+  /// Works on a copy.
   explicit Simplex(const LpProblem& problem);
   ~Simplex();
   Simplex(const Simplex&) = delete;
@@ -88,11 +117,45 @@ class Simplex {
   /// it they stand at their point nearest to 0. A basis whose basic variables are those of the
   /// current one keeps the factor and the pricing weights.
   void set_basis(const Vector<int>& status, const double* values = nullptr);
+  /// Bounds and costs of the problem, the given ones only; what is known of the last solution
+  /// follows, so that the next run starts hot. Results are invalid until then.
+  void change_bounds(const Vector<VariableBounds>& changes);
+  void change_costs(const Vector<VariableCost>& changes);
+  // Shape. The last basis and its factor stay in use: a new row's logical is basic, a new column is
+  // nonbasic; deleting rows with basic logicals and nonbasic columns keeps the factor, other rows
+  // and columns may be deleted too. Results are invalid until the next run. Short of memory these
+  // throw std::bad_alloc and leave an object that is only good to be destroyed.
+
+  /// Appends rows least[k] <= a_k x <= most[k]; `rows` holds the a_k by row.
+  void add_rows(const SparseMatrix& rows, const Vector<double>& least, const Vector<double>& most);
+  /// Appends structural columns; `columns` holds them by column, all arrays have one entry each.
+  void add_columns(const SparseMatrix& columns, const Vector<double>& costs,
+                   const Vector<double>& lower, const Vector<double>& upper);
+  /// Both lists ascend; what remains closes up and keeps its order.
+  void delete_rows(const Vector<int>& rows);
+  void delete_columns(const Vector<int>& columns);
+
+  /// The present basis to come back to, optionally with the dual pricing weights.
+  SharedBasis snapshot(bool with_weights = false) const;
+  /// Starts from a snapshot of a basis of the same shape. The factor is kept when the basic
+  /// variables are those of the present basis.
+  void start_from(const BasisSnapshot& basis);
+
+  /// The problem was changed from outside.
   void bounds_changed();
   void costs_changed();
 
   SimplexOutcome run_dual(const SimplexSettings& settings, const RunContext& context = {});
   SimplexOutcome run_primal(const SimplexSettings& settings, const RunContext& context = {});
+
+  /// Tries bounds with the dual method: a few iterations, within the limits of the settings (on
+  /// iterations, work, and the objective: objective_upper_limit is the cutoff), from the present
+  /// basis, which should be optimal; then everything is as before: problem, basis, factor, values,
+  /// weights and results.
+  ProbeResult probe(const Vector<VariableBounds>& changes, const SimplexSettings& settings,
+                    const RunContext& context = {});
+
+  const LpProblem& problem() const;
 
   // Results of the last run; lengths num_vars() where not said otherwise.
   const Vector<int>& status() const;            // BasisStatus of every variable
@@ -112,12 +175,20 @@ class Simplex {
   const Vector<double>& primal_ray() const;
   double condition_estimate() const;   // largest / smallest pivot magnitude of the factor
   double markowitz_threshold() const;  // as raised by the runs
+  double work() const;                 // nonzeros touched by all runs
 
   /// The machinery itself, for engines of this floor that work on the same basis.
   SimplexState& state();
 
  private:
+  template <class Run>
+  SimplexOutcome run(const SimplexSettings& settings, const RunContext& context, bool dual,
+                     Run run);
+  DualEngine& dual();
+
+  Owned<LpProblem> copy_;  // of a problem that must not be changed; may be null
   Owned<SimplexState> state_;
+  Owned<DualEngine> dual_;  // made by the first use
 };
 
 }  // namespace kelvo

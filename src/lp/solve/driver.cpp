@@ -108,6 +108,7 @@ LpOutcome outcome_of(SimplexOutcome outcome) {
     case SimplexOutcome::unbounded:
       return LpOutcome::unbounded;
     case SimplexOutcome::iteration_limit:
+    case SimplexOutcome::work_limit:  // never set here
       return LpOutcome::iteration_limit;
     case SimplexOutcome::time_limit:
       return LpOutcome::time_limit;
@@ -227,6 +228,7 @@ void Driver::verify(const WorkingLp& working, SimplexOutcome outcome, Verified& 
       if (found.trustworthy) answer.outcome = LpOutcome::optimal;
       break;
     case SimplexOutcome::iteration_limit:
+    case SimplexOutcome::work_limit:
     case SimplexOutcome::time_limit:
     case SimplexOutcome::aborted:
     case SimplexOutcome::objective_limit:

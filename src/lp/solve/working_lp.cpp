@@ -63,6 +63,7 @@ void WorkingLp::give_norms(const LpStart& start) {
       state.dual_weights[p] = is_weight(norm) ? norm * factor * factor : 1.0;
     }
     state.dual_weights_valid = true;
+    state.dual_weights_full = state.dual_weights_unit = false;
   }
   state.given_primal_weights.clear();
   if (start.primal_norm.empty()) return;
@@ -90,9 +91,7 @@ LpProblem WorkingLp::unscaled_copy() const {
 
 void WorkingLp::put_cost(int column, double cost) {
   const double scaled = cost / scaling_.variable_factor(column, lp_.num_cols);
-  if (lp_.cost[column] == scaled) return;
-  lp_.cost[column] = scaled;
-  costs_changed_ = true;
+  if (lp_.cost[column] != scaled) cost_changes_.push_back({column, scaled});
 }
 
 void WorkingLp::put_bounds(int variable, double lower, double upper) {
@@ -100,15 +99,14 @@ void WorkingLp::put_bounds(int variable, double lower, double upper) {
   double low = lower * factor, high = upper * factor;
   if (low > high) low = high = 0.5 * low + 0.5 * high;
   if (lp_.lower[variable] == low && lp_.upper[variable] == high) return;
-  lp_.lower[variable] = low;
-  lp_.upper[variable] = high;
-  bounds_changed_ = true;
+  bound_changes_.push_back({variable, low, high});
 }
 
 void WorkingLp::finish_changes() {
-  if (bounds_changed_) simplex_->bounds_changed();
-  if (costs_changed_) simplex_->costs_changed();
-  bounds_changed_ = costs_changed_ = false;
+  simplex_->change_bounds(bound_changes_);
+  simplex_->change_costs(cost_changes_);
+  bound_changes_.clear();
+  cost_changes_.clear();
 }
 
 void WorkingLp::name_like(const LpProblem& other) {
@@ -139,7 +137,8 @@ bool WorkingLp::compute_basic_solution(const SimplexSettings& settings, const Ru
   SimplexState& state = simplex_->state();
   const LentContext lent(state, context);
   state.begin_run(settings);
-  has_basic_solution_ = !no_factor(state.refactorize());
+  const bool current = state.factor_current() && state.primals_fresh && state.duals_fresh;
+  has_basic_solution_ = current || !no_factor(state.refactorize());
   if (has_basic_solution_) state.store_results();
   return has_basic_solution_;
 }

@@ -113,8 +113,8 @@ class WorkingLp {
   bool has_basic_solution_ = false;
   double verified_feasibility_ = kInf;  // tolerances of the last optimum
   double verified_optimality_ = kInf;
-  bool costs_changed_ = false;  // since the last finish_changes()
-  bool bounds_changed_ = false;
+  Vector<VariableCost> cost_changes_;  // since the last finish_changes()
+  Vector<VariableBounds> bound_changes_;
   Owned<Simplex> simplex_;  // over lp_
 };
 

@@ -14,7 +14,8 @@ CallerTableau::CallerTableau(const Model& model, WorkingLp& working)
       state_(working.simplex().state()),
       header_(state_.header.data()),
       m_(lp_.num_rows),
-      n_(lp_.num_cols) {}
+      n_(lp_.num_cols),
+      values_(working.simplex().values().data()) {}
 
 int CallerTableau::position_of(int v) const {
   if (state_.status[v] != kBasic) return -1;
@@ -54,7 +55,7 @@ double CallerTableau::upper(int v) const {
 }
 
 double CallerTableau::value(int v) const {
-  const double unscaled = state_.result_values[v] / scaling_.variable_factor(v, n_);
+  const double unscaled = values_[v] / scaling_.variable_factor(v, n_);
   if (!is_slack(v)) return unscaled;
   // A nonbasic slack stands exactly at its bound, which the rounding of rhs - a x would blur.
   const int code = status(v);

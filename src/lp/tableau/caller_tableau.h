@@ -93,6 +93,7 @@ class CallerTableau {
   const int* header_;
   const int m_;
   const int n_;
+  const double* const values_;  // of all variables
 };
 
 /// Calls use(i, value) for the entries of a solve's result that are not zero.

@@ -1,13 +1,12 @@
 // Strong branching: how much worse does the objective get when a column with a fractional value is
 // rounded down, or up?
 //
-// From an optimal basis each side changes one bound of one column and runs a few iterations of the
-// dual simplex method, which only ever worsens the objective; what it has reached by then is the
-// answer. After each side the basis is the optimal one again, positions and pricing weights
-// included. (D. Applegate, R. Bixby, V. Chvatal and W. Cook, "Finding cuts in the TSP", 1995.)
+// From an optimal basis each side is a probe (Simplex::probe): one bound of one column changes, a
+// few iterations of the dual simplex method only ever worsen the objective, and what it has reached
+// by then is the answer. After each side everything is as before. (D. Applegate, R. Bixby, V.
+// Chvatal and W. Cook, "Finding cuts in the TSP", 1995.)
 #pragma once
 
-#include "lp/simplex/state/simplex_state.h"
 #include "lp/solve/working_lp.h"
 #include "prob/model/model.h"
 
@@ -26,10 +25,6 @@ class StrongBranching {
   /// the sense for a side that is infeasible. A value that is integral has its bound moved to it.
   BranchingStop probe(int j, double x, double& down, double& up);
 
-  /// Brings factor and values of the optimal basis back, whatever the stop check says; false when
-  /// that is singular.
-  bool restore();
-
  private:
   BranchingStop run_side(int j, double lower, double upper, double& objective);
 
@@ -37,7 +32,6 @@ class StrongBranching {
   WorkingLp& working_;
   SimplexSettings settings_;
   const RunContext& context_;
-  SimplexState::BasisCopy optimal_;
 };
 
 }  // namespace kelvo

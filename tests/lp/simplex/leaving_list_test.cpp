@@ -15,7 +15,7 @@ TEST(LeavingList, FindsAPositionAmongManyEqualOnes) {
   model.num_rows = kRows;
   model.rhs.assign(kRows, 1.0);
   model.row_sense.assign(kRows, 'L');
-  const LpProblem lp = with_rows(make_lp(model));
+  LpProblem lp = with_rows(make_lp(model));
   SimplexState state(lp);
   state.set_slack_basis();
   state.basic_lower.assign(kRows, 0.0);

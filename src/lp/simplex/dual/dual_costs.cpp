@@ -20,6 +20,7 @@ constexpr double kFewBoxed = 0.01;
 // Each cost moves, relative to its size and a little absolutely, in the direction that keeps its
 // variable dual feasible at its bound; boxed variables follow the sign of their cost.
 void DualEngine::perturb_costs() {
+  s_.trail.note_everything(s_);
   double largest = 0.0;
   int boxed = 0;
   for (int j = 0; j < s_.num_vars; ++j) {
@@ -41,13 +42,18 @@ void DualEngine::perturb_costs() {
   s_.log.perturbation_started(perturbations_ > 0);
   ++perturbations_;
   s_.costs_perturbed = true;
-  s_.duals_fresh = false;
+  s_.duals_current = s_.duals_fresh = s_.dual_feasible = false;
+  hot_ = false;
 }
 
 void DualEngine::shift_cost(int j, double amount) {
   if (amount == 0.0) return;
+  s_.trail.note_cost(s_, j);
+  s_.trail.note_reduced_cost(s_, j);
+  s_.shifted.push_back(j);
   s_.cost[j] += amount;
   s_.reduced_cost[j] += amount;
+  s_.dual_objective += amount * s_.value[j];  // only nonbasic variables are shifted
   ++s_.num_cost_shifts;
   s_.duals_fresh = false;
 }

@@ -8,6 +8,9 @@
 //   costs       perturbation and shifts (dual_costs.cpp)
 //   polish      the last digits of an optimum (dual_polish.cpp)
 //   proofs      of infeasibility and of the objective limit (dual_proofs.cpp)
+//   probe       a few iterations under other bounds (dual_probe.cpp)
+//
+// The engine is kept between runs: its work space is as large as the problem.
 //
 // Sources: Lemke (1954); Forrest and Goldfarb (1992) for steepest edge; Harris (1973) and Maros
 // (2003) for the ratio test; Koberstein (2005) for phase one by artificial bounds, shifting and
@@ -25,10 +28,16 @@ namespace kelvo {
 class DualEngine {
  public:
   explicit DualEngine(SimplexState& state);
+  /// Runs from the state's basis, after SimplexState::begin_run(). Working costs and bounds are the
+  /// true ones on return, and the results are filled (store_results()) in every case.
   SimplexOutcome run();
-  /// From an optimal basis, with results stored: bounds kept within `finest`, if few iterations
-  /// lead there; otherwise the basis stays. Results are stored again.
-  void polish(double finest);
+  /// After a run of either method has ended optimal: makes bounds hold as closely as rounding
+  /// allows, if few iterations lead there. The state stays optimal either way. False when that may
+  /// still be worth a try.
+  bool polish_optimum();
+  /// Tries bounds: iterates from the state's basis under the changed bounds, within the limits of
+  /// the settings, and puts everything back, the factor included.
+  ProbeResult probe(const Vector<VariableBounds>& changes);
 
  private:
   /// How a phase ends when no limit stops it.
@@ -42,18 +51,26 @@ class DualEngine {
   /// What is left to do under the true costs when a phase has ended feasible.
   enum class TrueProblem { optimal, primal_work, dual_work };
   enum class Step { done, refactor, no_leaving, no_entering };
-  enum class Weights { none, steepest, devex };
+  enum class Weights { none, steepest, steepest_full, devex };
 
   // The run.
+  void begin();
+  bool starts_hot() const;
   SimplexOutcome solve();
+  bool polish(double finest);
   SimplexOutcome finish_with_primal();
   TrueProblem look_at_true_problem();
   void settle_superbasics();
   bool worth_perturbing();
 
+  // A probe.
+  SimplexOutcome probe_phase(const Vector<VariableBounds>& changes);
+  double true_bound() const;
+
   // A phase.
   PhaseEnd run_phase();
   bool rebuild();
+  void start_choices();
   void log_phase_line();
   double dual_infeasibility_sum() const;
   bool stalls(double dual_step);
@@ -74,9 +91,15 @@ class DualEngine {
   void update_primals_and_weights(int position, double primal_step, double pivot);
 
   // Weights.
+  bool exact_weights() const {
+    return weights_ == Weights::steepest || weights_ == Weights::steepest_full;
+  }
   void choose_pricing();
   void initialize_weights();
   int compute_exact_weights(bool all);
+  double exact_weight();
+  void compute_full_row();
+  void load_weight_column(WorkVector& tau);
 
   // Costs.
   void perturb_costs();
@@ -94,7 +117,10 @@ class DualEngine {
   DualRatioTest ratio_test_;
   Weights weights_ = Weights::steepest;
   bool phase_one_ = false;
-  double objective_ = 0.0;      // of the working problem, kept up to date by the steps
+  // Started from current values and a factor with few updates, and none was needed since: ends are
+  // verified instead of computed again.
+  bool hot_ = false;
+  bool leaving_list_ready_ = false;
   int leaving_ = -1;            // position chosen last
   double infeasibility_ = 0.0;  // its x - bound
   SimplexOutcome stop_outcome_ = SimplexOutcome::non_optimal;
@@ -106,6 +132,7 @@ class DualEngine {
   bool perturbing_allowed_ = true;
   bool limit_refuted_ = false;  // the objective limit was not proved since the last rebuild
   WorkVector flip_column_;      // [m]
+  WorkVector full_row_;         // [n] rho'A of the leaving row; empty unless needed
 };
 
 }  // namespace kelvo

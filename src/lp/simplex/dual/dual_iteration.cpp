@@ -33,12 +33,6 @@ void for_each_nonzero(const WorkVector& x, Body body) {
   for (int k = 0; k < x.count; ++k) body(index[k], value[index[k]]);
 }
 
-double squared_norm(const WorkVector& x) {
-  double sum = 0.0;
-  for_each_nonzero(x, [&](int, double v) { sum += v * v; });
-  return sum;
-}
-
 }  // namespace
 
 int DualEngine::choose_leaving() {
@@ -46,9 +40,10 @@ int DualEngine::choose_leaving() {
     const int p = leaving_list_.choose();
     if (p < 0) return -1;
     s_.compute_row_ep(p);
-    if (weights_ != Weights::steepest) return p;
-    const double exact = std::max(squared_norm(s_.row_ep), kSmallestWeight);
+    if (!exact_weights()) return p;
+    const double exact = std::max(exact_weight(), kSmallestWeight);
     const double stored = s_.dual_weights[p];
+    s_.trail.note_position(s_, p);
     s_.dual_weights[p] = exact;
     if (stored >= kWeightAgreement * exact) return p;
     leaving_list_.update(p);
@@ -65,13 +60,9 @@ bool DualEngine::pivot_agrees(double row_pivot, double column_pivot) {
 void DualEngine::compute_columns(int q) {
   s_.entering.clear();
   s_.load_column(q, s_.entering);
-  if (weights_ == Weights::steepest) {
+  if (exact_weights()) {
     WorkVector& tau = s_.auxiliary;
-    tau.clear();
-    for (int k = 0; k < s_.row_ep.count; ++k) {
-      const int i = s_.row_ep.index[k];
-      tau.insert(i, s_.row_ep.value[i]);
-    }
+    load_weight_column(tau);
     s_.factor().ftran_pair(s_.entering, s_.density.entering, tau, s_.density.steepest, true);
     SolveDensities::observe(s_.density.steepest, tau.density());
   } else {
@@ -87,11 +78,12 @@ void DualEngine::apply_flips() {
     const double before = s_.value[j];
     s_.flip(j);
     const double change = s_.value[j] - before;
-    objective_ += s_.reduced_cost[j] * change;
+    s_.dual_objective += s_.reduced_cost[j] * change;
     s_.add_column(j, change, flip_column_);
   }
   s_.factor().ftran(flip_column_, s_.density.flips);
   SolveDensities::observe(s_.density.flips, flip_column_.density());
+  s_.trail.note_positions(s_, flip_column_);
   double* value = s_.basic_value.data();
   for_each_nonzero(flip_column_, [&](int p, double v) {
     value[p] -= v;
@@ -100,7 +92,16 @@ void DualEngine::apply_flips() {
 }
 
 void DualEngine::update_duals(int q, int leaving, double dual_step) {
+  s_.trail.note_reduced_costs(s_, s_.pivot_row);
+  s_.trail.note_reduced_cost(s_, q);
+  s_.trail.note_reduced_cost(s_, leaving);
   if (dual_step != 0.0) {
+    s_.trail.note_row_duals(s_, s_.row_ep);
+    double* y = s_.row_duals.data();
+    for (int k = 0; k < s_.row_ep.count; ++k) {
+      const int i = s_.row_ep.index[k];
+      y[i] += dual_step * s_.row_ep.value[i];
+    }
     double* dual = s_.reduced_cost.data();
     const double* alpha = s_.pivot_row.value.data();
     for (int k = 0; k < s_.pivot_row.count; ++k) {
@@ -114,12 +115,13 @@ void DualEngine::update_duals(int q, int leaving, double dual_step) {
 
 // One pass over the entering column updates values, weights and infeasibilities.
 void DualEngine::update_primals_and_weights(int position, double primal_step, double pivot) {
+  s_.trail.note_positions(s_, s_.entering);
   double* value = s_.basic_value.data();
   double* weight = s_.dual_weights.data();
   const double* tau = s_.auxiliary.value.data();
   const double leaving_weight = weight[position];
   const double reciprocal = 1.0 / pivot;
-  if (weights_ == Weights::steepest) {
+  if (exact_weights()) {
     for_each_nonzero(s_.entering, [&](int p, double a) {
       value[p] -= primal_step * a;
       const double ratio = a * reciprocal;
@@ -181,16 +183,17 @@ DualEngine::Step DualEngine::iterate() {
   const bool to_lower = infeasibility_ < 0.0;
   const double bound = to_lower ? s_.basic_lower[r] : s_.basic_upper[r];
   const double primal_step = (s_.basic_value[r] - bound) / pivot;
-  objective_ += s_.reduced_cost[q] * primal_step;
+  s_.dual_objective += s_.reduced_cost[q] * primal_step;
   update_duals(q, leaving, dual_step);
   update_primals_and_weights(r, primal_step, pivot);
 
   const double entering_value = s_.value[q] + primal_step;
   const bool updated = s_.exchange(r, q, entering_value, to_lower ? kAtLower : kAtUpper, pivot);
+  s_.primals_current = s_.duals_current = true;
   if (phase_one_) ++s_.phase_one_iterations;
   leaving_list_.update(r);
   ratio_test_.lift_bans();
-  s_.log.exchange(s_.iterations, phase_one_, q, leaving, objective_);
+  s_.log.exchange(s_.iterations, phase_one_, q, leaving, s_.dual_objective);
   if (stalls(dual_step)) {
     perturb_costs();
     return Step::refactor;

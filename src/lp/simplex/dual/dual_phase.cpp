@@ -12,8 +12,9 @@ constexpr double kNoStep = 1e-12;  // dual steps of this size or less count as d
 
 }  // namespace
 
-// Everything anew from a fresh factor. False when no factor can be had; stop_outcome_ says why.
+// Everything from scratch with a fresh factor. False when there is none; stop_outcome_ says why.
 bool DualEngine::rebuild() {
+  hot_ = false;
   if (trouble_ >= kTroubleLimit) {
     s_.factor().raise_markowitz();
     trouble_ = 0;
@@ -35,12 +36,17 @@ bool DualEngine::rebuild() {
   s_.compute_duals();
   correct_duals();
   s_.compute_primals();
-  objective_ = s_.working_objective();
-  leaving_list_.rebuild();
+  s_.dual_objective = s_.working_objective();
+  start_choices();
+  return true;
+}
+
+void DualEngine::start_choices() {
+  if (!leaving_list_ready_) leaving_list_.rebuild();
+  leaving_list_ready_ = false;
   ratio_test_.lift_bans();
   limit_refuted_ = false;
   if (s_.log.line_due(s_.factor().statistics().factorizations)) log_phase_line();
-  return true;
 }
 
 double DualEngine::dual_infeasibility_sum() const {
@@ -63,7 +69,7 @@ double DualEngine::dual_infeasibility_sum() const {
 
 void DualEngine::log_phase_line() {
   s_.log.dual_iteration(s_.iterations, s_.factor().statistics().factorizations, phase_one_,
-                        phase_one_ ? dual_infeasibility_sum() : objective_);
+                        phase_one_ ? dual_infeasibility_sum() : s_.dual_objective);
 }
 
 // Counts steps without progress; true when the costs should be perturbed before going on.
@@ -79,22 +85,26 @@ bool DualEngine::stalls(double dual_step) {
 }
 
 DualEngine::PhaseEnd DualEngine::run_phase() {
-  while (true) {
-    if (!rebuild()) return PhaseEnd::stopped;
+  for (bool first = true;; first = false) {
+    if (hot_ && first) {
+      start_choices();
+    } else if (!rebuild()) {
+      return PhaseEnd::stopped;
+    }
     Step step = Step::done;
     while (step == Step::done) {
       if (const auto stop = s_.interrupted(true, phase_one_)) {
         stop_outcome_ = *stop;
         return PhaseEnd::stopped;
       }
-      if (!phase_one_ && !limit_refuted_ && objective_ > s_.settings.objective_upper_limit) {
+      if (!phase_one_ && !limit_refuted_ && s_.dual_objective > s_.settings.objective_upper_limit) {
         if (prove_objective_limit()) return PhaseEnd::objective_limit;
         limit_refuted_ = true;
       }
       step = iterate();
       s_.log.elapsed(s_.iterations, false);
-      // Conclusions are drawn from freshly computed values only.
-      if (step == Step::refactor || !s_.freshly_factored()) continue;
+      // Conclusions are drawn from freshly computed values only, or verified.
+      if (step == Step::refactor || (!hot_ && !s_.freshly_factored())) continue;
       if (step == Step::no_leaving) {
         return leaving_list_.banned_any() ? PhaseEnd::stuck : PhaseEnd::feasible;
       }

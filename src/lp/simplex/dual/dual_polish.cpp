@@ -21,10 +21,11 @@ constexpr double kIterationShare = 0.05;
 
 }  // namespace
 
-void DualEngine::polish(double finest) {
+bool DualEngine::polish(double finest) {
   const double working = s_.primal_tolerance;
   const Vector<int> optimal = s_.status;
   const Vector<double> places = s_.value;
+  s_.materialize_results();
   const Vector<double> values = s_.result_values;
   const Vector<double> row_duals = s_.row_duals;
   const Vector<double> reduced_costs = s_.reduced_cost;
@@ -35,6 +36,7 @@ void DualEngine::polish(double finest) {
   s_.primal_tolerance = finest;
   s_.settings.iteration_limit = static_cast<int>(std::min<double>(limit, allowed));
   perturbing_allowed_ = false;
+  hot_ = false;
   choose_pricing();
   initialize_weights();
   const bool reached =
@@ -43,34 +45,36 @@ void DualEngine::polish(double finest) {
   s_.primal_tolerance = working;
   if (reached) {
     s_.store_results();
-    return;
+    return true;
   }
   remove_perturbation();
   s_.release_held();
   s_.set_basis(optimal, places.data());
   static_cast<void>(s_.refactorize());  // for whoever goes on from here; the results stand anyway
   s_.result_values = values;
+  s_.results_stale = false;
   s_.row_duals = row_duals;
   s_.reduced_cost = reduced_costs;
   s_.objective = objective;
+  return false;
 }
 
-void polish_optimum(SimplexState& state) {
-  const bool untouched = state.iterations == state.run_start_iteration;
-  if (untouched && state.settings.keep_optimal_start) return;
+bool DualEngine::polish_optimum() {
+  const bool untouched = s_.iterations == s_.run_start_iteration;
+  if (untouched && s_.settings.keep_optimal_start) return false;
   double largest = 1.0;
   double violation = 0.0;
-  for (int p = 0; p < state.m; ++p) {
-    const double x = state.basic_value[p];
+  for (int p = 0; p < s_.m; ++p) {
+    const double x = s_.basic_value[p];
     largest = std::max(largest, std::fabs(x));
-    violation = std::max({violation, state.basic_lower[p] - x, x - state.basic_upper[p]});
+    violation = std::max({violation, s_.basic_lower[p] - x, x - s_.basic_upper[p]});
   }
   const double finest = std::max(kFinest, kRounding * largest);
-  if (violation <= finest || finest >= state.primal_tolerance) return;
-  for (int j = 0; j < state.num_vars; ++j) {
-    if (state.status[j] == kFreeSuper && !state.is_free(j)) return;  // no start for the dual method
+  if (violation <= finest || finest >= s_.primal_tolerance) return true;
+  for (int j = 0; j < s_.num_vars; ++j) {
+    if (s_.status[j] == kFreeSuper && !s_.is_free(j)) return true;  // no start for the dual method
   }
-  DualEngine(state).polish(finest);
+  return polish(finest);
 }
 
 }  // namespace kelvo

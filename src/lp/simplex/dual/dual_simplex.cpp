@@ -1,6 +1,4 @@
 // A run of the dual simplex: phases, clean-up and verified conclusions.
-#include "lp/simplex/dual/dual_simplex.h"
-
 #include <algorithm>
 #include <cmath>
 
@@ -18,6 +16,8 @@ constexpr int kSmallSize = 1000;
 // need so few iterations that a perturbation would cost more than it saves.
 constexpr int kFewInfeasibilities = 20;
 constexpr double kFewInfeasibleShare = 0.02;
+// A factor with more updates than this is not continued from: its errors add up.
+constexpr int kHotUpdates = 100;
 // Rounds of "solve, take the true costs, look again" before the primal method has to finish.
 constexpr int kRoundLimit = 5;
 
@@ -38,22 +38,31 @@ void DualEngine::settle_superbasics() {
 }
 
 bool DualEngine::worth_perturbing() {
-  if (!perturbing_allowed_) return false;
+  if (!perturbing_allowed_ || s_.settings.perturbation_limit >= 1) return false;
+  if (!hot_ && count_dual_infeasibilities(false, s_.dual_tolerance) > 0) return true;
+  if (!hot_) s_.compute_primals();
+  leaving_list_.rebuild();
+  leaving_list_ready_ = hot_;
+  int count;
+  leaving_list_.sum_infeasibilities(count);
+  if (count == 0) return false;
   if (s_.settings.perturb_at_start) return true;
   const bool slack_basis =
       std::all_of(s_.header.begin(), s_.header.end(), [this](int j) { return j >= s_.n; });
-  if (slack_basis || count_dual_infeasibilities(false, s_.dual_tolerance) > 0) return true;
-  s_.compute_primals();
-  leaving_list_.rebuild();
-  int count;
-  leaving_list_.sum_infeasibilities(count);
-  return count > std::max<double>(kFewInfeasibilities, kFewInfeasibleShare * s_.m);
+  return slack_basis || count > std::max<double>(kFewInfeasibilities, kFewInfeasibleShare * s_.m);
 }
 
 // Takes the true costs and looks: optimal, or what is missing? Without a primal infeasibility the
 // point stays: boxed variables whose reduced costs got the wrong sign are left to the primal
 // method, for which flipping them would spoil a feasible start.
 DualEngine::TrueProblem DualEngine::look_at_true_problem() {
+  if (hot_ && !s_.costs_perturbed) {
+    if (s_.num_cost_shifts > 0) s_.log.shifts_removed(s_.num_cost_shifts);
+    s_.take_shifts_back();
+    s_.release_held();
+    if (s_.verify()) return TrueProblem::optimal;
+  }
+  hot_ = false;
   remove_perturbation();
   s_.release_held();
   if (no_factor(s_.refactorize())) return TrueProblem::dual_work;
@@ -83,7 +92,7 @@ SimplexOutcome DualEngine::solve() {
       s_.compute_duals();
       flip_infeasible_boxed();
     }
-    if (count_dual_infeasibilities(false, s_.dual_tolerance) > 0) {
+    if (!hot_ && count_dual_infeasibilities(false, s_.dual_tolerance) > 0) {
       if (run_phase_one()) return stop_outcome_;
     }
     switch (run_phase()) {
@@ -111,32 +120,48 @@ SimplexOutcome DualEngine::solve() {
     }
     // The next round starts next to the solution and must come to an end.
     perturbing_allowed_ = false;
+    hot_ = false;
   }
   return SimplexOutcome::non_optimal;
 }
 
-SimplexOutcome DualEngine::run() {
+void DualEngine::begin() {
   choose_pricing();
   degenerate_limit_ = s_.settings.perturbation_limit >= 1 ? s_.settings.perturbation_limit
                       : s_.num_vars < kSmallSize          ? kSmallLimit
                                                           : kLargeLimit;
-  settle_superbasics();
+  phase_one_ = false;
+  trouble_ = degenerate_steps_ = perturbations_ = restores_ = 0;
+  perturbing_allowed_ = true;
+  limit_refuted_ = false;
+  leaving_list_ready_ = false;
+  ratio_test_.lift_bans();
+}
+
+/// All that a run needs is there from the last one: no pass over all variables is necessary.
+bool DualEngine::starts_hot() const {
+  return s_.factor_current() && s_.primals_current && s_.duals_current && s_.dual_feasible &&
+         !s_.factor().should_refactor() && s_.factor().statistics().updates <= kHotUpdates;
+}
+
+SimplexOutcome DualEngine::run() {
+  begin();
+  hot_ = starts_hot();
+  if (!hot_) settle_superbasics();
   SimplexOutcome outcome;
   if (!s_.factor_current() && no_factor(s_.refactorize())) {
     outcome = s_.outcome_without_factor();
   } else {
     initialize_weights();
-    s_.compute_duals();
-    flip_infeasible_boxed();
+    if (!hot_) {
+      s_.compute_duals();
+      flip_infeasible_boxed();
+    }
     outcome = solve();
   }
   s_.release_held();
   s_.store_results();
   return outcome;
-}
-
-SimplexOutcome run_dual_simplex(SimplexState& state) {
-  return DualEngine(state).run();
 }
 
 }  // namespace kelvo

@@ -1,4 +1,8 @@
-// Pricing weights of the dual simplex at the start of a run and after repairs.
+// Pricing weights of the dual simplex at the start of a run and after repairs, and what their
+// updates need.
+//
+// Steepest edge measures the row of the inverse at a position, rho' = e_p'B^-1, by |rho|^2; in the
+// full space by |rho'[A I]|^2, the length of the edge in all variables.
 #include <algorithm>
 #include <cmath>
 
@@ -23,29 +27,87 @@ void DualEngine::choose_pricing() {
     case DualPricing::devex:
       weights_ = Weights::devex;
       break;
-    default:
+    case DualPricing::steepest_slack:
+      weights_ = Weights::steepest_full;
+      break;
+    case DualPricing::automatic:
+    case DualPricing::steepest:
+    case DualPricing::steepest_unit:
       weights_ = Weights::steepest;
   }
 }
 
 void DualEngine::initialize_weights() {
   const DualPricing pricing = s_.settings.dual_pricing;
-  if (weights_ == Weights::steepest && s_.dual_weights_valid) return;
-  std::fill(s_.dual_weights.begin(), s_.dual_weights.end(), 1.0);
-  s_.dual_weights_valid = weights_ == Weights::steepest;
-  if (weights_ != Weights::steepest || pricing == DualPricing::steepest_unit) return;
-  const bool asked = pricing != DualPricing::automatic;
+  const bool full = weights_ == Weights::steepest_full;
+  const bool exact = full || weights_ == Weights::steepest;
+  const bool asked = full || pricing == DualPricing::steepest;
+  // Weights that come with the slack basis are exact, but a caller who asks for norms hears of it.
+  const bool kept = s_.dual_weights_valid && s_.dual_weights_full == full;
+  if (exact && kept && !(asked && s_.dual_weights_unit)) return;
+  const bool at_slack_basis = kept && s_.dual_weights_unit;
+  s_.dual_weights_valid = exact;
+  s_.dual_weights_full = full;
+  s_.dual_weights_unit = false;
   if (asked && s_.iterations == s_.run_start_iteration) {
-    s_.log.initializing_dual_norms(pricing == DualPricing::steepest_slack);
+    s_.log.initializing_dual_norms(full);
   } else if (asked) {
     s_.log.reinitializing_dual_norms();
   }
+  if (at_slack_basis) return;
+  std::fill(s_.dual_weights.begin(), s_.dual_weights.end(), 1.0);
+  if (!exact || pricing == DualPricing::steepest_unit) return;
   const int computed = compute_exact_weights(asked);
   if (asked && s_.iterations != s_.run_start_iteration) s_.log.computed_norms(computed);
 }
 
-// The squared norms of all rows of the inverse; returns how many were computed. Unless `all`, stops
-// at the work limit and leaves unit weights, which the method corrects as it meets them.
+double DualEngine::exact_weight() {
+  double sum = 0.0;
+  for (int k = 0; k < s_.row_ep.count; ++k) {
+    const double v = s_.row_ep.value[s_.row_ep.index[k]];
+    sum += v * v;
+  }
+  if (weights_ != Weights::steepest_full) return sum;
+  compute_full_row();
+  for (int k = 0; k < full_row_.count; ++k) {
+    const double v = full_row_.value[full_row_.index[k]];
+    sum += v * v;
+  }
+  return sum;
+}
+
+void DualEngine::compute_full_row() {
+  if (full_row_.size() != s_.n) full_row_.setup(s_.n);
+  full_row_.clear();
+  const SparseMatrix& rows = s_.problem.rows;
+  for (int k = 0; k < s_.row_ep.count; ++k) {
+    const int i = s_.row_ep.index[k];
+    const double factor = s_.row_ep.value[i];
+    for (int e = rows.start[i]; e < rows.start[i + 1]; ++e) {
+      full_row_.add(rows.index[e], factor * rows.value[e]);
+    }
+  }
+}
+
+// tau := B^-1 r with r = rho for norms of the rows of B^-1, rho the one at the leaving position,
+// and r = [A I] (rho'[A I])' = rho + A (rho'A)' for norms in the full space: entry p is the inner
+// product of the rows p and the leaving one, as the update of the norms needs it.
+void DualEngine::load_weight_column(WorkVector& tau) {
+  tau.clear();
+  for (int k = 0; k < s_.row_ep.count; ++k) {
+    const int i = s_.row_ep.index[k];
+    tau.insert(i, s_.row_ep.value[i]);
+  }
+  if (weights_ != Weights::steepest_full) return;
+  compute_full_row();
+  for (int k = 0; k < full_row_.count; ++k) {
+    const int j = full_row_.index[k];
+    s_.add_column(j, full_row_.value[j], tau);
+  }
+}
+
+// The squared norms of all rows; returns how many were computed. Unless `all`, stops at the work
+// limit and leaves unit weights, which the method corrects as it meets them.
 int DualEngine::compute_exact_weights(bool all) {
   const double budget = s_.factor().statistics().work +
                         kAutomaticWork * (s_.problem.columns.num_nonzeros() + s_.num_vars);
@@ -54,11 +116,7 @@ int DualEngine::compute_exact_weights(bool all) {
     if (!all && s_.factor().statistics().work > budget) break;
     if (s_.stop().requested()) break;
     s_.compute_row_ep(p);
-    double norm = 0.0;
-    for (int k = 0; k < s_.row_ep.count; ++k) {
-      const double v = s_.row_ep.value[s_.row_ep.index[k]];
-      norm += v * v;
-    }
+    const double norm = exact_weight();
     s_.dual_weights[p] = norm > 0.0 ? norm : kZeroNorm;
     ++computed;
   }

@@ -41,7 +41,14 @@ void PrimalPerturbation::begin() {
       break;
     }
   }
-  if (state_.settings.perturb_at_start) perturb();
+  at_start_ = state_.settings.perturb_at_start && state_.settings.perturbation_limit < 1;
+}
+
+bool PrimalPerturbation::due_at_start() {
+  if (!at_start_) return false;
+  at_start_ = false;
+  perturb();
+  return true;
 }
 
 void PrimalPerturbation::observe(double gain) {

@@ -14,8 +14,11 @@ class PrimalPerturbation {
  public:
   explicit PrimalPerturbation(SimplexState& state) : state_(state) {}
 
-  /// Sets the detector up from the run's settings, and perturbs at once when they ask for it.
+  /// Sets the detector up from the run's settings.
   void begin();
+  /// Before the first step: true when the settings ask to perturb at the start, which has then been
+  /// done. A limit of stalled iterations has precedence. Values must be computed again.
+  bool due_at_start();
   /// Bounds are perturbed now.
   bool active() const { return active_; }
   /// The working feasibility tolerance, lowered while small perturbations are in force.
@@ -36,6 +39,7 @@ class PrimalPerturbation {
   SimplexState& state_;
   bool active_ = false;
   bool stalled_ = false;
+  bool at_start_ = false;
   int perturbations_ = 0;
   int removals_ = 0;
   int shifts_ = 0;

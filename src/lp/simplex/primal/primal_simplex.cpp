@@ -224,6 +224,7 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
   state_.log.elapsed(state_.iterations, true);
   const int entering = pricer_.choose();
   if (entering < 0) return phase_one_ ? Step::no_candidate : push_superbasics();
+  if (perturbation_.due_at_start()) return Step::round;
   compute_entering_column(entering);
   if (!confirm_reduced_cost(entering)) {
     return round_iterations_ > 0 && !state_.freshly_factored() ? Step::round : Step::next;

@@ -18,9 +18,14 @@ constexpr double kCancelled = 1e-100;
 }  // namespace
 
 PartitionedRows::PartitionedRows(const LpProblem& problem) : problem_(problem) {
-  const int m = problem.num_rows;
-  const int n = problem.num_cols;
-  const SparseMatrix& columns = problem.columns;
+  rebuild();
+}
+
+void PartitionedRows::rebuild() {
+  const int m = problem_.num_rows;
+  const int n = problem_.num_cols;
+  const SparseMatrix& columns = problem_.columns;
+  groups_.reset();
   const int nonzeros = columns.num_nonzeros();
   start_.assign(m + 1, 0);
   column_.resize(nonzeros);

@@ -19,6 +19,9 @@ class PartitionedRows {
   /// Copies the problem's matrix; every column starts active. The problem must outlive the object.
   explicit PartitionedRows(const LpProblem& problem);
 
+  /// Copies the matrix again, after the problem has changed its shape; every column is active.
+  void rebuild();
+
   bool is_active(int column) const { return active_[column] != 0; }
   void activate(int column);
   void deactivate(int column);

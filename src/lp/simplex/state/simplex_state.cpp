@@ -12,6 +12,11 @@ namespace {
 // already be a hundredth of the smallest optimality tolerance that users set.
 constexpr double kLargeDual = 1e6;
 
+// What verify() accepts: reduced costs of basic variables up to this share of the largest dual, and
+// corrections of basic values up to this share of the largest row activity.
+constexpr double kDualRest = 1e-11;
+constexpr double kPrimalError = 1e-9;
+
 constexpr double kCancelled = 1e-100;  // a cancelled entry that must stay listed
 // Nonzeros touched by a factorization that takes a small part of a second.
 constexpr double kQuickFactorization = 2e7;
@@ -30,7 +35,7 @@ BasisStatus present_status(int wanted, double lower, double upper) {
 
 }  // namespace
 
-SimplexState::SimplexState(const LpProblem& lp)
+SimplexState::SimplexState(LpProblem& lp)
     : problem(lp),
       log(lp),
       random(kTieSeed),
@@ -55,6 +60,7 @@ SimplexState::SimplexState(const LpProblem& lp)
     std::swap(tie_key[j], tie_key[static_cast<int>(draw % (j + 1))]);
   }
   header.assign(m, 0);
+  position.assign(num_vars, -1);
   basic_value.assign(m, 0.0);
   basic_lower.assign(m, 0.0);
   basic_upper.assign(m, 0.0);
@@ -67,6 +73,7 @@ SimplexState::SimplexState(const LpProblem& lp)
   entering.setup(m);
   auxiliary.setup(m);
   full.setup(m);
+  moves_.setup(m);
   result_values.assign(num_vars, 0.0);
   row_duals.assign(m, 0.0);
   farkas.assign(m, 0.0);
@@ -110,8 +117,13 @@ void SimplexState::set_slack_basis() {
     status[n + i] = kBasic;
   }
   accept_header();
+  take_unit_weights();
+}
+
+void SimplexState::take_unit_weights() {
   std::fill(dual_weights.begin(), dual_weights.end(), 1.0);
-  dual_weights_valid = true;
+  dual_weights_valid = dual_weights_unit = true;
+  dual_weights_full = false;
 }
 
 void SimplexState::set_basis(const Vector<int>& given, const double* values) {
@@ -133,13 +145,13 @@ void SimplexState::set_basis(const Vector<int>& given, const double* values) {
     return;
   }
   balance_basis(num_basic);
-  int position = 0;
+  int next = 0;
   for (int j = 0; j < num_vars; ++j) {
-    if (status[j] == kBasic) header[position++] = j;
+    if (status[j] == kBasic) header[next++] = j;
   }
   accept_header();
-  dual_weights_valid = num_basic == m && (m == 0 || header[0] == n);
-  if (dual_weights_valid) std::fill(dual_weights.begin(), dual_weights.end(), 1.0);
+  dual_weights_valid = false;
+  if (num_basic == m && (m == 0 || header[0] == n)) take_unit_weights();
 }
 
 void SimplexState::balance_basis(int num_basic) {
@@ -157,33 +169,11 @@ void SimplexState::balance_basis(int num_basic) {
 }
 
 void SimplexState::accept_header() {
+  for (int p = 0; p < m; ++p) position[header[p]] = p;
   basis_valid = true;
   factor_current_ = false;
   saved_ = false;
   refresh_nonbasic();
-}
-
-void SimplexState::copy_basis(BasisCopy& copy) const {
-  copy.header = header;
-  copy.status = status;
-  copy.value = value;
-  copy.dual_weights = dual_weights;
-  copy.dual_weights_valid = dual_weights_valid;
-}
-
-void SimplexState::restore_basis(const BasisCopy& copy) {
-  const bool moved = header != copy.header;
-  header = copy.header;
-  status = copy.status;
-  value = copy.value;
-  dual_weights = copy.dual_weights;
-  dual_weights_valid = copy.dual_weights_valid;
-  duals_fresh = false;
-  if (moved) {
-    accept_header();
-  } else {
-    refresh_nonbasic();
-  }
 }
 
 void SimplexState::begin_run(const SimplexSettings& run_settings) {
@@ -199,24 +189,203 @@ void SimplexState::begin_run(const SimplexSettings& run_settings) {
   dual_tolerance = std::min(settings.optimality_tolerance, kOwnTolerance);
   if (other_factor) make_factor();
   run_start_iteration = iterations;
+  run_start_work = work();
+  verified_ = false;
   log.begin_run(settings, iterations);
   restore_costs();
   restore_bounds();
   if (!basis_valid) set_slack_basis();
+  if (primals_current && factor_current_) apply_moves();
 }
 
 void SimplexState::restore_costs() {
+  if (!costs_perturbed && num_cost_shifts == 0) return;
+  if (costs_perturbed) {
+    take_costs();
+    return;
+  }
+  for (const int j : shifted) cost[j] = problem.cost[j];
+  shifted.clear();
+  num_cost_shifts = 0;
+  duals_current = duals_fresh = dual_feasible = false;
+}
+
+void SimplexState::take_costs() {
   std::copy(problem.cost.begin(), problem.cost.end(), cost.begin());
+  shifted.clear();
   num_cost_shifts = 0;
   costs_perturbed = false;
-  duals_fresh = false;
+  duals_current = duals_fresh = dual_feasible = solved = false;
 }
 
 void SimplexState::restore_bounds() {
+  if (bounds_perturbed) take_bounds();
+}
+
+void SimplexState::take_bounds() {
   std::copy(problem.lower.begin(), problem.lower.end(), lower.begin());
   std::copy(problem.upper.begin(), problem.upper.end(), upper.begin());
   bounds_perturbed = false;
   if (basis_valid) refresh_nonbasic();
+}
+
+// --- Small changes -------------------------------------------------------------------------------
+
+void SimplexState::change_bounds(const Vector<VariableBounds>& changes) {
+  restore_bounds();
+  for (const VariableBounds& change : changes) {
+    const int j = change.variable;
+    if (problem.lower[j] == change.lower && problem.upper[j] == change.upper) continue;
+    solved = false;
+    trail.note_bounds(*this, j);
+    problem.lower[j] = lower[j] = change.lower;
+    problem.upper[j] = upper[j] = change.upper;
+    if (!basis_valid) continue;
+    if (status[j] != kBasic) {
+      change_nonbasic_bounds(j);
+    } else {
+      basic_lower[position[j]] = change.lower;
+      basic_upper[position[j]] = change.upper;
+    }
+  }
+}
+
+void SimplexState::change_nonbasic_bounds(int j) {
+  const double before = value[j];
+  trail.note_variable(*this, j);
+  if (duals_current && move[j] == kStays) {
+    trail.note_reduced_cost(*this, j);
+    reduced_cost[j] = priced_out(j);
+  }
+  place_nonbasic(j, static_cast<BasisStatus>(status[j]));
+  const double d = reduced_cost[j];
+  const bool wrong =
+      move[j] == kAnywhere ? std::fabs(d) > dual_tolerance : d * move[j] < -dual_tolerance;
+  if (duals_current && wrong) {
+    if (is_boxed(j)) {
+      flip(j);
+    } else {
+      dual_feasible = false;
+    }
+  }
+  const double change = value[j] - before;
+  if (change == 0.0 || !primals_current) return;
+  add_column(j, change, moves_);
+  dual_objective += d * change;
+  primals_fresh = false;
+}
+
+void SimplexState::change_costs(const Vector<VariableCost>& changes) {
+  restore_costs();
+  for (const VariableCost& change : changes) {
+    const int j = change.variable;
+    const double amount = change.cost - problem.cost[j];
+    if (amount == 0.0) continue;
+    problem.cost[j] = cost[j] = change.cost;
+    reduced_cost[j] += amount;
+    dual_objective += amount * value[j];
+    solved = dual_feasible = false;
+    if (basis_valid && status[j] == kBasic) duals_current = duals_fresh = false;
+  }
+}
+
+void SimplexState::apply_moves() {
+  if (moves_.count == 0) return;
+  factor_->ftran(moves_, density.flips);
+  trail.note_positions(*this, moves_);
+  const int count = moves_.is_dense() ? m : moves_.count;
+  for (int k = 0; k < count; ++k) {
+    const int p = moves_.is_dense() ? k : moves_.index[k];
+    basic_value[p] -= moves_.value[p];
+  }
+  moves_.clear();
+  primals_fresh = false;
+}
+
+// --- Trials --------------------------------------------------------------------------------------
+
+void SimplexState::begin_trial() {
+  assert(!trail.recording_ && factor_current_);
+  trail.clear();
+  before_ = {costs_perturbed, bounds_perturbed,     dual_weights_valid, primals_current,
+             duals_current,   primals_fresh,        duals_fresh,        dual_feasible,
+             solved,          num_cost_shifts,      num_held_,          shifted.size(),
+             dual_objective,  factor_->checkpoint()};
+  trail.recording_ = true;
+}
+
+void SimplexState::undo_trial() noexcept {
+  trail.recording_ = false;
+  moves_.clear();
+  const auto backwards = [](const auto& notes, auto put_back) {
+    for (std::size_t k = notes.size(); k > 0; --k) put_back(notes[k - 1]);
+  };
+  if (trail.everything_.taken) {
+    // Copied, not swapped: others hold pointers into the arrays.
+    const Trail::Everything& all = trail.everything_;
+    const auto copy = [](const auto& from, auto& to) {
+      std::copy(from.begin(), from.end(), to.begin());
+    };
+    copy(all.header, header);
+    copy(all.status, status);
+    copy(all.move, move);
+    copy(all.held, held);
+    copy(all.value, value);
+    copy(all.cost, cost);
+    copy(all.lower, lower);
+    copy(all.upper, upper);
+    copy(all.reduced_cost, reduced_cost);
+    copy(all.basic_value, basic_value);
+    copy(all.dual_weights, dual_weights);
+    copy(all.row_duals, row_duals);
+    for (int p = 0; p < m; ++p) {
+      position[header[p]] = p;
+      basic_lower[p] = lower[header[p]];
+      basic_upper[p] = upper[header[p]];
+    }
+    refresh_partition();
+  }
+  backwards(trail.bounds_, [this](const Trail::Bounds& b) {
+    problem.lower[b.variable] = lower[b.variable] = b.lower;
+    problem.upper[b.variable] = upper[b.variable] = b.upper;
+  });
+  backwards(trail.variables_, [this](const Trail::Variable& v) {
+    status[v.variable] = v.status;
+    move[v.variable] = v.move;
+    value[v.variable] = v.value;
+    follow_movement(v.variable);
+  });
+  backwards(trail.costs_, [this](const Trail::Number& c) { cost[c.index] = c.value; });
+  backwards(trail.exchanges_, [this](const Trail::Exchange& e) {
+    header[e.position] = e.variable;
+    position[e.variable] = e.position;
+  });
+  for (const Trail::Exchange& e : trail.exchanges_) refresh_basic(e.position);
+  for (const Trail::Bounds& b : trail.bounds_) {
+    if (status[b.variable] == kBasic) refresh_basic(position[b.variable]);
+  }
+  backwards(trail.positions_, [this](const Trail::Position& p) {
+    basic_value[p.position] = p.value;
+    dual_weights[p.position] = p.weight;
+  });
+  backwards(trail.reduced_costs_,
+            [this](const Trail::Number& d) { reduced_cost[d.index] = d.value; });
+  backwards(trail.row_duals_, [this](const Trail::Number& y) { row_duals[y.index] = y.value; });
+  costs_perturbed = before_.costs_perturbed;
+  bounds_perturbed = before_.bounds_perturbed;
+  dual_weights_valid = before_.dual_weights_valid;
+  primals_current = before_.primals_current;
+  duals_current = before_.duals_current;
+  primals_fresh = before_.primals_fresh;
+  duals_fresh = before_.duals_fresh;
+  dual_feasible = before_.dual_feasible;
+  solved = before_.solved;
+  num_cost_shifts = before_.num_cost_shifts;
+  num_held_ = before_.num_held;
+  shifted.resize(before_.shifted);
+  dual_objective = before_.dual_objective;
+  factor_current_ = factor_->rollback(before_.mark);
+  factor_->release(before_.mark);
 }
 
 void SimplexState::refresh_variable(int j) {
@@ -245,21 +414,24 @@ void SimplexState::refresh_variable(int j) {
   if (held[j] || lower[j] == upper[j]) move[j] = kStays;
 }
 
-void SimplexState::refresh_basic(int position) {
-  const int j = header[position];
-  basic_lower[position] = lower[j];
-  basic_upper[position] = upper[j];
+void SimplexState::refresh_basic(int p) {
+  const int j = header[p];
+  basic_lower[p] = lower[j];
+  basic_upper[p] = upper[j];
   move[j] = kStays;
 }
 
-void SimplexState::refresh_partition() {
-  for (int j = 0; j < n; ++j) {
-    if (move[j] != kStays) {
-      rows.activate(j);
-    } else {
-      rows.deactivate(j);
-    }
+void SimplexState::follow_movement(int j) {
+  if (j >= n) return;
+  if (move[j] != kStays) {
+    rows.activate(j);
+  } else {
+    rows.deactivate(j);
   }
+}
+
+void SimplexState::refresh_partition() {
+  for (int j = 0; j < n; ++j) follow_movement(j);
 }
 
 void SimplexState::refresh_nonbasic() {
@@ -268,11 +440,15 @@ void SimplexState::refresh_nonbasic() {
   }
   for (int p = 0; p < m; ++p) refresh_basic(p);
   refresh_partition();
-  primals_fresh = false;
+  moves_.clear();
+  primals_current = primals_fresh = false;
+  duals_current = dual_feasible = solved = false;
 }
 
 int SimplexState::release_held() {
   int released = 0;
+  if (num_held_ == 0) return released;
+  num_held_ = 0;
   for (int j = 0; j < num_vars; ++j) {
     if (!held[j]) continue;
     held[j] = 0;
@@ -288,6 +464,7 @@ int SimplexState::release_held() {
 
 Refactored SimplexState::refactorize() {
   if (freshly_factored()) return Refactored::ok;
+  trail.note_everything(*this);
   factorization_stopped_ = false;
   primals_fresh = false;
   duals_fresh = false;
@@ -343,9 +520,11 @@ void SimplexState::apply_repairs() {
     if (status[j] == kBasic) status[j] = present_status(kAtLower, lower[j], upper[j]);
   }
   for (int p = 0; p < m; ++p) {
+    position[header[p]] = p;
     status[header[p]] = kBasic;
     held[header[p]] = 0;
   }
+  num_held_ = static_cast<int>(std::count(held.begin(), held.end(), 1));
   dual_weights_valid = false;
   refresh_nonbasic();
 }
@@ -363,6 +542,7 @@ bool SimplexState::restore_saved_basis() {
   if (!saved_) return false;
   saved_ = false;
   header = saved_header_;
+  for (int p = 0; p < m; ++p) position[header[p]] = p;
   status = saved_status_;
   dual_weights = saved_weights_;
   dual_weights_valid = saved_weights_valid_;
@@ -373,38 +553,39 @@ bool SimplexState::restore_saved_basis() {
 void SimplexState::place_nonbasic(int variable, BasisStatus at) {
   status[variable] = at;
   refresh_variable(variable);
-  if (variable >= n) return;
-  if (move[variable] != kStays) {
-    rows.activate(variable);
-  } else {
-    rows.deactivate(variable);
-  }
+  follow_movement(variable);
 }
 
 void SimplexState::flip(int j) {
   assert(status[j] != kBasic && is_boxed(j));
+  trail.note_variable(*this, j);
   status[j] = status[j] == kAtLower ? kAtUpper : kAtLower;
   value[j] = status[j] == kAtLower ? lower[j] : upper[j];
   if (move[j] != kStays) move[j] = status[j] == kAtLower ? kUp : kDown;
   primals_fresh = false;
 }
 
-bool SimplexState::exchange(int position, int entering_variable, double entering_value,
+bool SimplexState::exchange(int at, int entering_variable, double entering_value,
                             BasisStatus leaving_status, double pivot) {
-  const int leaving = header[position];
-  header[position] = entering_variable;
+  const int leaving = header[at];
+  trail.note_exchange(*this, at);
+  trail.note_position(*this, at);
+  trail.note_variable(*this, leaving);
+  trail.note_variable(*this, entering_variable);
+  header[at] = entering_variable;
+  position[entering_variable] = at;
   status[entering_variable] = kBasic;
   move[entering_variable] = kStays;
   reduced_cost[entering_variable] = 0.0;
   if (entering_variable < n) rows.deactivate(entering_variable);
-  basic_value[position] = entering_value;
-  basic_lower[position] = lower[entering_variable];
-  basic_upper[position] = upper[entering_variable];
+  basic_value[at] = entering_value;
+  basic_lower[at] = lower[entering_variable];
+  basic_upper[at] = upper[entering_variable];
   place_nonbasic(leaving, leaving_status);
   ++iterations;
-  primals_fresh = false;
-  duals_fresh = false;
-  factor_current_ = factor_->update(position, pivot);
+  primals_current = primals_fresh = false;
+  duals_current = duals_fresh = dual_feasible = solved = false;
+  factor_current_ = factor_->update(at, pivot);
   return factor_current_;
 }
 
@@ -452,6 +633,8 @@ void SimplexState::compute_primals() {
   factor_->ftran(full, 1.0);
   std::copy(full.value.begin(), full.value.end(), basic_value.begin());
   full.clear();
+  moves_.clear();
+  primals_current = true;
   primals_fresh = freshly_factored();
 }
 
@@ -469,7 +652,114 @@ void SimplexState::compute_duals() {
     refine_duals(row_duals);
   }
   price_out();
+  duals_current = true;
   duals_fresh = freshly_factored();
+}
+
+double SimplexState::priced_out(int j) const {
+  if (j >= n) return cost[j] - row_duals[j - n];
+  double d = cost[j];
+  const SparseMatrix& columns = problem.columns;
+  for (int k = columns.start[j]; k < columns.start[j + 1]; ++k) {
+    d -= row_duals[columns.index[k]] * columns.value[k];
+  }
+  return d;
+}
+
+void SimplexState::take_shifts_back() {
+  full.clear();
+  for (const int j : shifted) {
+    const double change = problem.cost[j] - cost[j];
+    if (change == 0.0) continue;
+    cost[j] = problem.cost[j];
+    if (status[j] == kBasic) {
+      full.insert(position[j], change);
+    } else {
+      reduced_cost[j] += change;
+    }
+  }
+  shifted.clear();
+  num_cost_shifts = 0;
+  duals_fresh = dual_feasible = false;
+  if (full.count == 0) return;
+  factor_->btran(full, density.primal_btran);
+  const int count = full.is_dense() ? m : full.count;
+  for (int k = 0; k < count; ++k) {
+    const int i = full.is_dense() ? k : full.index[k];
+    row_duals[i] += full.value[i];
+  }
+  full.clear();
+}
+
+bool SimplexState::verify() {
+  assert(primals_current && factor_current_ && moves_.count == 0);
+  const SparseMatrix& columns = problem.columns;
+  const double* y = row_duals.data();
+  full.clear();
+  double* rest = full.value.data();
+  full.count = WorkVector::kDense;
+  double worst_dual = 0.0, largest_dual = 1.0, sum = problem.offset;
+  bool feasible = true;
+  const auto see = [&](int j, double d, double x) {
+    sum += cost[j] * x;
+    if (status[j] == kBasic) {
+      worst_dual = std::max(worst_dual, std::fabs(d));
+      d = 0.0;
+    }
+    const int way = move[j];
+    if (way == kAnywhere ? std::fabs(d) > dual_tolerance : d * way < -dual_tolerance) {
+      feasible = false;
+    }
+    reduced_cost[j] = d;
+  };
+  const auto place = [&](int j) {
+    return status[j] == kBasic ? basic_value[position[j]] : value[j];
+  };
+  for (int j = 0; j < n; ++j) {
+    const double x = place(j);
+    const int end = columns.start[j + 1];
+    double d = cost[j];
+    if (x == 0.0) {
+      for (int k = columns.start[j]; k < end; ++k) d -= y[columns.index[k]] * columns.value[k];
+    } else {
+      for (int k = columns.start[j]; k < end; ++k) {
+        d -= y[columns.index[k]] * columns.value[k];
+        rest[columns.index[k]] += columns.value[k] * x;
+      }
+    }
+    see(j, d, x);
+  }
+  double largest = 1.0;
+  for (int i = 0; i < m; ++i) {
+    const double x = place(n + i);
+    rest[i] += x;
+    largest = std::max(largest, std::fabs(x));
+    largest_dual = std::max(largest_dual, std::fabs(y[i]));
+    see(n + i, cost[n + i] - y[i], x);
+  }
+  if (!feasible || worst_dual > kDualRest * largest_dual) {
+    full.clear();
+    return false;
+  }
+  full.pack();
+  factor_->ftran(full, density.flips);
+  const int count = full.is_dense() ? m : full.count;
+  for (int k = 0; k < count; ++k) {
+    const int p = full.is_dense() ? k : full.index[k];
+    const double error = full.value[p];
+    if (std::fabs(error) > kPrimalError * largest) feasible = false;
+    const double x = basic_value[p] - error;
+    if (x < basic_lower[p] - primal_tolerance || x > basic_upper[p] + primal_tolerance) {
+      feasible = false;
+    }
+    basic_value[p] = x;
+  }
+  full.clear();
+  if (!feasible) return false;
+  dual_objective = sum;
+  verified_ = true;
+  primals_fresh = duals_fresh = duals_current = dual_feasible = true;
+  return true;
 }
 
 void SimplexState::price_out() {
@@ -519,9 +809,9 @@ double SimplexState::working_objective() const {
   return sum + problem.offset;
 }
 
-void SimplexState::compute_row_ep(int position) {
+void SimplexState::compute_row_ep(int p) {
   row_ep.clear();
-  row_ep.insert(position, 1.0);
+  row_ep.insert(p, 1.0);
   factor_->btran(row_ep, density.pivot_btran);
   if (row_ep.is_dense()) row_ep.pack();
   SolveDensities::observe(density.pivot_btran, row_ep.density());
@@ -546,6 +836,7 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
   if (iterations - run_start_iteration >= settings.iteration_limit) {
     return SimplexOutcome::iteration_limit;
   }
+  if (work() - run_start_work >= settings.work_limit) return SimplexOutcome::work_limit;
   const StopReason reason = stop_->check();
   if (reason != StopReason::none) return outcome_of_stop(reason);
   IterationHook* const hook = context_.hook;
@@ -562,6 +853,10 @@ std::optional<SimplexOutcome> SimplexState::interrupted(bool dual, bool phase_on
 void SimplexState::store_results() {
   if (num_cost_shifts > 0 || costs_perturbed) restore_costs();
   if (bounds_perturbed) restore_bounds();
+  if (primals_fresh && duals_fresh) {
+    results_stale = true;
+    return;
+  }
   // A run that was stopped does not wait for a long factorization: values from the updated factor
   // are good enough, and without any factor those kept by the last iterations.
   const bool quick = factor_->statistics().factor_work <= kQuickFactorization;
@@ -572,11 +867,43 @@ void SimplexState::store_results() {
     if (!primals_fresh) compute_primals();
     if (!duals_fresh) compute_duals();
   }
+  results_stale = true;
+}
+
+void SimplexState::materialize_results() {
+  if (!results_stale) return;
+  results_stale = false;
   std::copy(value.begin(), value.end(), result_values.begin());
   for (int p = 0; p < m; ++p) result_values[header[p]] = basic_value[p];
   objective = problem.offset;
   for (int j = 0; j < num_vars; ++j) {
     if (problem.cost[j] != 0.0) objective += problem.cost[j] * result_values[j];
+  }
+}
+
+void SimplexState::note_optimum(bool polished) {
+  solved = true;
+  solved_polished_ = polished;
+  solved_primal_tolerance_ = primal_tolerance;
+  solved_dual_tolerance_ = dual_tolerance;
+  dual_feasible = duals_current;
+  if (duals_current && primals_current && !verified_) dual_objective = working_objective();
+}
+
+bool SimplexState::still_solved() const {
+  return solved && (solved_polished_ || settings.keep_optimal_start) &&
+         primal_tolerance == solved_primal_tolerance_ && dual_tolerance == solved_dual_tolerance_ &&
+         dual_objective <= settings.objective_upper_limit &&
+         dual_objective >= settings.objective_lower_limit;
+}
+
+void SimplexState::log_optimum(bool dual) {
+  const int factorizations = factor_->statistics().factorizations;
+  if (!log.line_due(factorizations)) return;
+  if (dual) {
+    log.dual_iteration(iterations, factorizations, false, dual_objective);
+  } else {
+    log.primal_iteration(iterations, factorizations, false, dual_objective);
   }
 }
 

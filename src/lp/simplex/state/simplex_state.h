@@ -7,6 +7,10 @@
 // replace; the true ones stay in the problem and come back with restore_costs() and
 // restore_bounds().
 //
+// A run continues from what the last one left as far as the flags say that it is still valid, so
+// that a run after a small change costs its iterations and little more: there is no pass over all
+// variables between one hot run and the next.
+//
 // Invariants between two iterations:
 // - header[p] is the variable basic at position p; exactly the header's variables have status
 //   kBasic.
@@ -14,8 +18,9 @@
 //   anywhere between (kFreeSuper; 0 for a free one). move[j] tells where it may go.
 // - basic_value[p], basic_lower[p], basic_upper[p] belong to header[p]; value[] of a basic variable
 //   is only filled in by store_results().
-// - reduced_cost[j] is c_j - a_j'y for every nonbasic variable that may move, 0 for basic ones.
-//   Those of immovable variables (move[j] == 0) are only valid after compute_duals().
+// - While duals_current, reduced_cost[j] is c_j - a_j'y with y = row_duals for every nonbasic
+//   variable that may move, 0 for basic ones. Those of immovable variables (move[j] == 0) are only
+//   valid while duals_fresh.
 // - The partitioned rows hold exactly the columns of movable nonbasic structural variables as their
 //   active part.
 //
@@ -30,6 +35,7 @@
 #include "lp/simplex/simplex.h"
 #include "lp/simplex/simplex_log.h"
 #include "lp/simplex/state/partitioned_rows.h"
+#include "lp/simplex/state/trail.h"
 
 namespace kelvo {
 
@@ -64,10 +70,11 @@ inline bool no_factor(Refactored result) {
 
 class SimplexState {
  public:
-  explicit SimplexState(const LpProblem& problem);
+  /// The problem must outlive the object; change_bounds() and change_costs() write to it.
+  explicit SimplexState(LpProblem& problem);
 
   // --- The problem and the run -----------------------------------------------------------------
-  const LpProblem& problem;
+  LpProblem& problem;
   SimplexSettings settings;
   // Tolerances the dual method works with: never looser than the settings', and tight enough that
   // the objective of an accepted basis is right to more digits than anybody asks for.
@@ -75,9 +82,9 @@ class SimplexState {
   double dual_tolerance = 0.0;
   SimplexLog log;
   Random random;
-  const int m;         // rows
-  const int n;         // structural columns
-  const int num_vars;  // n + m
+  int m;         // rows
+  int n;         // structural columns
+  int num_vars;  // n + m
 
   // --- Working data, indexed by variable [num_vars] ----------------------------------------------
   Vector<double> cost;
@@ -87,26 +94,40 @@ class SimplexState {
   Vector<signed char> move;  // a Movement; 0 for basic variables
   Vector<double> value;      // of nonbasic variables
   Vector<double> reduced_cost;
-  Vector<unsigned char> held;  // 1: fixed because of singularity until release_held()
-  Vector<int> tie_key;         // a fixed random permutation of 0..num_vars-1 that breaks ties
-  int num_cost_shifts = 0;     // costs changed by ratio tests and dual corrections
-  bool costs_perturbed = false;
+  Vector<unsigned char> held;    // 1: fixed because of singularity until release_held()
+  Vector<int> tie_key;           // a fixed random permutation of 0..num_vars-1 that breaks ties
+  int num_cost_shifts = 0;       // costs changed by ratio tests and dual corrections
+  Vector<int> shifted;           // by them; a variable may be listed twice
+  bool costs_perturbed = false;  // all costs may differ from the true ones, not the shifted alone
   bool bounds_perturbed = false;
 
   enum Movement : signed char { kDown = -1, kStays = 0, kUp = 1, kAnywhere = 2 };
 
   // --- The basis, indexed by basis position [m] --------------------------------------------------
   Vector<int> header;
+  Vector<int> position;  // [num_vars] inverse of the header; valid for basic variables only
   Vector<double> basic_value;
   Vector<double> basic_lower;
   Vector<double> basic_upper;
   Vector<double> dual_weights;  // of the dual pricing; see dual_weights_valid
   bool dual_weights_valid = false;
+  bool dual_weights_full = false;  // they measure in the full space, see dual_weights.cpp
+  bool dual_weights_unit = false;  // valid only because the basis is that of the logicals
   // [num_vars] or empty: steepest-edge weights that the next run of the primal method takes over.
   Vector<double> given_primal_weights;
-  bool basis_valid = false;    // false until a basis was set
-  bool primals_fresh = false;  // basic_value was computed from the fresh factor, no update since
-  bool duals_fresh = false;    // likewise reduced_cost
+  bool basis_valid = false;  // false until a basis was set
+
+  // --- What is valid -----------------------------------------------------------------------------
+  // basic_value belongs to the basis and the places of the nonbasic variables (moves_ still to be
+  // applied); reduced_cost and row_duals belong to the basis and the working costs.
+  bool primals_current = false;
+  bool duals_current = false;
+  // Moreover they come from a fresh factor without updates since, or have passed verify().
+  bool primals_fresh = false;
+  bool duals_fresh = false;
+  bool dual_feasible = false;   // no reduced cost has the wrong sign beyond the tolerance
+  bool solved = false;          // the last run ended optimal and nothing has changed since
+  double dual_objective = 0.0;  // working objective; valid while both are current
 
   // --- Solves ------------------------------------------------------------------------------------
   PartitionedRows rows;
@@ -121,8 +142,10 @@ class SimplexState {
   int iterations = 0;  // of all runs
   int phase_one_iterations = 0;
   int run_start_iteration = 0;
+  double run_start_work = 0.0;
   double objective = 0.0;        // true objective of the last results
-  Vector<double> result_values;  // [num_vars]
+  Vector<double> result_values;  // [num_vars]; see materialize_results()
+  bool results_stale = false;    // these two do not belong to the last results yet
   Vector<double> row_duals;      // [m]
   Vector<double> farkas;         // [m]
   Vector<double> ray;            // [num_vars]
@@ -136,8 +159,16 @@ class SimplexState {
   /// Statuses as a caller gives them, see Simplex::set_basis. `values` [num_vars] gives the places
   /// of superbasic variables; null puts them at their point nearest to 0.
   void set_basis(const Vector<int>& given, const double* values);
-  /// Takes the settings over, restores true costs and bounds and makes nonbasic variables agree
-  /// with the bounds.
+  /// Sets bounds of the problem. While the values are current they follow: a nonbasic variable
+  /// moves with its bound, to the side that its reduced cost asks for when there are two.
+  void change_bounds(const Vector<VariableBounds>& changes);
+  /// Sets costs of the problem. Reduced costs of nonbasic variables follow; after a change of a
+  /// basic variable's cost all have to be computed again.
+  void change_costs(const Vector<VariableCost>& changes);
+  /// Brings basic_value up to date after nonbasic variables have moved.
+  void apply_moves();
+  /// Takes the settings over, restores true costs and bounds where they differ and makes nonbasic
+  /// variables agree with the bounds.
   void begin_run(const SimplexSettings& run_settings);
   /// Working costs := the problem's, no shifts, no perturbation. Reduced costs become invalid.
   void restore_costs();
@@ -147,20 +178,32 @@ class SimplexState {
   /// After a change of working bounds: statuses and values of nonbasic variables, movements, the
   /// basic variables' bounds and the row partition follow. Boxed ones keep their side.
   void refresh_nonbasic();
+  /// Costs and bounds of the problem were changed from outside: takes all of them over.
+  void take_costs();
+  void take_bounds();
   /// Variables held because of a singularity become ordinary ones; returns how many there were.
   int release_held();
 
-  /// A basis with the order of its positions, to come back to after a trial.
-  struct BasisCopy {
-    Vector<int> header;           // [m]
-    Vector<int> status;           // [num_vars]
-    Vector<double> value;         // [num_vars] of nonbasic variables
-    Vector<double> dual_weights;  // [m]
-    bool dual_weights_valid = false;
-  };
-  void copy_basis(BasisCopy& copy) const;
-  /// The factor stays valid when the positions have not changed since the copy was made.
-  void restore_basis(const BasisCopy& copy);
+  // --- Shape (shape.cpp) -------------------------------------------------------------------------
+  // All of these invalidate the results, and whatever outside this object knows the sizes. Short of
+  // memory they throw std::bad_alloc and leave an object that is only good to be destroyed.
+
+  /// Appends rows least <= a x <= most; `lines` holds them by row. Their logicals are basic.
+  void add_rows(const SparseMatrix& lines, const Vector<double>& least, const Vector<double>& most);
+  /// Deletes rows, ascending.
+  void delete_rows(const Vector<int>& list);
+  /// Appends structural columns, nonbasic.
+  void add_columns(const SparseMatrix& more, const Vector<double>& costs,
+                   const Vector<double>& lowers, const Vector<double>& uppers);
+  /// Deletes structural columns, ascending.
+  void delete_columns(const Vector<int>& list);
+
+  // --- Trials ------------------------------------------------------------------------------------
+  /// From here on changes are written down. Needs a current factor and current values.
+  void begin_trial();
+  /// Everything as it was when the trial began, the factor included.
+  void undo_trial() noexcept;
+  Trail trail;
 
   // --- The basis and its factor ------------------------------------------------------------------
   /// Factorizes the current basis unless the factor is current and fresh. A singular basis is
@@ -193,8 +236,19 @@ class SimplexState {
   void compute_primals();
   /// reduced_cost := c - [A I]'y, y = B^-T c_B, for the working costs. row_duals := y.
   void compute_duals();
+  /// c_j - a_j'y of one variable.
+  double priced_out(int j) const;
   /// reduced_cost := c - [A I]'row_duals.
   void price_out();
+  /// Checks the current values against the problem in one pass over the matrix: the residuals of
+  /// A x + s = 0, taken out by one step of refinement, and the reduced costs of the basic
+  /// variables. True when they are as good as after a fresh factorization; then all reduced costs
+  /// are computed from row_duals, the values count as fresh, and the point is primal and dual
+  /// feasible within the working tolerances.
+  bool verify();
+  /// Costs as they are in the problem after shifts, with row_duals following; the reduced costs of
+  /// nonbasic variables that were not shifted do not follow (see verify()).
+  void take_shifts_back();
   /// One step of iterative refinement of y = c_B B^-1 with residuals in extended precision; the
   /// basic costs c_B are those in use, or the unit vector of a basis position.
   void refine_duals(Vector<double>& y, int unit_position = -1);
@@ -217,16 +271,30 @@ class SimplexState {
   // --- Ends --------------------------------------------------------------------------------------
   /// What stops the run before the next iteration: a limit, the hook or the stop check.
   std::optional<SimplexOutcome> interrupted(bool dual, bool phase_one);
-  /// Fills values, reduced costs, row duals and objective of the results from the current basis
-  /// under the true costs and bounds.
+  /// Makes values, reduced costs and row duals of the current basis accurate under the true costs
+  /// and bounds. `result_values` and `objective` follow when they are looked at.
   void store_results();
+  void materialize_results();
+  /// After an optimal end: until something changes there is nothing more to do, unless a run is to
+  /// polish an optimum that is not `polished`.
+  void note_optimum(bool polished);
+  /// The last run was optimal, and neither data nor tolerances have changed since.
+  bool still_solved() const;
+  /// The line of a run that needs no iteration.
+  void log_optimum(bool dual);
 
  private:
+  void resize();
+  void settle_before_reshape();
+  void rebuild_basis_after_reshape();
   void accept_header();
+  void take_unit_weights();
+  void change_nonbasic_bounds(int j);
   void balance_basis(int num_basic);
   void refresh_variable(int j);
   void refresh_basic(int position);
   void refresh_partition();
+  void follow_movement(int j);
   void make_factor();
   void apply_repairs();
   void save_basis();
@@ -240,6 +308,21 @@ class SimplexState {
   bool factor_current_ = false;
   bool factorization_stopped_ = false;  // the last one was
   Vector<BasisRepair> repairs_;
+  int num_held_ = 0;
+  bool verified_ = false;  // the run has ended with verify()
+  bool solved_polished_ = false;
+  double solved_primal_tolerance_ = 0.0;
+  double solved_dual_tolerance_ = 0.0;
+  WorkVector moves_;  // [m] columns times moves of nonbasic variables, not applied yet
+  // Flags and counts at the start of a trial.
+  struct Before {
+    bool costs_perturbed, bounds_perturbed, dual_weights_valid;
+    bool primals_current, duals_current, primals_fresh, duals_fresh, dual_feasible, solved;
+    int num_cost_shifts, num_held;
+    std::size_t shifted;
+    double dual_objective;
+    FactorMark mark;
+  } before_{};
   // The last basis that could be factored.
   Vector<int> saved_header_;      // [m]
   Vector<int> saved_status_;      // [num_vars]

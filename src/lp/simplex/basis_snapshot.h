@@ -1,0 +1,48 @@
+// A basis to come back to: two bits a variable, never changed, so that a parent and its children in
+// a search tree share one.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "base/containers.h"
+#include "lp/form/lp_problem.h"
+
+namespace kelvo {
+
+class BasisSnapshot {
+ public:
+  /// Statuses and values [num_vars], as Simplex has them: values matter for superbasic variables
+  /// that are not at 0. `weights`, the dual weights [num_rows] of the basic variables in ascending
+  /// order, are kept in single precision; it may be empty.
+  BasisSnapshot(const Vector<int>& status, const Vector<double>& values,
+                const Vector<double>& weights);
+
+  int num_vars() const { return num_vars_; }
+  BasisStatus status(int variable) const {
+    return static_cast<BasisStatus>(codes_[variable / kPerByte] >> shift(variable) & 3U);
+  }
+  /// Statuses and places of superbasic variables, both [num_vars].
+  void unpack(Vector<int>& status, Vector<double>& values) const;
+  /// As given, or empty.
+  const Vector<float>& weights() const { return weights_; }
+  std::size_t bytes() const;
+
+ private:
+  static constexpr int kPerByte = 4;
+  static unsigned shift(int variable) { return 2U * (static_cast<unsigned>(variable) % kPerByte); }
+
+  struct Superbasic {
+    int variable;
+    double value;
+  };
+
+  int num_vars_;
+  Vector<unsigned char> codes_;  // [num_vars / 4, rounded up]
+  Vector<Superbasic> superbasic_;
+  Vector<float> weights_;
+};
+
+using SharedBasis = std::shared_ptr<const BasisSnapshot>;
+
+}  // namespace kelvo
