@@ -22,7 +22,8 @@ struct LpProblem {
   int num_rows = 0;
   int num_cols = 0;
   SparseMatrix columns;  // column-wise, num_major = num_cols, num_minor = num_rows
-  SparseMatrix rows;     // the same matrix row-wise
+  SparseMatrix rows;     // the same matrix row-wise; compact: empty once the program is scaled
+  bool compact = false;  // memory before speed: engines hold the values of the matrix once
   Vector<double> cost;   // [num_cols + num_rows]; logicals cost 0
   Vector<double> lower;  // [num_cols + num_rows]
   Vector<double> upper;  // [num_cols + num_rows]
@@ -33,6 +34,7 @@ struct LpProblem {
   const void* name_context = nullptr;
 
   int num_vars() const { return num_cols + num_rows; }
+  bool has_rows() const { return rows.num_major == num_rows; }
 };
 
 /// The first variable that admits no value at all, not even within the tolerance; -1 for none.

@@ -127,10 +127,12 @@ void apply(LpProblem& lp, const Vector<double>& row, const Vector<double>& col) 
     lp.lower[j] *= col[j];
     lp.upper[j] *= col[j];
   }
-  for (int i = 0; i < lp.num_rows; ++i) {
+  for (int i = 0; i < lp.rows.num_major; ++i) {
     for (int k = lp.rows.start[i]; k < lp.rows.start[i + 1]; ++k) {
       lp.rows.value[k] = lp.rows.value[k] / row[i] / col[lp.rows.index[k]];
     }
+  }
+  for (int i = 0; i < lp.num_rows; ++i) {
     lp.cost[n + i] *= row[i];
     lp.lower[n + i] /= row[i];
     lp.upper[n + i] /= row[i];

@@ -61,7 +61,7 @@ void keep_best(List& list, int count) {
 }  // namespace
 
 bool ColumnSubset::pays(const LpProblem& problem) {
-  return problem.num_rows > 0 && problem.num_cols >= kFewestColumns &&
+  return !problem.compact && problem.num_rows > 0 && problem.num_cols >= kFewestColumns &&
          problem.num_cols >= kColumnsPerRow * problem.num_rows;
 }
 

@@ -115,10 +115,16 @@ void CallerTableau::structural_row(int position, double* row) {
   const WorkVector& y = state_.row_ep;
   std::fill(row, row + n_, 0.0);
   const SparseMatrix& rows = lp_.rows;
-  for (int k = 0; k < y.count; ++k) {
+  for (int k = 0; k < y.count && lp_.has_rows(); ++k) {
     const int i = y.index[k];
     for (int e = rows.start[i]; e < rows.start[i + 1]; ++e) {
       row[rows.index[e]] += y.value[i] * rows.value[e];
+    }
+  }
+  const SparseMatrix& columns = lp_.columns;
+  for (int j = 0; j < n_ && !lp_.has_rows(); ++j) {
+    for (int e = columns.start[j]; e < columns.start[j + 1]; ++e) {
+      row[j] += y.value[columns.index[e]] * columns.value[e];
     }
   }
   const double divisor = factor(header_[position]);

@@ -29,7 +29,7 @@ void PartitionedRows::rebuild() {
   const int nonzeros = columns.num_nonzeros();
   start_.assign(m + 1, 0);
   column_.resize(nonzeros);
-  value_.resize(nonzeros);
+  if (!problem.compact) value_.resize(nonzeros);
   source_.resize(nonzeros);
   place_.resize(nonzeros);
   active_.assign(n, 1);
@@ -40,7 +40,7 @@ void PartitionedRows::rebuild() {
     for (int k = columns.start[j]; k < columns.start[j + 1]; ++k) {
       const int at = active_end_[columns.index[k]]++;
       column_[at] = j;
-      value_[at] = columns.value[k];
+      if (!problem.compact) value_[at] = columns.value[k];
       source_[at] = k;
       place_[k] = at;
     }
@@ -50,7 +50,7 @@ void PartitionedRows::rebuild() {
 void PartitionedRows::exchange_entries(int a, int b) {
   if (a == b) return;
   std::swap(column_[a], column_[b]);
-  std::swap(value_[a], value_[b]);
+  if (!value_.empty()) std::swap(value_[a], value_[b]);
   std::swap(source_[a], source_[b]);
   place_[source_[a]] = a;
   place_[source_[b]] = b;
@@ -79,16 +79,30 @@ void PartitionedRows::multiply(const WorkVector& weights, double expected_densit
   assert(row.count == 0);
   if (weights.density() > kColumnDensity) {
     multiply_columns(weights, row);
-  } else if (expected_density > kListDensity || weights.is_dense()) {
-    multiply_rows_dense(weights, row);
+  } else if (problem_.compact) {
+    const int* source = source_.data();
+    const double* value = problem_.columns.value.data();
+    multiply_rows(weights, expected_density, row, [=](int k) { return value[source[k]]; });
   } else {
-    multiply_sparse(weights, row);
+    const double* value = value_.data();
+    multiply_rows(weights, expected_density, row, [=](int k) { return value[k]; });
   }
 }
 
-void PartitionedRows::multiply_sparse(const WorkVector& weights, WorkVector& row) const {
+template <class Value>
+void PartitionedRows::multiply_rows(const WorkVector& weights, double expected_density,
+                                    WorkVector& row, Value value) const {
+  if (expected_density > kListDensity || weights.is_dense()) {
+    multiply_rows_dense(weights, row, value);
+  } else {
+    multiply_sparse(weights, row, value);
+  }
+}
+
+template <class Value>
+void PartitionedRows::multiply_sparse(const WorkVector& weights, WorkVector& row,
+                                      Value value) const {
   const int* column = column_.data();
-  const double* value = value_.data();
   const double* weight = weights.value.data();
   double* out = row.value.data();
   int* list = row.index.data();
@@ -103,7 +117,7 @@ void PartitionedRows::multiply_sparse(const WorkVector& weights, WorkVector& row
       const int j = column[k];
       const double before = out[j];
       if (before == 0.0) list[count++] = j;
-      const double after = before + w * value[k];
+      const double after = before + w * value(k);
       out[j] = after == 0.0 ? kCancelled : after;
     }
   }
@@ -111,9 +125,10 @@ void PartitionedRows::multiply_sparse(const WorkVector& weights, WorkVector& row
   work_ += touched;
 }
 
-void PartitionedRows::multiply_rows_dense(const WorkVector& weights, WorkVector& row) const {
+template <class Value>
+void PartitionedRows::multiply_rows_dense(const WorkVector& weights, WorkVector& row,
+                                          Value value) const {
   const int* column = column_.data();
-  const double* value = value_.data();
   const double* weight = weights.value.data();
   double* out = row.value.data();
   const int rows = weights.is_dense() ? problem_.num_rows : weights.count;
@@ -124,16 +139,32 @@ void PartitionedRows::multiply_rows_dense(const WorkVector& weights, WorkVector&
     if (w == 0.0) continue;
     const int end = active_end_[i];
     touched += end - start_[i];
-    for (int k = start_[i]; k < end; ++k) out[column[k]] += w * value[k];
+    for (int k = start_[i]; k < end; ++k) out[column[k]] += w * value(k);
   }
   row.count = WorkVector::kDense;
   work_ += touched;
 }
 
 void PartitionedRows::multiply_columns(const WorkVector& weights, WorkVector& row) const {
+  if (problem_.compact) return multiply_compact_columns(weights, row);
   if (groups_ == nullptr) groups_ = make_owned<ColumnGroups>(problem_.columns);
   groups_->multiply(weights, active_.data(), row);
   work_ += problem_.columns.num_nonzeros();
+}
+
+void PartitionedRows::multiply_compact_columns(const WorkVector& weights, WorkVector& row) const {
+  const SparseMatrix& columns = problem_.columns;
+  const double* weight = weights.value.data();
+  row.count = 0;
+  for (int j = 0; j < columns.num_major; ++j) {
+    if (active_[j] == 0) continue;
+    double sum = 0.0;
+    for (int k = columns.start[j]; k < columns.start[j + 1]; ++k) {
+      sum += weight[columns.index[k]] * columns.value[k];
+    }
+    if (std::fabs(sum) > kDropTolerance) row.insert(j, sum);
+  }
+  work_ += columns.num_nonzeros();
 }
 
 }  // namespace kelvo
