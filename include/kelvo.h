@@ -451,7 +451,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_AGGIND                 1003 /* rounds of substitution in presolve: -1 automatic, 0 none */
 #define KLV_PARAM_CFILEMUL               1005 /* room of the column file of a factor, in nonzeros of the basis */
 #define KLV_PARAM_CLOCKTYPE              1006 /* clock of the time limit: 1 processor time, 0 and 2 elapsed time */
-#define KLV_PARAM_CRAIND                 1007 /* * start basis of a run without one: 1 slacks, 0 crash, -1 crash by the costs */
+#define KLV_PARAM_CRAIND                 1007 /* start basis of a run without one: 1 slacks, 0 crash, -1 crash by the costs */
 #define KLV_PARAM_DEPIND                 1008 /* dependent rows in presolve: -1 automatic, 0 kept, 1 to 3 more effort */
 #define KLV_PARAM_DPRIIND                1009 /* dual pricing: 0 automatic, 1 standard, 2-4 steepest edge, 5 devex */
 #define KLV_PARAM_PRICELIM               1010 /* columns that partial pricing looks at: 0 automatic */
@@ -493,7 +493,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_SIFTALG                1077 /* * method inside sifting, numbered as for LPMETHOD up to 4 */
 #define KLV_PARAM_SIFTITLIM              1078 /* * limit on the passes of sifting */
 #define KLV_PARAM_MPSLONGNUM             1081 /* numbers in MPS files: 0 12 characters, 1 full precision */
-#define KLV_PARAM_MEMORYEMPHASIS         1082 /* * memory emphasis: 0 normal, 1 saves memory at the cost of time */
+#define KLV_PARAM_MEMORYEMPHASIS         1082 /* memory emphasis: 0 normal, 1 saves memory at the cost of time */
 #define KLV_PARAM_NUMERICALEMPHASIS      1083 /* care with pivots and substitutions: 0 normal, 1 more */
 #define KLV_PARAM_FEASOPTMODE            1084 /* * FeasOpt: 0 sum, 2 number, 4 squares of relaxations, 1, 3, 5 then optimum */
 #define KLV_PARAM_PARALLELMODE           1109 /* parallel runs: -1 may differ, 0 automatic, 1 repeat exactly */

@@ -15,6 +15,9 @@
 // Only what has passed its check is called optimal, infeasible or unbounded.
 #pragma once
 
+#include <optional>
+
+#include "lp/crossover/crash_basis.h"
 #include "lp/presolve/presolve_settings.h"
 #include "lp/solve/lp_answer.h"
 #include "lp/solve/working_lp.h"
@@ -24,9 +27,11 @@ namespace kelvo {
 struct DriverSettings {
   SimplexSettings simplex;  // `scaled` and the iteration limits of passes are set by the driver
   ScalingMethod scaling = ScalingMethod::equilibrate;
-  bool use_basis = true;       // start from the stored basis and from the state kept
-  bool always_crush = false;   // presolve even when that basis is close to an optimum
-  bool restart_passes = true;  // improve an optimum that violates the unscaled program
+  bool use_basis = true;            // start from the stored basis and from the state kept
+  bool always_crush = false;        // presolve even when that basis is close to an optimum
+  bool restart_passes = true;       // improve an optimum that violates the unscaled program
+  bool compact_matrix = false;      // memory before speed: LpProblem::compact
+  std::optional<CrashOrder> crash;  // of a run without a start basis; none: slacks
   PresolveSettings presolve;
   Vector<char> protected_columns;  // [columns] 1: presolve must leave it; or empty
 };

@@ -19,6 +19,15 @@ class DriverLog {
                 wall_seconds() - start_, iterations);
   }
 
+  /// The matrix of a working LP has been stored compactly since the log began.
+  void compression(double plain_bytes, double compact_bytes) {
+    constexpr double kMegabyte = 1024.0 * 1024.0;
+    if (display_ == 0) return;
+    sink_.print(Channel::log, "Compression time = %7.2f sec.\n", wall_seconds() - start_);
+    sink_.print(Channel::log, "Compression reduced %.2f MB A matrix to %.2f MB\n",
+                plain_bytes / kMegabyte, compact_bytes / kMegabyte);
+  }
+
   /// The run goes on from an approximate solution.
   void first_order_start(int iterations) {
     if (display_ == 0) return;

@@ -41,6 +41,26 @@ double coefficient_ratio(const Settings& settings) {
   return settings.get_int(param::NUMERICALEMPHASIS) == 1 ? kCareful : kUsual;
 }
 
+bool wants_compact_matrix(const Settings& settings) {
+  constexpr int kByEmphasis = 0, kAlways = 1;
+  const int compression = settings.get_int(param::MATRIX_COMPRESSION);
+  if (compression == kByEmphasis) return settings.get_int(param::MEMORYEMPHASIS) == 1;
+  return compression == kAlways;
+}
+
+/// Crash bases are made on request only: the slack basis is the better start for most models.
+std::optional<CrashOrder> crash_order(const Settings& settings) {
+  constexpr int kByBounds = 0, kByCosts = -1;
+  switch (settings.get_int(param::CRAIND)) {
+    case kByBounds:
+      return CrashOrder::by_bounds;
+    case kByCosts:
+      return CrashOrder::by_costs;
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace
 
 PresolveSettings read_presolve_settings(const Settings& settings) {
@@ -75,6 +95,8 @@ DriverSettings read_driver_settings(const Settings& settings, int sense) {
   driver.always_crush = settings.get_int(param::ADVIND) == kCrush;
   driver.restart_passes = settings.get_int(param::NO_RESTART_PASSES) == 0;
 
+  driver.compact_matrix = wants_compact_matrix(settings);
+  driver.crash = crash_order(settings);
   driver.presolve = read_presolve_settings(settings);
 
   SimplexSettings& simplex = driver.simplex;

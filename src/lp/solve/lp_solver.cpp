@@ -22,8 +22,24 @@ bool wants_presolve(const LpProblem& lp, const DriverSettings& settings) {
          find_empty_interval(lp, settings.simplex.feasibility_tolerance) < 0;
 }
 
+Owned<WorkingLp> make_working_lp(LpProblem&& lp, const DriverSettings& settings,
+                                 MessageSink& sink) {
+  DriverLog log(sink, settings.simplex.display);
+  lp.compact = settings.compact_matrix;
+  auto working = make_owned<WorkingLp>(std::move(lp), settings.scaling, sink);
+  if (settings.compact_matrix) {
+    const int nonzeros = working->lp().columns.num_nonzeros();
+    log.compression(WorkingLp::matrix_bytes(nonzeros, false),
+                    WorkingLp::matrix_bytes(nonzeros, true));
+  }
+  return working;
+}
+
 void put_at_start(WorkingLp& working, const LpStart& start, const DriverSettings& settings) {
-  if (!settings.use_basis || !start.present) return;
+  if (!settings.use_basis || !start.present) {
+    if (settings.crash) working.simplex().set_basis(crash_basis(working.lp(), *settings.crash));
+    return;
+  }
   working.start_from(start);
   working.give_norms(start);
 }
@@ -51,7 +67,8 @@ LpAnswer solve_from_start(Owned<WorkingLp>& working, const LpStart& start,
     DriverLog(context.sink, settings.simplex.display)
         .start_basis(static_cast<int>(basic), working->lp().num_rows, working->has_factor());
   }
-  return algorithm.run({working, !given, false, settings, context});
+  const bool own_start = !given && !settings.crash;
+  return algorithm.run({working, own_start, false, settings, context});
 }
 
 LpAnswer solve_without_presolve(LpProblem lp, Owned<WorkingLp>& working, const LpStart& start,
@@ -63,7 +80,7 @@ LpAnswer solve_without_presolve(LpProblem lp, Owned<WorkingLp>& working, const L
     return answer;
   }
   if (working == nullptr) {
-    working = make_owned<WorkingLp>(std::move(lp), settings.scaling, context.sink);
+    working = make_working_lp(std::move(lp), settings, context.sink);
   } else if (!settings.use_basis || !start.present) {
     working->start_afresh();
   }

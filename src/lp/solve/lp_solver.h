@@ -21,7 +21,11 @@ enum class StartPlan { keep, crush, crush_with_point };
 StartPlan plan_start(WorkingLp& working, bool has_norms, const DriverSettings& settings,
                      const CallContext& context);
 
-/// Puts the working LP at the start that the settings admit.
+/// A working LP, stored as the settings ask; the log says what compact storage saves.
+Owned<WorkingLp> make_working_lp(LpProblem&& lp, const DriverSettings& settings, MessageSink& sink);
+
+/// Puts the working LP, which is at the slack basis, at the start that the settings admit: the
+/// given one, or a crash basis.
 void put_at_start(WorkingLp& working, const LpStart& start, const DriverSettings& settings);
 
 /// True when the program is to be presolved; trivial ones are not.

@@ -61,7 +61,7 @@ LpAnswer ModelSolve::run_cold(const LpStart& start) {
     return solve_with_presolve(lp, kept_.working, start, algorithm_, settings_, context_,
                                kept_.presolved);
   }
-  kept_.working = make_owned<WorkingLp>(LpProblem(lp), settings_.scaling, context_.sink);
+  kept_.working = make_working_lp(LpProblem(lp), settings_, context_.sink);
   put_at_start(*kept_.working, start, settings_);
   LpStart given(start);
   return continue_or_crush(given, &lp);
@@ -78,6 +78,7 @@ LpAnswer ModelSolve::run(LpStart&& start) {
     return run_cold(start);
   }
   kept_.working->start_afresh();
+  put_at_start(*kept_.working, start, settings_);
   return solve_from_start(kept_.working, start, algorithm_, settings_, context_);
 }
 
@@ -179,7 +180,7 @@ void prepare_working_lp(const Model& model, const ModelChanges& changes, Owned<W
   update_working_lp(model, changes, settings, working);
   const bool given = settings.use_basis && start.present;
   if (working == nullptr) {
-    working = make_owned<WorkingLp>(make_lp(model), settings.scaling, context.sink);
+    working = make_working_lp(make_lp(model), settings, context.sink);
   } else if (!given) {
     working->start_afresh();
   }

@@ -25,6 +25,7 @@ WorkingLp::WorkingLp(LpProblem&& lp, ScalingMethod method, MessageSink& sink)
   if (lp_.rows.num_major != lp_.num_rows) lp_.rows = transpose(lp_.columns);
   close_crossed_bounds(lp_);
   scale_problem(lp_, method, scaling_, sink);
+  if (lp_.compact) lp_.rows = SparseMatrix();
   make_simplex();
 }
 
@@ -80,6 +81,12 @@ bool WorkingLp::has_basic_variables_of(const Vector<int>& status) const {
 
 bool WorkingLp::has_factor() const {
   return simplex_->state().factor_current();
+}
+
+double WorkingLp::matrix_bytes(int nonzeros, bool compact) {
+  constexpr double kEntry = sizeof(int) + sizeof(double);
+  const int copies = compact ? 1 : 2;  // column-wise; row-wise, too
+  return nonzeros * (copies * kEntry + PartitionedRows::bytes_per_entry(compact));
 }
 
 LpProblem WorkingLp::unscaled_copy() const {

@@ -51,6 +51,8 @@ class WorkingLp {
   const Simplex& simplex() const { return *simplex_; }
   /// The program in its own units.
   ProgramView unscaled() const { return ProgramView(lp_, scaling_); }
+  /// Bytes of a working LP's matrix in all its copies but the one for dense products.
+  static double matrix_bytes(int nonzeros, bool compact);
   /// A copy of the program in its own units.
   LpProblem unscaled_copy() const;
 

@@ -1,6 +1,7 @@
 #include "lp/tableau/kept_basis.h"
 
 #include "lp/solve/conversion.h"
+#include "lp/solve/lp_solver.h"
 #include "lp/solve/solve_model.h"
 
 namespace kelvo {
@@ -20,7 +21,7 @@ WorkingLp* hold_basis(Problem& problem, const DriverSettings& settings, MessageS
   Owned<WorkingLp> working = problem.working_lp.take();
   update_working_lp(model, changes_for(problem, working.get()), settings, working);
   if (working == nullptr) {
-    working = make_owned<WorkingLp>(make_lp(model), settings.scaling, sink);
+    working = make_working_lp(make_lp(model), settings, sink);
   } else if (!start.present) {
     working->start_afresh();
   }
