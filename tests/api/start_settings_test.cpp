@@ -71,6 +71,9 @@ TEST_F(StartSettings, MemoryEmphasisStoresTheMatrixCompactly) {
       }
       EXPECT_NEAR(row[j], sum, 1e-9 * (1 + size)) << j;
     }
+    set(KLV_PARAM_DPRIIND, 3);
+    expect_close(solve(false), expected, expected, "norms in the full space");
+    set(KLV_PARAM_DPRIIND, 0);
     set(kMatrixCompression, -1);
     expect_close(solve(false), expected, expected, "");
     EXPECT_EQ(take(log).find("Compression"), std::string::npos);

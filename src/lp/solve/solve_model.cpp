@@ -120,13 +120,18 @@ void log_optimum(const WorkingLp& working, const LpAlgorithm& algorithm,
   }
 }
 
+bool is_made_as_requested(const WorkingLp& working, const DriverSettings& settings) {
+  return working.requested_scaling() == settings.scaling &&
+         working.lp().compact == settings.compact_matrix;
+}
+
 }  // namespace
 
 void update_working_lp(const Model& model, const ModelChanges& changes,
                        const DriverSettings& settings, Owned<WorkingLp>& working) {
   if (working == nullptr) return;
   const double tolerance = settings.simplex.feasibility_tolerance;
-  if (changes.structure || working->requested_scaling() != settings.scaling ||
+  if (changes.structure || !is_made_as_requested(*working, settings) ||
       !copy_changes(model, changes, tolerance, *working)) {
     working.reset();
   }
@@ -139,7 +144,7 @@ Reoptimized reoptimize(const Model& model, const ModelChanges& changes, Owned<Wo
                    (!changes.column_bounds || changes.columns != nullptr);
   if (working == nullptr || !few || !working->ended_optimal(settings.simplex) ||
       !working->has_factor() || !settings.use_basis || settings.always_crush ||
-      working->requested_scaling() != settings.scaling) {
+      !is_made_as_requested(*working, settings)) {
     return Reoptimized::impossible;
   }
   if (!copy_changes(model, changes, settings.simplex.feasibility_tolerance, *working)) {

@@ -79,6 +79,17 @@ double DualEngine::exact_weight() {
 void DualEngine::compute_full_row() {
   if (full_row_.size() != s_.n) full_row_.setup(s_.n);
   full_row_.clear();
+  if (!s_.problem.has_rows()) {
+    const SparseMatrix& columns = s_.problem.columns;
+    for (int j = 0; j < s_.n; ++j) {
+      double product = 0.0;
+      for (int e = columns.start[j]; e < columns.start[j + 1]; ++e) {
+        product += s_.row_ep.value[columns.index[e]] * columns.value[e];
+      }
+      if (product != 0.0) full_row_.add(j, product);
+    }
+    return;
+  }
   const SparseMatrix& rows = s_.problem.rows;
   for (int k = 0; k < s_.row_ep.count; ++k) {
     const int i = s_.row_ep.index[k];

@@ -29,7 +29,7 @@ void PartitionedRows::rebuild() {
   const int nonzeros = columns.num_nonzeros();
   start_.assign(m + 1, 0);
   column_.resize(nonzeros);
-  if (!problem.compact) value_.resize(nonzeros);
+  if (!problem_.compact) value_.resize(nonzeros);
   source_.resize(nonzeros);
   place_.resize(nonzeros);
   active_.assign(n, 1);
@@ -40,7 +40,7 @@ void PartitionedRows::rebuild() {
     for (int k = columns.start[j]; k < columns.start[j + 1]; ++k) {
       const int at = active_end_[columns.index[k]]++;
       column_[at] = j;
-      if (!problem.compact) value_[at] = columns.value[k];
+      if (!problem_.compact) value_[at] = columns.value[k];
       source_[at] = k;
       place_[k] = at;
     }

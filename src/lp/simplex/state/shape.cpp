@@ -87,6 +87,7 @@ void SimplexState::resize() {
   tie_key.resize(num_vars);
   given_primal_weights.clear();
   rows.rebuild();
+  if (problem.compact) problem.rows = SparseMatrix();
   solved = false;
   if (!basis_valid) return;
   for (int p = 0; p < m; ++p) position[header[p]] = p;
@@ -104,6 +105,7 @@ void SimplexState::settle_before_reshape() {
 void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& least,
                             const Vector<double>& most) {
   settle_before_reshape();
+  if (!problem.has_rows()) problem.rows = transpose(problem.columns);
   const int count = lines.num_major;
   SparseMatrix basic_part;
   basic_part.num_minor = m;
@@ -151,6 +153,7 @@ void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& lea
 
 void SimplexState::delete_rows(const Vector<int>& list) {
   settle_before_reshape();
+  if (!problem.has_rows()) problem.rows = transpose(problem.columns);
   Vector<int> positions;
   for (const int i : list) {
     if (basis_valid && status[n + i] == kBasic) positions.push_back(position[n + i]);
