@@ -2,8 +2,8 @@
 """Checks who includes whom.
 
 A file of src/ includes only files of its own folder (with everything below it) or of a folder on a
-lower floor; folders on the same floor do not see each other. The folders inside lp/ have floors of
-their own. The public header and the API's headers are for src/api/ alone. The command, the examples
+lower floor; folders on the same floor do not see each other. The folders inside lp/ and mip/ have
+floors of their own. The public header and the API's headers are for src/api/ alone. The command, the examples
 and the contract tests see kelvo.h alone.
 """
 import argparse
@@ -37,6 +37,16 @@ SUBFLOORS = {
         "sifting": 2,
         "solve": 3,
         "tableau": 4,
+    },
+    "mip": {
+        "form": 0,
+        "domain": 1,
+        "presolve": 2,
+        "relaxation": 2,
+        "cuts": 3,
+        "heuristics": 3,
+        "tree": 4,
+        "solve": 5,
     },
 }
 OUTSIDE = ("tools", "examples", os.path.join("tests", "api"))  # they see the public header alone
