@@ -8,6 +8,7 @@
 #include "lp/solve/conversion.h"
 #include "lp/solve/presolve_log.h"
 #include "lp/solve/presolved_problem.h"
+#include "prob/data/column_types.h"
 #include "prob/data/data_check.h"
 
 namespace kelvo {
@@ -282,7 +283,10 @@ int KLVbasicpresolve(KLVenv env, KLVprob lp, double* redlb, double* redub, int* 
     const PresolveSettings settings = read_presolve_settings(environment.settings());
     const TimeLimitScope time_limit(environment);
     const LpProblem program = with_rows(make_lp(problem.model()));
-    const StrengthenedBounds found = strengthen_bounds(program, settings, environment.stop_check());
+    Vector<char> may_be_zero;
+    for (const char type : problem.model().column_type) may_be_zero.push_back(is_semi_type(type));
+    const StrengthenedBounds found =
+        strengthen_bounds(program, may_be_zero, settings, environment.stop_check());
     if (found.finding.kind != FindingKind::none) {
       PresolveLog(environment.messages(), settings).finding(found.finding, program);
       return Status::failure(error::kPresolveInfeasible);

@@ -1,6 +1,6 @@
 #include "prob/solution.h"
 
-#include "prob/model/model.h"
+#include "prob/data/column_types.h"
 #include "prob/model/row_limits.h"
 
 namespace kelvo {
@@ -22,9 +22,7 @@ double outside(double value, double lower, double upper) {
 }
 
 bool may_be_zero(const Model& model, int column) {
-  if (model.column_type.empty()) return false;
-  const char type = model.column_type[column];
-  return type == 'S' || type == 'N';
+  return !model.column_type.empty() && is_semi_type(model.column_type[column]);
 }
 
 }  // namespace

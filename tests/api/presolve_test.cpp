@@ -159,6 +159,31 @@ TEST_F(PresolvedProblem, BoundsAlone) {
   EXPECT_EQ(KLVbasicpresolve(env, lp, lower, upper, redundant), 1117);
 }
 
+/// x is 0 or in [2, 10]: its rows leave it less, and leave the others what they have where it is 0.
+TEST_F(PresolvedProblem, BoundsBesideZero) {
+  const auto expect = [&](const std::string& rows, const std::vector<double>& bounds,
+                          int code = 0) {
+    SCOPED_TRACE(rows);
+    const std::string text =
+        "min x + y\nst\n" + rows + "\nbounds\n 2 <= x <= 10\n y <= 5\nsemi-continuous\n x\nend\n";
+    ASSERT_EQ(KLVreadcopyprob(env, lp, put("semi.lp", text).c_str(), nullptr), 0);
+    double lower[2], upper[2];
+    int redundant[2];
+    ASSERT_EQ(KLVbasicpresolve(env, lp, lower, upper, redundant), code);
+    if (code != 0) return;
+    EXPECT_EQ(redundant[0], 0);
+    for (int j = 0; j < 2; ++j) {
+      EXPECT_NEAR(lower[j], bounds[2 * j], 1e-9);
+      EXPECT_NEAR(upper[j], bounds[2 * j + 1], 1e-9);
+    }
+  };
+  expect(" x + y <= 4\n y >= 0", {2, 4, 0, 4});
+  expect(" x + y <= 4\n y >= 3", {0, 0, 3, 4});
+  expect(" x + y >= 7\n y >= 3", {2, 10, 3, 5});
+  expect(" x + y >= 2\n x + y <= 9", {2, 9, 0, 5});
+  expect(" x + y <= 1.5\n x - y >= 1", {}, 1117);
+}
+
 /// Bounds that cross by more than the tolerance are never closed, whoever looks at them.
 TEST_F(PresolvedProblem, BoundsThatCross) {
   const std::string text =

@@ -153,14 +153,9 @@ void DualPush::compute_row(int position) {
 double DualPush::slope(int j, double wanted) const {
   const double change = wanted > 0.0 ? row_.value[j] : -row_.value[j];  // z_j falls by it
   if (std::fabs(change) < kPivot || is_fixed(j)) return 0.0;
-  switch (status_[j]) {
-    case kAtLower:
-      return std::max(0.0, change);
-    case kAtUpper:
-      return std::max(0.0, -change);
-    default:
-      return std::fabs(change);
-  }
+  if (status_[j] == kAtLower) return std::max(0.0, change);
+  if (status_[j] == kAtUpper) return std::max(0.0, -change);
+  return std::fabs(change);
 }
 
 /// The variable that blocks, and the step it allows; -1 when the wanted step goes through.

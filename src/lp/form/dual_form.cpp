@@ -111,13 +111,29 @@ void DualForm::add_bound_columns(const LpProblem& primal) {
 
 void DualForm::recover(const LpProblem& primal, const LpSolution& dual,
                        LpSolution& solution) const {
-  const int n = primal.num_cols;
+  solution.layers = dual.layers;
   solution.x = point_;
   solution.y.assign(primal.num_rows, 0.0);
+  for (int j = 0; j < primal.num_cols; ++j) {
+    if (row_of_column_[j] >= 0) solution.x[j] -= dual.y[row_of_column_[j]];
+  }
+  for (int k = 0; k < dual_.num_cols; ++k) {
+    const ColumnOrigin& origin = columns_[k];
+    if (origin.kind == ColumnKind::column_bound) continue;
+    const bool upper = origin.kind == ColumnKind::row_upper;
+    solution.y[origin.line] += upper ? -dual.x[k] : dual.x[k];
+  }
+  solution.z = reduced_costs(ProgramView(primal), solution.y);
+  if (dual.layers.basis) recover_basis(primal, dual, solution);
+}
+
+/// The complementary basis; what is nonbasic in it is exactly at its bound.
+void DualForm::recover_basis(const LpProblem& primal, const LpSolution& dual,
+                             LpSolution& solution) const {
+  const int n = primal.num_cols;
   solution.status.assign(primal.num_vars(), kBasic);
   for (int j = 0; j < n; ++j) {
     const int row = row_of_column_[j];
-    if (row >= 0) solution.x[j] -= dual.y[row];
     if (row >= 0 && dual.status[dual_.num_cols + row] != kBasic) continue;
     solution.status[j] = std::isfinite(primal.lower[j])   ? kAtLower
                          : std::isfinite(primal.upper[j]) ? kAtUpper
@@ -126,20 +142,17 @@ void DualForm::recover(const LpProblem& primal, const LpSolution& dual,
   }
   for (int k = 0; k < dual_.num_cols; ++k) {
     const ColumnOrigin& origin = columns_[k];
-    const bool basic = dual.status[k] == kBasic;
+    if (dual.status[k] != kBasic) continue;
     if (origin.kind == ColumnKind::column_bound) {
-      if (!basic) continue;
       solution.status[origin.line] = kAtUpper;
       solution.x[origin.line] = primal.upper[origin.line];
       continue;
     }
-    const bool upper = origin.kind == ColumnKind::row_upper;
-    solution.y[origin.line] += upper ? -dual.x[k] : dual.x[k];
     // The logical of a row at its upper limit is at its lower bound.
-    const bool at_upper = upper || !std::isfinite(activity_lower(primal, origin.line));
-    if (basic) solution.status[n + origin.line] = at_upper ? kAtLower : kAtUpper;
+    const bool at_upper =
+        origin.kind == ColumnKind::row_upper || !std::isfinite(activity_lower(primal, origin.line));
+    solution.status[n + origin.line] = at_upper ? kAtLower : kAtUpper;
   }
-  solution.z = reduced_costs(ProgramView(primal), solution.y);
 }
 
 }  // namespace kelvo

@@ -40,10 +40,12 @@ class DualForm {
   const Vector<ColumnOrigin>& columns() const { return columns_; }  // [program columns]
   const Vector<int>& row_columns() const { return rows_; }          // [program rows] primal column
 
-  /// A basic solution of the program (x, y, status) as one of the primal, with its reduced costs.
+  /// A solution of the program, with or without a basis, as one of the primal with the same layers
+  /// and with its reduced costs.
   void recover(const LpProblem& primal, const LpSolution& dual, LpSolution& solution) const;
 
  private:
+  void recover_basis(const LpProblem& primal, const LpSolution& dual, LpSolution& solution) const;
   void place_columns(const LpProblem& primal);
   void add_row_columns(const LpProblem& primal);
   void add_bound_columns(const LpProblem& primal);

@@ -66,14 +66,9 @@ Sum sum_column(const ProgramView& lp, int j, const double* y, double start, doub
 /// By how much the reduced cost is wrong for a variable of this status.
 double wrong_sign(int status, double lower, double upper, double reduced_cost) {
   if (status != kBasic && lower >= upper) return 0.0;
-  switch (status) {
-    case kAtLower:
-      return std::max(0.0, -reduced_cost);
-    case kAtUpper:
-      return std::max(0.0, reduced_cost);
-    default:
-      return std::fabs(reduced_cost);
-  }
+  if (status == kAtLower) return std::max(0.0, -reduced_cost);
+  if (status == kAtUpper) return std::max(0.0, reduced_cost);
+  return std::fabs(reduced_cost);
 }
 
 double measure_primal(const ProgramView& lp, LpSolution& solution) {
@@ -109,6 +104,32 @@ double measure_dual(const ProgramView& lp, LpSolution& solution) {
     worst = std::max(worst, wrong_sign(status[v], lp.lower(v), lp.upper(v), -solution.y[v - n]));
   }
   return worst;
+}
+
+/// The dual side of a pair of x and y without a basis: what is wrong are reduced costs that pull
+/// towards an absent bound, and the distance between the objectives.
+void measure_pair(const ProgramView& lp, LpSolution& solution, Violations& violations) {
+  const int n = lp.num_cols;
+  solution.z.resize(n);
+  Sum bound;
+  const auto add = [&](int v, double reduced_cost, double magnitude) {
+    const double end = reduced_cost > 0.0 ? lp.lower(v) : lp.upper(v);
+    if (std::isfinite(end)) {
+      bound.add(static_cast<long double>(reduced_cost) * end);
+    } else {
+      const double wrong = beyond_rounding(std::fabs(reduced_cost), magnitude);
+      violations.dual = std::max(violations.dual, wrong);
+    }
+  };
+  for (int j = 0; j < n; ++j) {
+    const Sum sum = sum_column(lp, j, solution.y.data(), lp.cost(j), -1.0);
+    solution.z[j] = static_cast<double>(sum.value);
+    add(j, solution.z[j], static_cast<double>(sum.magnitude));
+  }
+  for (int i = 0; i < lp.num_rows; ++i) add(n + i, -solution.y[i], 0.0);
+  const double apart = std::fabs(solution.objective - static_cast<double>(bound.value));
+  violations.gap = beyond_rounding(apart, static_cast<double>(bound.magnitude)) /
+                   (1.0 + std::fabs(solution.objective));
 }
 
 /// Least value of weight * v over lower <= v <= upper, as a term of a proof; false when there is
@@ -203,12 +224,16 @@ Vector<double> reduced_costs(const ProgramView& lp, const Vector<double>& y) {
 Violations complete_and_measure(const ProgramView& lp, LpSolution& solution) {
   Violations violations;
   violations.primal = measure_primal(lp, solution);
-  violations.dual = measure_dual(lp, solution);
   long double objective = 0.0L;
   for (int j = 0; j < lp.num_cols; ++j) {
     objective += static_cast<long double>(lp.cost(j)) * solution.x[j];
   }
   solution.objective = static_cast<double>(objective);
+  if (solution.layers.basis) {
+    violations.dual = measure_dual(lp, solution);
+  } else if (solution.layers.duals) {
+    measure_pair(lp, solution, violations);
+  }
   return violations;
 }
 

@@ -11,13 +11,16 @@ namespace kelvo {
 struct Violations {
   double primal = 0.0;  // largest violation of a row limit or a column bound
   double dual = 0.0;    // largest reduced cost or dual of the wrong sign, or of a basic variable
+  double gap = 0.0;     // without a basis: between primal and dual objective, relative to it
 };
 
 /// c - A'y [num_cols] for duals y [num_rows].
 Vector<double> reduced_costs(const ProgramView& lp, const Vector<double>& y);
 
-/// Completes a basic solution of which x, y and the statuses are known, and measures the
-/// violations. The sign that a reduced cost may have follows from the status.
+/// Completes a solution of which the layers that it has are known, x, y and the statuses, and
+/// measures the violations. The sign that a reduced cost may have follows from the status; without
+/// a basis it may have either one where there is a bound on that side, and the gap tells the rest.
+/// Without duals the dual side is not measured.
 Violations complete_and_measure(const ProgramView& lp, LpSolution& solution);
 
 /// How far a nonbasic variable whose multiplier is not zero is from the bound that its status

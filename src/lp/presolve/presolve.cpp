@@ -178,7 +178,13 @@ PresolveOutcome outcome_of(const PresolveLp& lp) {
     case FindingKind::dual_bounds_column:
     case FindingKind::dual_bounds_row:
       return PresolveOutcome::dual_infeasible;
-    default:
+    case FindingKind::empty_row:
+    case FindingKind::column_bounds:
+    case FindingKind::integer_column:
+    case FindingKind::forced_row:
+    case FindingKind::implied_bounds:
+    case FindingKind::duplicate_rows:
+    case FindingKind::dependent_row:
       return PresolveOutcome::infeasible;
   }
   if (lp.stopped() != StopReason::none) {

@@ -2,8 +2,9 @@
 //
 //     Presolve presolve(lp, settings, marks, stop);
 //     if (presolve.outcome() == PresolveOutcome::reduced) {
+//       const LpProblem reduced = presolve.take_reduced();
 //       LpSolution solution;
-//       solve_reduced(presolve, presolve.take_reduced(), inner, solution);   // solve_reduced.h
+//       solve_reduced(presolve, reduced, inner, solution);   // solve_reduced.h
 //     }
 //
 // The reduced program keeps rows and columns in their order. Bounds are tightened in it only where

@@ -12,13 +12,11 @@ namespace kelvo {
 /// point method x, y and z, a simplex method all), says whether there is one, and may keep what it
 /// likes of its own outcome. `original` gets the solution of the original program with the same
 /// layers. False, with `original` unchanged, when there is none.
-///
-/// `reduced` comes from presolve.take_reduced(); it belongs to the inner solve.
 template <class InnerSolve>
-bool solve_reduced(const Presolve& presolve, LpProblem&& reduced, InnerSolve&& inner,
+bool solve_reduced(const Presolve& presolve, const LpProblem& reduced, InnerSolve&& inner,
                    LpSolution& original) {
   LpSolution small;
-  if (!std::forward<InnerSolve>(inner)(std::move(reduced), small)) return false;
+  if (!std::forward<InnerSolve>(inner)(reduced, small)) return false;
   presolve.postsolve(small, original);
   return true;
 }

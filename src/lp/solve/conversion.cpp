@@ -307,7 +307,8 @@ SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettin
   const Violations violations = complete_and_measure(program.view(), solution);
   record.primal_feasible =
       answer.primal_feasible && violations.primal <= settings.feasibility_tolerance;
-  record.dual_feasible = answer.dual_feasible && violations.dual <= settings.optimality_tolerance;
+  record.dual_feasible = answer.dual_feasible && violations.dual <= settings.optimality_tolerance &&
+                         violations.gap <= settings.optimality_tolerance;
   if (answer.outcome == LpOutcome::optimal && !(record.primal_feasible && record.dual_feasible)) {
     result.status = kOptimalUnscaledInfeasible;
   }
@@ -320,7 +321,9 @@ SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettin
     record.farkas = std::move(answer.farkas);
     record.ray = std::move(answer.ray);
   }
-  record.has_primal = record.has_dual = record.has_basis = true;
+  record.has_primal = true;
+  record.has_dual = solution.layers.duals;
+  record.has_basis = solution.layers.basis;
   record.objective = model.sense * solution.objective + 0.0;
   record.x = std::move(solution.x);
   record.activity = std::move(solution.activity);
@@ -328,7 +331,7 @@ SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettin
   record.dj = std::move(solution.z);
   for (double& pi : record.pi) pi = model.sense * pi + 0.0;
   for (double& dj : record.dj) dj = model.sense * dj + 0.0;
-  lp_to_stored_status(solution.status, model, result.basis);
+  if (record.has_basis) lp_to_stored_status(solution.status, model, result.basis);
   return result;
 }
 

@@ -52,15 +52,12 @@ void PresolveLog::finding(const Finding& finding, const LpProblem& lp) {
   const LineName other(lp, text.of_row, finding.other);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-  switch (finding.kind) {
-    case FindingKind::empty_row:
-      sink_.print(Channel::results, text.format, line.text(), finding.sense, finding.rhs);
-      break;
-    case FindingKind::duplicate_rows:
-      sink_.print(Channel::results, text.format, line.text(), other.text());
-      break;
-    default:
-      sink_.print(Channel::results, text.format, line.text());
+  if (finding.kind == FindingKind::empty_row) {
+    sink_.print(Channel::results, text.format, line.text(), finding.sense, finding.rhs);
+  } else if (finding.kind == FindingKind::duplicate_rows) {
+    sink_.print(Channel::results, text.format, line.text(), other.text());
+  } else {
+    sink_.print(Channel::results, text.format, line.text());
   }
 #pragma GCC diagnostic pop
 }

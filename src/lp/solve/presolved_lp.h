@@ -24,11 +24,6 @@ class PresolvedLp {
   /// After the outcome `unchanged` makes the reduced program a copy of the original one.
   void keep_identity(const LpProblem& original);
 
-  /// A complete solution of the reduced program as one of the original program: x, y and statuses.
-  void postsolve(const LpSolution& solution, LpSolution& original) const {
-    presolve_.postsolve(solution, original);
-  }
-
   /// A start of the original program as one of the reduced program. When it comes with a point
   /// (`start.x`), the reduced start is at that point: columns that presolve's changes of the basis
   /// leave between their bounds are superbasic.

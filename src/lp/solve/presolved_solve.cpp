@@ -5,6 +5,7 @@
 
 #include "lp/crossover/dual_push.h"
 #include "lp/form/verification.h"
+#include "lp/presolve/solve_reduced.h"
 #include "lp/solve/driver_log.h"
 #include "lp/solve/dual_solve.h"
 #include "lp/solve/lp_solver.h"
@@ -38,10 +39,14 @@ class PresolvedSolve {
   LpAnswer run(const PresolvedLp& presolved);
 
  private:
-  LpAnswer solve_reduced(const PresolvedLp& presolved);
-  LpAnswer postsolve(const PresolvedLp& presolved, const LpAnswer& small) const;
+  LpAnswer solve_inner(const PresolvedLp& presolved, const LpProblem& reduced) const;
   bool settle_basis(LpSolution& basic) const;
-  LpAnswer finish(const LpAnswer& answer);
+  void judge(LpAnswer& answer) const;
+  LpAnswer conclude(LpAnswer&& answer, bool proved);
+  LpAnswer continue_from(const LpStart& start, const LpAnswer& earlier,
+                         const LpAlgorithm& algorithm);
+  /// The settings for what follows a part of the solve: the iteration limit counts both.
+  DriverSettings settings_after(const LpAnswer& earlier) const;
 
   const LpProblem& lp_;
   Owned<WorkingLp>& working_;
@@ -51,93 +56,110 @@ class PresolvedSolve {
   const CallContext& context_;
 };
 
-LpAnswer PresolvedSolve::solve_reduced(const PresolvedLp& presolved) {
+DriverSettings PresolvedSolve::settings_after(const LpAnswer& earlier) const {
   DriverSettings settings = settings_;
+  int& limit = settings.simplex.iteration_limit;
+  limit = std::max(0, limit - earlier.iterations);
+  return settings;
+}
+
+LpAnswer PresolvedSolve::solve_inner(const PresolvedLp& presolved, const LpProblem& reduced) const {
   Owned<WorkingLp> working;
-  const LpProblem& reduced = presolved.reduced();
-  if (settings.use_basis && start_.present) {
+  if (settings_.use_basis && start_.present) {
     // A start is one of the primal.
-    DriverLog(context_.sink, settings.simplex.display).crushed_basis();
+    DriverLog(context_.sink, settings_.simplex.display).crushed_basis();
     return solve_without_presolve(reduced, working, presolved.crush(start_, lp_), algorithm_,
-                                  settings, context_);
+                                  settings_, context_);
   }
   LpAnswer dual;
-  if (prefers_dual_form(reduced, settings.presolve) &&
-      solve_dual_form(reduced, algorithm_, settings, context_, dual)) {
+  if (prefers_dual_form(reduced, settings_.presolve) &&
+      solve_dual_form(reduced, algorithm_, settings_, context_, dual)) {
     return dual;
   }
-  int& limit = settings.simplex.iteration_limit;
-  limit = std::max(0, limit - dual.iterations);
-  LpAnswer primal =
-      solve_without_presolve(reduced, working, LpStart(), algorithm_, settings, context_);
+  LpAnswer primal = solve_without_presolve(reduced, working, LpStart(), algorithm_,
+                                           settings_after(dual), context_);
   primal.count_iterations_of(dual);
   return primal;
 }
 
 /// False when the values are no longer those of the basis.
 bool PresolvedSolve::settle_basis(LpSolution& basic) const {
-  if (basic.basis_is_settled) return true;
+  if (!basic.layers.basis || basic.basis_is_settled) return true;
   return push_duals(with_rows(lp_), basic.y, basic.status, context_.stop);
 }
 
-LpAnswer PresolvedSolve::postsolve(const PresolvedLp& presolved, const LpAnswer& small) const {
-  LpAnswer answer;
+/// Measures a solution that has come from the reduced program on the program itself.
+void PresolvedSolve::judge(LpAnswer& answer) const {
   LpSolution& solution = answer.solution;
-  presolved.postsolve(small.solution, solution);
   const bool settled = settle_basis(solution);
-  answer.outcome = small.outcome;
-  answer.has_solution = true;
   const double feasibility = settings_.simplex.feasibility_tolerance;
   const double optimality = settings_.simplex.optimality_tolerance;
   const ProgramView view(lp_);
   const Violations violations = complete_and_measure(view, solution);
+  answer.has_solution = true;
   answer.primal_feasible = violations.primal <= feasibility;
+  answer.dual_feasible = settled && violations.dual <= optimality && violations.gap <= optimality;
+  if (!solution.layers.basis) return;
   // A reduced cost of the right sign proves nothing where the variable is not at its bound.
   const double apart = measure_complementarity(view, optimality, solution);
-  answer.dual_feasible =
-      settled && violations.dual <= optimality && apart <= largest_gap(solution, feasibility);
-  answer.condition = small.condition;
-  answer.count_iterations_of(small);
-  return answer;
+  answer.dual_feasible = answer.dual_feasible && apart <= largest_gap(solution, feasibility);
 }
 
-LpAnswer PresolvedSolve::finish(const LpAnswer& answer) {
-  DriverSettings settings = settings_;
-  settings.use_basis = true;
-  int& limit = settings.simplex.iteration_limit;
-  limit = std::max(0, limit - answer.iterations);
-  const LpAlgorithm& method =
-      algorithm_of(answer.primal_feasible ? LpMethod::primal : LpMethod::dual);
+LpAnswer PresolvedSolve::continue_from(const LpStart& start, const LpAnswer& earlier,
+                                       const LpAlgorithm& algorithm) {
+  DriverSettings settings = settings_after(earlier);
+  settings.use_basis = start.present;
+  LpAnswer full = solve_without_presolve(lp_, working_, start, algorithm, settings, context_);
+  full.count_iterations_of(earlier);
+  return full;
+}
+
+/// What a judged answer lacks is a matter of the simplex method from its basis. `proved`: the
+/// reduced program is infeasible or unbounded.
+LpAnswer PresolvedSolve::conclude(LpAnswer&& answer, bool proved) {
+  if (!proved && answer.is_feasible()) {
+    answer.outcome = LpOutcome::optimal;
+    return std::move(answer);
+  }
+  if (!answer.solution.layers.basis) {
+    if (answer.outcome == LpOutcome::optimal) {
+      answer.outcome = LpOutcome::optimal_unscaled_infeasible;
+    }
+    return std::move(answer);
+  }
   LpStart start;
   start.present = true;
   start.status = answer.solution.status;
-  LpAnswer full = solve_without_presolve(lp_, working_, start, method, settings, context_);
-  full.count_iterations_of(answer);
+  LpAnswer full = continue_from(
+      start, answer, algorithm_of(answer.primal_feasible ? LpMethod::primal : LpMethod::dual));
   // What was proved of the reduced program holds, even when the full one resists.
-  const bool proved =
-      answer.outcome == LpOutcome::infeasible || answer.outcome == LpOutcome::unbounded;
   if (full.outcome == LpOutcome::non_optimal && proved) full.outcome = answer.outcome;
   return full;
 }
 
 LpAnswer PresolvedSolve::run(const PresolvedLp& presolved) {
-  const LpAnswer small = solve_reduced(presolved);
-  if (small.singular || !small.has_solution) {
-    DriverSettings settings = settings_;
-    settings.use_basis = false;
-    return solve_without_presolve(lp_, working_, LpStart(), algorithm_, settings, context_);
-  }
-  LpAnswer answer = postsolve(presolved, small);
+  LpAnswer small, answer;
+  const bool solved = solve_reduced(
+      presolved.presolve(), presolved.reduced(),
+      [&](const LpProblem& reduced, LpSolution& solution) {
+        small = solve_inner(presolved, reduced);
+        solution = std::move(small.solution);
+        return !small.singular && small.has_solution;
+      },
+      answer.solution);
+  if (!solved) return continue_from(LpStart(), small, algorithm_);
+  answer.outcome = small.outcome;
+  answer.condition = small.condition;
+  answer.count_iterations_of(small);
+  judge(answer);
   switch (answer.outcome) {
     case LpOutcome::optimal:
     case LpOutcome::optimal_unscaled_infeasible:
     case LpOutcome::non_optimal:
-      if (!answer.is_feasible()) return finish(answer);
-      answer.outcome = LpOutcome::optimal;
-      return answer;
+      return conclude(std::move(answer), false);
     case LpOutcome::infeasible:
     case LpOutcome::unbounded:
-      return finish(answer);
+      return conclude(std::move(answer), true);
     case LpOutcome::infeasible_or_unbounded:
     case LpOutcome::iteration_limit:
     case LpOutcome::time_limit:

@@ -14,6 +14,11 @@ constexpr bool is_integer_type(char type) {
   return type != 'C' && type != 'S';
 }
 
+/// True for types whose columns may be 0 whatever their bounds say.
+constexpr bool is_semi_type(char type) {
+  return type == 'S' || type == 'N';
+}
+
 /// Rounds the finite bounds of all integer columns inward. Returns whether one of them moved by
 /// more than the tolerance.
 bool round_integer_bounds(Model& model) noexcept;

@@ -144,14 +144,13 @@ bool check_program(const LpProblem& lp, const PresolveSettings& settings, Tally&
   if (outcome == PresolveOutcome::reduced) ++tally.reduced;
   const auto counts = presolve_run.stack().records.counts();
   for (int kind = 0; kind < UndoRecords::kNumKinds; ++kind) tally.records[kind] += counts[kind];
-  LpProblem reduced;
+  const LpProblem reduced = Presolve(presolve_run).take_reduced();
   Solved small;
   LpSolution full;
   solve_reduced(
-      presolve_run, Presolve(presolve_run).take_reduced(),
-      [&](LpProblem&& program, LpSolution& solution) {
-        reduced = std::move(program);
-        small = solve(reduced);
+      presolve_run, reduced,
+      [&](const LpProblem& program, LpSolution& solution) {
+        small = solve(program);
         solution = small.basic;
         return small.outcome == SimplexOutcome::optimal;
       },

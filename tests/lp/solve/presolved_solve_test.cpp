@@ -169,5 +169,70 @@ TEST(PresolvedSolve, ProofsComeForTheFullModel) {
   }
 }
 
+/// The iteration limit holds for everything that follows a presolved run, too: another run where
+/// the dual form has no optimum, and iterations on the whole program, which proofs need.
+TEST(PresolvedSolve, OneLimitForAllParts) {
+  int limited_runs = 0;
+  for (int seed = 0; seed < 1500; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    Random random(7 * seed + 3);
+    const Model model = random_model(random);
+    ModelSolver solver;
+    solver.settings.presolve.dual_form = seed % 3 == 0 ? 1 : -1;
+    const ModelAnswer free = solver.solve(model);
+    if (free.status == kOptimal) continue;
+    if (free.record.iterations > 0) ++limited_runs;
+    for (int limit = 0; limit <= free.record.iterations + 1; ++limit) {
+      ModelSolver limited;
+      limited.settings.presolve.dual_form = solver.settings.presolve.dual_form;
+      limited.settings.simplex.iteration_limit = limit;
+      const ModelAnswer answer = limited.solve(model);
+      ASSERT_LE(answer.record.iterations, limit);
+      if (limit < free.record.iterations) {
+        ASSERT_EQ(answer.status, kIterationLimit);
+      }
+      if (limit > free.record.iterations) {
+        ASSERT_EQ(answer.status, free.status);
+      }
+    }
+  }
+  EXPECT_GT(limited_runs, 5);
+}
+
+/// An optimizer that ends with a pair of points: what it has goes the same way, and no simplex
+/// method follows.
+LpAnswer solve_without_basis(const LpTask& task) {
+  LpAnswer answer = algorithm_of(LpMethod::dual).run(task);
+  answer.solution.layers.basis = false;
+  answer.solution.status.clear();
+  return answer;
+}
+
+TEST(PresolvedSolve, PointsWithoutABasisComeBack) {
+  const LpAlgorithm pointwise{"points", 0, kMethodNone, solve_without_basis};
+  int optimal = 0, points = 0;
+  for (int seed = 0; seed < 600; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    Random random(13 * seed + 1);
+    const Model model = random_model(random);
+    const ModelAnswer direct = solve(model, false).answer;
+    if (direct.status != kOptimal) continue;
+    ++optimal;
+    ModelSolver solver;
+    solver.settings.simplex.sense = model.sense;
+    solver.settings.presolve.dual_form = seed % 2 == 0 ? 1 : -1;
+    SolveResult result;
+    ASSERT_TRUE(solve_model(model, solver.changes, solver.kept, StoredBasis(), pointwise,
+                            solver.settings, {solver.sink, solver.never}, result));
+    ASSERT_EQ(result.status, kOptimal);
+    ASSERT_EQ(result.solution.has_basis, result.basis.present);
+    if (!result.basis.present) ++points;  // nothing may be left to solve
+    ASSERT_NEAR(result.solution.objective, direct.record.objective,
+                1e-8 * (1.0 + std::fabs(direct.record.objective)));
+  }
+  EXPECT_GT(points, optimal / 5);
+  EXPECT_GT(optimal, 150);
+}
+
 }  // namespace
 }  // namespace kelvo

@@ -37,10 +37,36 @@ void tighten_columns_of(PresolveLp& lp, int i) {
   }
 }
 
+/// Every column may take all the values that it has, without a gap.
+LpProblem without_gaps(const LpProblem& lp, const Vector<char>& may_be_zero) {
+  LpProblem hull(lp);
+  for (int j = 0; j < lp.num_cols && !may_be_zero.empty(); ++j) {
+    if (!may_be_zero[j]) continue;
+    hull.lower[j] = std::min(hull.lower[j], 0.0);
+    hull.upper[j] = std::max(hull.upper[j], 0.0);
+  }
+  return hull;
+}
+
+/// Bounds without the gap, tightened to [low, high], as bounds beside 0; false when nothing is
+/// left.
+bool restore_gap(double lower, double upper, double tolerance, double& low, double& high) {
+  const double least = std::max(low, lower), most = std::min(high, upper);
+  if (least <= most + tolerance) {
+    low = std::min(least, most);
+    high = most;
+    return true;
+  }
+  if (low > tolerance || high < -tolerance) return false;
+  low = high = 0.0;
+  return true;
+}
+
 }  // namespace
 
-StrengthenedBounds strengthen_bounds(const LpProblem& lp_problem, const PresolveSettings& settings,
-                                     StopCheck& stop) {
+StrengthenedBounds strengthen_bounds(const LpProblem& caller_lp, const Vector<char>& may_be_zero,
+                                     const PresolveSettings& settings, StopCheck& stop) {
+  const LpProblem lp_problem = without_gaps(caller_lp, may_be_zero);
   PresolveLp lp(lp_problem, settings, ColumnMarks(), stop);
   const std::int64_t limit = 10000 + kWorkPerNonzero * lp.matrix.num_nonzeros();
   while (!lp.row_list.empty() && !lp.ended() && lp.work < limit) {
@@ -58,6 +84,12 @@ StrengthenedBounds strengthen_bounds(const LpProblem& lp_problem, const Presolve
     }
     tighten_columns_of(lp, i);
     lp.poll();
+  }
+  for (int j = 0; j < lp.num_cols() && !may_be_zero.empty() && !lp.ended(); ++j) {
+    if (may_be_zero[j] && !restore_gap(caller_lp.lower[j], caller_lp.upper[j],
+                                       settings.feasibility_tolerance, lp.lower[j], lp.upper[j])) {
+      lp.fail(FindingKind::column_bounds, j);
+    }
   }
   StrengthenedBounds result;
   result.finding = lp.finding;

@@ -7,12 +7,16 @@
 namespace kelvo {
 
 struct StrengthenedBounds {
-  Finding finding;                // kind `none` unless the program is infeasible
-  Vector<double> lower, upper;    // [columns]
+  Finding finding;  // kind `none` unless the program is infeasible
+  // [columns]. Those of a column that may be 0 beside hold where it is not 0; when it can only be
+  // 0, both are.
+  Vector<double> lower, upper;
   Vector<char> row_is_redundant;  // [rows] 1: the bounds keep the row
 };
 
-StrengthenedBounds strengthen_bounds(const LpProblem& lp, const PresolveSettings& settings,
-                                     StopCheck& stop);
+/// `may_be_zero` [columns] or empty; 1: the column (a semi-continuous one) is 0 or within its
+/// bounds. The program has its rows.
+StrengthenedBounds strengthen_bounds(const LpProblem& lp, const Vector<char>& may_be_zero,
+                                     const PresolveSettings& settings, StopCheck& stop);
 
 }  // namespace kelvo
