@@ -3,8 +3,9 @@
 
 A file of src/ includes only files of its own folder (with everything below it) or of a folder on a
 lower floor; folders on the same floor do not see each other. The folders inside lp/ and mip/ have
-floors of their own. The public header and the API's headers are for src/api/ alone. The command, the examples
-and the contract tests see kelvo.h alone.
+floors of their own, and the rooms named by PRIVATE are for the folder they are in. The public
+header and the API's headers are for src/api/ alone. The command, the examples and the contract
+tests see kelvo.h alone.
 """
 import argparse
 import os
@@ -49,6 +50,10 @@ SUBFLOORS = {
         "solve": 5,
     },
 }
+# Rooms that only the files of the folder around them see: the others go through its headers.
+PRIVATE = {
+    os.path.join("lp", "simplex"): ("state", "dual", "primal"),
+}
 OUTSIDE = ("tools", "examples", os.path.join("tests", "api"))  # they see the public header alone
 SOURCES = (".h", ".hpp", ".c", ".cpp")
 INCLUDE = re.compile(r'^\s*#\s*include\s*(["<])([^">]+)[">]')
@@ -86,6 +91,16 @@ def resolve(path, source, name):
     return inside if os.path.exists(os.path.join(source, inside)) else None
 
 
+def check_private(path, number, inside, target, complain):
+    for folder, names in PRIVATE.items():
+        if inside.startswith(folder + os.sep):
+            continue
+        for name in names:
+            room = os.path.join(folder, name)
+            if target.startswith(room + os.sep):
+                complain(path, number, "%s is for the files of %s alone" % (room, folder))
+
+
 def check_include(path, number, rooms_of_file, rooms_of_target, complain):
     folder, room = rooms_of_file
     target, target_room = rooms_of_target
@@ -119,6 +134,7 @@ def check_library(root, complain):
             target = resolve(path, source, name)
             if target is not None:
                 check_include(path, number, (folder, room), rooms(target), complain)
+                check_private(path, number, inside, target, complain)
 
 
 def check_outside(root, complain):

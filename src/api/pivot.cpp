@@ -46,7 +46,8 @@ Status change_basis(Environment& environment, Problem& problem, bool careful, Ch
   }
   Owned<WorkingLp> working = problem.working_lp.take();
   {
-    BasisExchange exchange(*working, {.sink = &environment.messages()});
+    const RunContext context{.sink = &environment.messages()};
+    BasisExchange exchange(*working, settings.simplex, context);
     const ExchangeOutcome outcome = change(*working, exchange);
     if (outcome == ExchangeOutcome::done) exchange.compute_values();
     if (outcome == ExchangeOutcome::singular) return Status::failure(error::kBasisSingular);

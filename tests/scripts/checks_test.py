@@ -52,6 +52,7 @@ class Floors(unittest.TestCase):
             "frame in an engine": {"src/lp/factor/lu.h": '#include "api/frame/api_frame.h"\n'},
             "frame sees a function": {"src/api/frame/api_frame.h": '#include "api/query.cpp"\n'},
             "upward inside a folder": {"src/lp/factor/lu.h": '#include "lp/simplex/state/state.h"\n'},
+            "room of another folder": {"src/lp/solve/a.cpp": '#include "lp/simplex/state/state.h"\n'},
             "room without a floor": {"src/lp/elsewhere/a.h": "\n"},
             "no floor": {"src/elsewhere/a.cpp": "\n"},
             "bridge sees insides": {"src/jni/bridge.cpp": '#include "prob/../base/memory.h"\n'},

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "lp/sifting/row_prices.h"
-#include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
 namespace {
@@ -319,7 +318,7 @@ void ColumnSubset::price(const Vector<double>& y, double cost_factor, double sig
 
 /// Columns of the steepest descent come first.
 void ColumnSubset::price_with_duals() {
-  price(simplex_->row_duals(), 1.0, 1.0, simplex_->state().dual_tolerance);
+  price(simplex_->row_duals(), 1.0, 1.0, simplex_->dual_tolerance());
   for (Candidate& c : candidates_) c.merit *= c.merit / norm_[c.column];
 }
 

@@ -164,8 +164,35 @@ double Simplex::work() const {
   return state_->work();
 }
 
-SimplexState& Simplex::state() {
-  return *state_;
+double Simplex::dual_tolerance() const {
+  return state_->dual_tolerance;
+}
+
+bool Simplex::has_factor() const {
+  return state_->factor_current();
+}
+
+bool Simplex::compute_basic_solution(const SimplexSettings& settings, const RunContext& context) {
+  const LentContext lent(*state_, context);
+  state_->begin_run(settings);
+  const bool current = state_->factor_current() && state_->primals_fresh && state_->duals_fresh;
+  if (!current && no_factor(state_->refactorize())) return false;
+  state_->store_results();
+  return true;
+}
+
+void Simplex::give_dual_weights(const Vector<double>& weights) {
+  for (int p = 0; p < state_->m; ++p) state_->dual_weights[p] = weights[state_->header[p]];
+  state_->dual_weights_valid = true;
+  state_->dual_weights_full = state_->dual_weights_unit = false;
+}
+
+void Simplex::give_primal_weights(Vector<double> weights) {
+  state_->given_primal_weights.swap(weights);
+}
+
+int Simplex::bytes_per_entry(bool compact) {
+  return PartitionedRows::bytes_per_entry(compact);
 }
 
 }  // namespace kelvo

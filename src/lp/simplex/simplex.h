@@ -177,10 +177,30 @@ class Simplex {
   double markowitz_threshold() const;  // as raised by the runs
   double work() const;                 // nonzeros touched by all runs
 
-  /// The machinery itself, for engines of this floor that work on the same basis.
-  SimplexState& state();
+  /// The reduced costs of an optimum have the right sign within this tolerance, which may be
+  /// smaller than that of the settings. Of the last run.
+  double dual_tolerance() const;
+
+  // The basis and its factor outside of runs. SimplexTableau solves with it, BasisSteps changes it.
+
+  /// The factor is that of the basis in force.
+  bool has_factor() const;
+  /// Factors the basis in force and computes its values, as a run without iterations would. False
+  /// when the basis is singular or the factorization was stopped; a repair is no failure.
+  bool compute_basic_solution(const SimplexSettings& settings, const RunContext& context = {});
+  /// Steepest-edge weights of the basis in force for the next runs, by variable [num_vars] and
+  /// positive: of the basic ones for the dual method, of the nonbasic ones for the primal method.
+  /// They need not be exact. No weights (empty) for the primal method drops those given before.
+  void give_dual_weights(const Vector<double>& weights);
+  void give_primal_weights(Vector<double> weights);
+  /// Bytes that each nonzero of the matrix takes in addition to the problem, without the copy for
+  /// dense products.
+  static int bytes_per_entry(bool compact);
 
  private:
+  friend class BasisSteps;
+  friend class SimplexTableau;
+
   template <class Run>
   SimplexOutcome run(const SimplexSettings& settings, const RunContext& context, bool dual,
                      Run run);

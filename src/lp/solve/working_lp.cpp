@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "lp/crossover/refine_ray.h"
-#include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
 namespace {
@@ -55,23 +54,21 @@ void WorkingLp::start_from(const LpStart& start) {
 }
 
 void WorkingLp::give_norms(const LpStart& start) {
-  SimplexState& state = simplex_->state();
   if (!start.dual_norm.empty()) {
-    for (int p = 0; p < lp_.num_rows; ++p) {
-      const int v = state.header[p];
+    Vector<double> weights(lp_.num_vars(), 1.0);
+    for (int v = 0; v < lp_.num_vars(); ++v) {
       const double factor = scaling_.variable_factor(v, lp_.num_cols);
       const double norm = start.dual_norm[v];
-      state.dual_weights[p] = is_weight(norm) ? norm * factor * factor : 1.0;
+      if (is_weight(norm)) weights[v] = norm * factor * factor;
     }
-    state.dual_weights_valid = true;
-    state.dual_weights_full = state.dual_weights_unit = false;
+    simplex_->give_dual_weights(weights);
   }
-  state.given_primal_weights.clear();
-  if (start.primal_norm.empty()) return;
-  state.given_primal_weights.assign(lp_.num_vars(), 1.0);
-  for (int v = 0; v < lp_.num_vars(); ++v) {
-    if (is_weight(start.primal_norm[v])) state.given_primal_weights[v] = start.primal_norm[v];
+  Vector<double> weights;
+  if (!start.primal_norm.empty()) weights.assign(lp_.num_vars(), 1.0);
+  for (std::size_t v = 0; v < weights.size(); ++v) {
+    if (is_weight(start.primal_norm[v])) weights[v] = start.primal_norm[v];
   }
+  simplex_->give_primal_weights(std::move(weights));
 }
 
 bool WorkingLp::has_basic_variables_of(const Vector<int>& status) const {
@@ -80,13 +77,13 @@ bool WorkingLp::has_basic_variables_of(const Vector<int>& status) const {
 }
 
 bool WorkingLp::has_factor() const {
-  return simplex_->state().factor_current();
+  return simplex_->has_factor();
 }
 
 double WorkingLp::matrix_bytes(int nonzeros, bool compact) {
   constexpr double kEntry = sizeof(int) + sizeof(double);
   const int copies = compact ? 1 : 2;  // column-wise; row-wise, too
-  return nonzeros * (copies * kEntry + PartitionedRows::bytes_per_entry(compact));
+  return nonzeros * (copies * kEntry + Simplex::bytes_per_entry(compact));
 }
 
 LpProblem WorkingLp::unscaled_copy() const {
@@ -141,12 +138,7 @@ bool WorkingLp::magnify_blocking(const Vector<double>& direction) {
 }
 
 bool WorkingLp::compute_basic_solution(const SimplexSettings& settings, const RunContext& context) {
-  SimplexState& state = simplex_->state();
-  const LentContext lent(state, context);
-  state.begin_run(settings);
-  const bool current = state.factor_current() && state.primals_fresh && state.duals_fresh;
-  has_basic_solution_ = current || !no_factor(state.refactorize());
-  if (has_basic_solution_) state.store_results();
+  has_basic_solution_ = simplex_->compute_basic_solution(settings, context);
   return has_basic_solution_;
 }
 

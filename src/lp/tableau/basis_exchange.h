@@ -6,7 +6,8 @@
 // working LP must be thrown away.
 #pragma once
 
-#include "lp/simplex/state/simplex_state.h"
+#include "lp/simplex/basis_steps.h"
+#include "lp/simplex/simplex_tableau.h"
 #include "lp/solve/working_lp.h"
 
 namespace kelvo {
@@ -16,7 +17,7 @@ enum class ExchangeOutcome { done, illegal, singular };
 class BasisExchange {
  public:
   /// `context` must outlive the object.
-  BasisExchange(WorkingLp& working, const RunContext& context);
+  BasisExchange(WorkingLp& working, const SimplexSettings& settings, const RunContext& context);
 
   /// Makes the slacks of rows basic. Each takes the place of a variable that is not among them:
   /// of those with large enough pivots the one nearest to a bound, so that the solution moves
@@ -40,13 +41,17 @@ class BasisExchange {
 
  private:
   ExchangeOutcome finish_exchange(int entering, int position, BasisStatus leaves_at);
-  void compute_column(int variable);
-  int position_to_leave(const Vector<char>& listed) const;
+  int largest_pivot(const WorkVector& inverse_row, const Vector<char>& listed) const;
+  bool is_basic(int variable) const { return simplex_.status()[variable] == kBasic; }
+  int position_to_leave(const Vector<double>& alpha, const Vector<char>& listed) const;
   int variable_to_enter(int position, const Vector<char>& listed);
   BasisStatus nearest_bound(int variable, double value) const;
 
-  SimplexState& state_;
-  const LentContext lent_;
+  const LpProblem& lp_;  // scaled
+  const Simplex& simplex_;
+  SimplexTableau tableau_;
+  BasisSteps steps_;
+  const double tolerance_;  // of feasibility
   const int m_;
   const int n_;
 };

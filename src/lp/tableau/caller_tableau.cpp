@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "lp/simplex/state/simplex_state.h"
 #include "prob/model/row_limits.h"
 
 namespace kelvo {
@@ -11,19 +10,20 @@ CallerTableau::CallerTableau(const Model& model, WorkingLp& working)
     : model_(model),
       scaling_(working.scaling()),
       lp_(working.lp()),
-      state_(working.simplex().state()),
-      header_(state_.header.data()),
+      simplex_(working.simplex()),
+      tableau_(working.simplex()),
+      header_(simplex_.header().data()),
       m_(lp_.num_rows),
       n_(lp_.num_cols),
-      values_(working.simplex().values().data()) {}
+      values_(simplex_.values().data()) {}
 
 int CallerTableau::position_of(int v) const {
-  if (state_.status[v] != kBasic) return -1;
+  if (simplex_.status()[v] != kBasic) return -1;
   return static_cast<int>(std::find(header_, header_ + m_, v) - header_);
 }
 
 int CallerTableau::status(int v) const {
-  const int code = state_.status[v];
+  const int code = simplex_.status()[v];
   if (sign(v) > 0.0 || (code != kAtLower && code != kAtUpper)) return code;
   return code == kAtLower ? kAtUpper : kAtLower;
 }
@@ -65,12 +65,12 @@ double CallerTableau::value(int v) const {
 }
 
 double CallerTableau::reduced_cost(int v) const {
-  return state_.status[v] == kBasic ? 0.0 : state_.reduced_cost[v] * factor(v);
+  return simplex_.status()[v] == kBasic ? 0.0 : simplex_.reduced_costs()[v] * factor(v);
 }
 
 const WorkVector& CallerTableau::solve_column(WorkVector& x) {
   constexpr double kUnknownDensity = 0.1;
-  state_.factor().ftran(x, kUnknownDensity);
+  tableau_.ftran(x, kUnknownDensity);
   const int count = x.is_dense() ? m_ : x.count;
   for (int k = 0; k < count; ++k) {
     const int p = x.is_dense() ? k : x.index[k];
@@ -80,28 +80,25 @@ const WorkVector& CallerTableau::solve_column(WorkVector& x) {
 }
 
 const WorkVector& CallerTableau::column(int v) {
-  WorkVector& x = state_.entering;
-  x.clear();
-  if (state_.status[v] == kBasic) {
+  WorkVector& x = tableau_.empty_column();
+  if (simplex_.status()[v] == kBasic) {
     x.insert(position_of(v), 1.0);
     return x;
   }
-  state_.load_column(v, x);
+  tableau_.load_column(v, x);
   const double f = factor(v);
   for (int k = 0; k < x.count; ++k) x.value[x.index[k]] *= f;
   return solve_column(x);
 }
 
 const WorkVector& CallerTableau::inverse_column(int row) {
-  WorkVector& x = state_.entering;
-  x.clear();
+  WorkVector& x = tableau_.empty_column();
   x.insert(row, 1.0 / scaling_.row_factor(row));
   return solve_column(x);
 }
 
 const WorkVector& CallerTableau::inverse_row(int position) {
-  state_.compute_row_ep(position);
-  WorkVector& y = state_.row_ep;
+  WorkVector& y = tableau_.inverse_row(position);
   const double f = factor(header_[position]);
   for (int k = 0; k < y.count; ++k) {
     const int i = y.index[k];
@@ -111,8 +108,7 @@ const WorkVector& CallerTableau::inverse_row(int position) {
 }
 
 void CallerTableau::structural_row(int position, double* row) {
-  state_.compute_row_ep(position);
-  const WorkVector& y = state_.row_ep;
+  const WorkVector& y = tableau_.inverse_row(position);
   std::fill(row, row + n_, 0.0);
   const SparseMatrix& rows = lp_.rows;
   for (int k = 0; k < y.count && lp_.has_rows(); ++k) {
@@ -128,36 +124,29 @@ void CallerTableau::structural_row(int position, double* row) {
     }
   }
   const double divisor = factor(header_[position]);
+  const Vector<int>& status = simplex_.status();
   for (int j = 0; j < n_; ++j) {
-    row[j] = state_.status[j] == kBasic ? 0.0 : row[j] * factor(j) / divisor;
+    row[j] = status[j] == kBasic ? 0.0 : row[j] * factor(j) / divisor;
   }
   if (header_[position] < n_) row[header_[position]] = 1.0;
 }
 
-const WorkVector& CallerTableau::scaled_row(int position) {
-  state_.compute_row_ep(position);
-  state_.compute_pivot_row();
-  return state_.pivot_row;
-}
-
 void CallerTableau::ftran(double* x) {
-  WorkVector& work = state_.full;
-  work.clear();
+  WorkVector& work = tableau_.empty_vector();
   for (int i = 0; i < m_; ++i) {
     if (x[i] != 0.0) work.insert(i, x[i] / scaling_.row_factor(i));
   }
-  state_.factor().ftran(work, 1.0);
+  tableau_.ftran(work);
   for (int p = 0; p < m_; ++p) x[p] = work.value[p] / factor(header_[p]);
   work.clear();
 }
 
 void CallerTableau::btran(double* y) {
-  WorkVector& work = state_.full;
-  work.clear();
+  WorkVector& work = tableau_.empty_vector();
   for (int p = 0; p < m_; ++p) {
     if (y[p] != 0.0) work.insert(p, y[p] / factor(header_[p]));
   }
-  state_.factor().btran(work, 1.0);
+  tableau_.btran(work);
   for (int i = 0; i < m_; ++i) y[i] = work.value[i] / scaling_.row_factor(i);
   work.clear();
 }

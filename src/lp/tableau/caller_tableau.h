@@ -18,6 +18,7 @@
 #pragma once
 
 #include "base/work_vector.h"
+#include "lp/simplex/simplex_tableau.h"
 #include "lp/solve/working_lp.h"
 #include "prob/model/model.h"
 
@@ -69,7 +70,7 @@ class CallerTableau {
   /// that are not fixed, columns and slacks.
   template <class Use>
   void for_each_movable(int position, Use use) {
-    const WorkVector& row = scaled_row(position);
+    const WorkVector& row = tableau_.row(position);
     const double divisor = factor(head(position));
     for (int k = 0; k < row.count; ++k) {
       const int v = row.index[k];
@@ -84,12 +85,12 @@ class CallerTableau {
   double factor(int v) const { return sign(v) * scaling_.variable_factor(v, n_); }
   double sign(int v) const { return is_slack(v) && model_.row_sense[v - n_] == 'R' ? -1.0 : 1.0; }
   const WorkVector& solve_column(WorkVector& x);
-  const WorkVector& scaled_row(int position);
 
   const Model& model_;
   const Scaling& scaling_;
   const LpProblem& lp_;
-  SimplexState& state_;
+  const Simplex& simplex_;
+  SimplexTableau tableau_;  // of the scaled LP
   const int* header_;
   const int m_;
   const int n_;

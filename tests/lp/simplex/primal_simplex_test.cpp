@@ -119,10 +119,9 @@ TEST_F(PrimalSimplex, LogLines) {
 }
 
 TEST_F(PrimalSimplex, PerturbationsBecomeSmallerButNotLostInRounding) {
-  const LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}}, {{1, 1}}, {{4, kInf}});
-  Simplex simplex(lp);
-  simplex.set_basis(Vector<int>{kBasic, kAtLower, kAtUpper});
-  SimplexState& state = simplex.state();
+  LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}}, {{1, 1}}, {{4, kInf}});
+  SimplexState state(lp);
+  state.set_basis(Vector<int>{kBasic, kAtLower, kAtUpper}, nullptr);
   settings.perturbation_limit = 1;
   state.begin_run(settings);
   PrimalPerturbation perturbation(state);
