@@ -32,6 +32,11 @@ struct WorkVector {
     index.assign(static_cast<std::size_t>(size) + 1, 0);
     count = 0;
   }
+  /// Another size for a cleared vector, which stays cleared.
+  void resize(int size) {
+    value.resize(size, 0.0);
+    index.resize(static_cast<std::size_t>(size) + 1, 0);
+  }
   int size() const { return static_cast<int>(value.size()); }
   bool is_dense() const { return count == kDense; }
 

@@ -16,6 +16,9 @@ constexpr double kPivotAgreement = 1e-6;
 constexpr double kLargePivot = 100.0;
 /// Two solves share a pass over the factor when both results are expected at least this dense.
 constexpr double kPairDensity = 0.7;
+/// The adaptive rule compares averages: the work of single iterations differs too much. This is the
+/// weight of the newest one in the average of the recent ones.
+constexpr double kRecentShare = 0.05;
 /// Updates before the adaptive rule may ask for a factorization.
 constexpr int kAdaptiveMinimum = 60;
 /// Weight of a factorization in solves, for the adaptive rule; part of its work that counts.
@@ -161,14 +164,17 @@ bool BasisFactor::Impl::update(int position, double solve_pivot) {
 void BasisFactor::Impl::note_update() {
   const double work = 2.0 * (spike.count + row_eta.count);
   statistics.work += work;
-  work_since += work;
+  update_work.since += work;
   ++statistics.updates;
   const double solve_work = static_cast<double>(lu.nonzeros() + lu.etas.used);
   const double average =
-      (kRefactorWeight * (solve_work + kFactorWorkShare * factor_work) + work_since) /
+      (kRefactorWeight * (solve_work + kFactorWorkShare * factor_work) + update_work.since) /
       (statistics.updates + 1);
-  average_rises = statistics.updates > kAdaptiveMinimum && average > average_work;
-  average_work = average;
+  const double spent = update_work.since - update_work.at_update;
+  update_work.at_update = update_work.since;
+  update_work.recent +=
+      std::max(kRecentShare, 1.0 / statistics.updates) * (spent - update_work.recent);
+  update_work.pays = statistics.updates > kAdaptiveMinimum && update_work.recent > average;
 }
 
 BasisFactor::BasisFactor(const SparseMatrix& columns, const FactorSettings& settings,
@@ -242,7 +248,7 @@ bool BasisFactor::update(int position, double pivot) {
 
 bool BasisFactor::should_refactor() const {
   return impl_->statistics.updates >= impl_->settings.update_limit ||
-         (impl_->settings.adaptive_refactor && impl_->average_rises);
+         (impl_->settings.adaptive_refactor && impl_->update_work.pays);
 }
 
 bool BasisFactor::add_rows(const SparseMatrix& rows) {
@@ -271,7 +277,7 @@ void BasisFactor::release(FactorMark mark) {
 }
 
 void BasisFactor::add_work(double work) {
-  impl_->work_since += work;
+  impl_->update_work.since += work;
 }
 double BasisFactor::markowitz_threshold() const {
   return impl_->threshold;

@@ -24,6 +24,13 @@ struct BasisFactor::Impl {
     FactorStatistics statistics;
     double factor_work = 0.0;
   };
+  /// What the adaptive rule knows of the iterations since the last factorization.
+  struct UpdateWork {
+    double since = 0.0;      // of the solves and updates, the caller's included
+    double at_update = 0.0;  // `since` as it was after the last update
+    double recent = 0.0;     // moving average of the work from one update to the next
+    bool pays = false;       // a factorization is cheaper than going on
+  };
   /// A state to return to: that of the parked factor of this number (or of the current factor, when
   /// none is parked beyond it) before all records of its journal from `journaled` on.
   struct Mark {
@@ -32,8 +39,7 @@ struct BasisFactor::Impl {
     std::size_t journaled;
     int updates, repairs;
     double threshold;
-    double work_since, average_work;
-    bool average_rises;
+    UpdateWork update_work;
   };
 
   Impl(const SparseMatrix& matrix, const FactorSettings& s, FactorEvents* e)
@@ -78,7 +84,7 @@ struct BasisFactor::Impl {
   void unpark();
   void collect_work() {
     statistics.work += solver.work();
-    work_since += solver.work();
+    update_work.since += solver.work();
     solver.reset_work();
   }
 
@@ -101,10 +107,8 @@ struct BasisFactor::Impl {
   Vector<int> scratch, inner_positions;
 
   FactorStatistics statistics;
-  double factor_work = 0.0;   // of the last factorization
-  double work_since = 0.0;    // of the solves and updates since then, the caller's included
-  double average_work = 0.0;  // estimate of the work per iteration at the last update
-  bool average_rises = false;
+  double factor_work = 0.0;  // of the last factorization
+  UpdateWork update_work;
 
   Vector<Mark> marks;            // outstanding ones, oldest first
   Vector<Owned<Parked>> parked;  // the first num_parked hold factors, the others are spare memory

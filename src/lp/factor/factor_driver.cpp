@@ -146,9 +146,7 @@ void BasisFactor::Impl::finish_factorization() {
   statistics.updates = 0;
   statistics.basis_nonzeros = kernel.nonzeros();
   statistics.factor_nonzeros = lu.nonzeros();
-  work_since = 0.0;
-  average_work = 0.0;
-  average_rises = false;
+  update_work = UpdateWork();
   valid = true;
 }
 

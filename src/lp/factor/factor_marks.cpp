@@ -8,7 +8,7 @@ namespace kelvo {
 
 FactorMark BasisFactor::Impl::checkpoint() {
   marks.push_back({++last_serial, num_parked, journal.updates.size(), statistics.updates,
-                   statistics.repairs, threshold, work_since, average_work, average_rises});
+                   statistics.repairs, threshold, update_work});
   return {static_cast<int>(marks.size()) - 1, last_serial};
 }
 
@@ -30,9 +30,7 @@ void BasisFactor::Impl::rollback(FactorMark mark) {
   statistics.updates = state.updates;
   statistics.repairs = state.repairs;
   threshold = state.threshold;
-  work_since = state.work_since;
-  average_work = state.average_work;
-  average_rises = state.average_rises;
+  update_work = state.update_work;
   spike.valid = row_eta.valid = false;
   valid = true;
 }

@@ -1,5 +1,4 @@
 // Rows that join and leave the basis matrix with their logicals basic.
-#include <limits>
 #include <new>
 
 #include "lp/factor/basis_factor_impl.h"
@@ -44,9 +43,9 @@ bool BasisFactor::Impl::add_rows(const SparseMatrix& rows) {
   }
   row_map.append(more);
   position_map.append(more);
-  // The solves have become more expensive by what they now do more: no reason to factorize.
-  average_work = std::numeric_limits<double>::max();
-  average_rises = false;
+  // The bordering is not part of an iteration.
+  update_work.at_update = update_work.since;
+  update_work.pays = false;
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "base/containers.h"
+#include "base/memory.h"
 #include "lp/form/lp_problem.h"
 
 namespace kelvo {
@@ -20,12 +21,12 @@ class BasisSnapshot {
 
   int num_vars() const { return num_vars_; }
   BasisStatus status(int variable) const {
-    return static_cast<BasisStatus>(codes_[variable / kPerByte] >> shift(variable) & 3U);
+    return static_cast<BasisStatus>(codes_.get()[variable / kPerByte] >> shift(variable) & 3U);
   }
   /// Statuses and places of superbasic variables, both [num_vars].
   void unpack(Vector<int>& status, Vector<double>& values) const;
   /// As given, or empty.
-  const Vector<float>& weights() const { return weights_; }
+  const Vector<float>& weights() const;
   std::size_t bytes() const;
 
  private:
@@ -36,11 +37,16 @@ class BasisSnapshot {
     int variable;
     double value;
   };
+  struct Extras {
+    Vector<Superbasic> superbasic;
+    Vector<float> weights;
+  };
+
+  std::size_t num_bytes() const { return (num_vars_ + kPerByte - 1) / kPerByte; }
 
   int num_vars_;
-  Vector<unsigned char> codes_;  // [num_vars / 4, rounded up]
-  Vector<Superbasic> superbasic_;
-  Vector<float> weights_;
+  Owned<unsigned char> codes_;  // an array [num_bytes()]
+  Owned<Extras> extras_;        // null when both are empty, as for most snapshots
 };
 
 using SharedBasis = std::shared_ptr<const BasisSnapshot>;

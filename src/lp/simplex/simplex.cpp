@@ -31,21 +31,21 @@ void Simplex::change_costs(const Vector<VariableCost>& changes) {
 }
 void Simplex::add_rows(const SparseMatrix& rows, const Vector<double>& least,
                        const Vector<double>& most) {
-  dual_.reset();
   state_->add_rows(rows, least, most);
+  if (dual_ != nullptr) dual_->follow_shape();
 }
 void Simplex::add_columns(const SparseMatrix& columns, const Vector<double>& costs,
                           const Vector<double>& lower, const Vector<double>& upper) {
-  dual_.reset();
   state_->add_columns(columns, costs, lower, upper);
+  if (dual_ != nullptr) dual_->follow_shape();
 }
 void Simplex::delete_rows(const Vector<int>& rows) {
-  dual_.reset();
   state_->delete_rows(rows);
+  if (dual_ != nullptr) dual_->follow_shape();
 }
 void Simplex::delete_columns(const Vector<int>& columns) {
-  dual_.reset();
   state_->delete_columns(columns);
+  if (dual_ != nullptr) dual_->follow_shape();
 }
 
 SharedBasis Simplex::snapshot(bool with_weights) const {

@@ -190,6 +190,8 @@ TEST_P(HotSimplex, RowsAndColumnsJoinAndLeave) {
       }
       simplex.delete_columns(list);
     }
+    EXPECT_EQ(transpose(lp.columns).index, lp.rows.index);
+    EXPECT_EQ(transpose(lp.columns).value, lp.rows.value);
     expect_as_cold(simplex, true);
     if (HasFatalFailure() || HasNonfatalFailure()) return;
     if (simplex.status().empty()) return;

@@ -3,14 +3,47 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "lp/busy_lp.h"
+#include "lp/simplex/state/reshape.h"
 
 namespace kelvo {
 namespace {
 
+/// Three new rows, then three old ones leave, the first among them now and then.
+void change_rows(Random& random, LpProblem& lp, PartitionedRows& rows, bool join) {
+  if (join) {
+    SparseMatrix lines;
+    for (int k = 0; k < 3; ++k) {
+      for (int j = random.below(9); j < lp.num_cols; j += 1 + random.below(9)) {
+        lines.index.push_back(j);
+        lines.value.push_back(random.uniform() + 0.1);
+      }
+      lines.start.push_back(static_cast<int>(lines.index.size()));
+      ++lines.num_major;
+    }
+    reshape::append_minor_lines(lp.columns, lines);
+    lp.num_rows += 3;
+    rows.add_rows(lines);
+    return;
+  }
+  Vector<int> list(1, random.below(3)), line_now, entry_now;
+  list.push_back(list[0] + 1 + random.below(10));
+  list.push_back(list[1] + 1 + random.below(10));
+  for (int i = 0, kept = 0; i < lp.num_rows; ++i) {
+    const bool leaves = std::find(list.begin(), list.end(), i) != list.end();
+    line_now.push_back(leaves ? -1 : kept++);
+  }
+  reshape::erase_minor_lines(lp.columns, line_now, entry_now);
+  lp.num_rows -= 3;
+  rows.delete_rows(list, entry_now);
+}
+
 TEST(PartitionedRows, PlainAndCompactAgreeWithTheActiveColumns) {
   Random random(11);
-  const int m = 30, n = 60;
+  const int n = 60;
+  int m = 30;
   LpProblem plain = test::busy_lp(random, m, n);
   LpProblem compact(plain);
   compact.compact = true;
@@ -22,6 +55,13 @@ TEST(PartitionedRows, PlainAndCompactAgreeWithTheActiveColumns) {
       for (PartitionedRows* rows : {&plain_rows, &compact_rows}) {
         active ? rows->activate(j) : rows->deactivate(j);
       }
+    }
+    if (round % 10 == 9) {
+      const bool join = round % 20 == 9;
+      Random same(random);
+      change_rows(random, plain, plain_rows, join);
+      change_rows(same, compact, compact_rows, join);
+      m = plain.num_rows;
     }
     // Few and many weights, few and many results expected: each way of multiplying.
     WorkVector weights(m);

@@ -28,6 +28,8 @@ namespace kelvo {
 class DualEngine {
  public:
   explicit DualEngine(SimplexState& state);
+  /// To be called after the state has changed its shape.
+  void follow_shape();
   /// Runs from the state's basis, after SimplexState::begin_run(). Working costs and bounds are the
   /// true ones on return, and the results are filled (store_results()) in every case.
   SimplexOutcome run();
@@ -117,9 +119,10 @@ class DualEngine {
   DualRatioTest ratio_test_;
   Weights weights_ = Weights::steepest;
   bool phase_one_ = false;
-  // Started from current values and a factor with few updates, and none was needed since: ends are
-  // verified instead of computed again.
+  // Values and factor are current and the costs not perturbed, as in the run's start: what it
+  // concludes is verified instead of computed again. A hot run stays so when it factors again.
   bool hot_ = false;
+  bool started_hot_ = false;
   bool leaving_list_ready_ = false;
   int leaving_ = -1;            // position chosen last
   double infeasibility_ = 0.0;  // its x - bound

@@ -37,6 +37,7 @@ bool DualEngine::rebuild() {
   correct_duals();
   s_.compute_primals();
   s_.dual_objective = s_.working_objective();
+  hot_ = started_hot_ && result == Refactored::ok && !s_.costs_perturbed;
   start_choices();
   return true;
 }
@@ -110,6 +111,7 @@ DualEngine::PhaseEnd DualEngine::run_phase() {
       }
       if (step == Step::no_entering) {
         if (!phase_one_ && prove_infeasibility()) return PhaseEnd::no_entering;
+        if (!s_.freshly_factored()) continue;
         leaving_list_.ban(leaving_);
         step = Step::done;
       }

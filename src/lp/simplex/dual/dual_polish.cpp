@@ -36,7 +36,7 @@ bool DualEngine::polish(double finest) {
   s_.primal_tolerance = finest;
   s_.settings.iteration_limit = static_cast<int>(std::min<double>(limit, allowed));
   perturbing_allowed_ = false;
-  hot_ = false;
+  hot_ = started_hot_ = false;
   choose_pricing();
   initialize_weights();
   const bool reached =

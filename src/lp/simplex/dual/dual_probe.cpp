@@ -67,6 +67,7 @@ SimplexOutcome DualEngine::probe_phase(const Vector<VariableBounds>& changes) {
     s_.dual_objective = s_.working_objective();
     hot_ = true;
   }
+  started_hot_ = true;
   switch (run_phase()) {
     case PhaseEnd::feasible:
       return SimplexOutcome::optimal;

@@ -30,17 +30,27 @@ constexpr int kReachAttempts = 2;
 // Groups found by scanning before the rest of the candidates is sorted: each scan costs as much as
 // there are candidates, and most ratio tests need one or two.
 constexpr int kScannedGroups = 4;
+// One part in so many of the work space is left for rows and columns to come.
+constexpr int kSpareShare = 8;
 
 }  // namespace
 
-DualRatioTest::DualRatioTest(SimplexState& state)
-    : state_(state),
-      candidates_(state.num_vars + 1),
-      bound_from_(state.num_vars),
-      banned_(state.num_vars, 0) {
-  flips_.reserve(state.num_vars);
-  groups_.reserve(state.num_vars);
-  banned_list_.reserve(state.num_vars);
+DualRatioTest::DualRatioTest(SimplexState& state) : state_(state) {
+  follow_shape();
+}
+
+void DualRatioTest::follow_shape() {
+  lift_bans();
+  const std::size_t size = state_.num_vars;
+  banned_.resize(size, 0);
+  if (candidates_.size() > size) return;
+  // Some more than needed, so that a few more rows need no memory.
+  const std::size_t room = candidates_.empty() ? size : size + size / kSpareShare;
+  candidates_.resize(room + 1);
+  bound_from_.resize(room);
+  flips_.reserve(room);
+  groups_.reserve(room);
+  banned_list_.reserve(room);
 }
 
 void DualRatioTest::ban(int variable) {

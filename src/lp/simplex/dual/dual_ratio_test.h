@@ -17,6 +17,8 @@ namespace kelvo {
 class DualRatioTest {
  public:
   explicit DualRatioTest(SimplexState& state);
+  /// To be called after the state has changed its shape.
+  void follow_shape();
 
   enum class Outcome {
     entering,     // entering() and flips() are set
@@ -60,7 +62,7 @@ class DualRatioTest {
   bool better(const Candidate& a, const Candidate& b) const;
 
   SimplexState& state_;
-  Vector<Candidate> candidates_;  // [num_vars + 1]; the first count_ are valid
+  Vector<Candidate> candidates_;  // [num_vars + 1] at least; the first count_ are valid
   int count_ = 0;
   bool all_collected_ = false;  // otherwise those within first_reach(bound_), and some more
   double largest_alpha_ = 0.0;  // of all candidates, collected or not
@@ -69,7 +71,8 @@ class DualRatioTest {
   double alpha_at_bound_ = 0.0;
   double reach_ = kInf;  // no breakpoint of a candidate that was left out lies below this
   Vector<Group> groups_;
-  Vector<double> bound_from_;  // [num_vars] scratch: Harris bound of the candidates from here on
+  Vector<double>
+      bound_from_;  // [num_vars] at least; scratch: Harris bound of the candidates from here on
   int entering_ = -1;
   Vector<int> flips_;
   Vector<unsigned char> banned_;  // [num_vars]

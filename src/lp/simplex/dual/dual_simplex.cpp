@@ -16,8 +16,6 @@ constexpr int kSmallSize = 1000;
 // need so few iterations that a perturbation would cost more than it saves.
 constexpr int kFewInfeasibilities = 20;
 constexpr double kFewInfeasibleShare = 0.02;
-// A factor with more updates than this is not continued from: its errors add up.
-constexpr int kHotUpdates = 100;
 // Rounds of "solve, take the true costs, look again" before the primal method has to finish.
 constexpr int kRoundLimit = 5;
 
@@ -25,6 +23,13 @@ constexpr int kRoundLimit = 5;
 
 DualEngine::DualEngine(SimplexState& state)
     : s_(state), leaving_list_(state), ratio_test_(state), flip_column_(state.m) {}
+
+void DualEngine::follow_shape() {
+  leaving_list_.follow_shape();
+  ratio_test_.follow_shape();
+  flip_column_.clear();
+  flip_column_.resize(s_.m);
+}
 
 void DualEngine::settle_superbasics() {
   int count = 0;
@@ -120,7 +125,7 @@ SimplexOutcome DualEngine::solve() {
     }
     // The next round starts next to the solution and must come to an end.
     perturbing_allowed_ = false;
-    hot_ = false;
+    hot_ = started_hot_ = false;
   }
   return SimplexOutcome::non_optimal;
 }
@@ -141,12 +146,12 @@ void DualEngine::begin() {
 /// All that a run needs is there from the last one: no pass over all variables is necessary.
 bool DualEngine::starts_hot() const {
   return s_.factor_current() && s_.primals_current && s_.duals_current && s_.dual_feasible &&
-         !s_.factor().should_refactor() && s_.factor().statistics().updates <= kHotUpdates;
+         !s_.factor().should_refactor();
 }
 
 SimplexOutcome DualEngine::run() {
   begin();
-  hot_ = starts_hot();
+  hot_ = started_hot_ = starts_hot();
   if (!hot_) settle_superbasics();
   SimplexOutcome outcome;
   if (!s_.factor_current() && no_factor(s_.refactorize())) {

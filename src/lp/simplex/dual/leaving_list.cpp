@@ -21,17 +21,22 @@ constexpr double kCutoffSlack = 1.0 - 1e-12;
 
 }  // namespace
 
-LeavingList::LeavingList(SimplexState& state)
-    : state_(state),
-      m_(state.m),
-      value_(state.basic_value.data()),
-      lower_(state.basic_lower.data()),
-      upper_(state.basic_upper.data()),
-      weight_(state.dual_weights.data()),
-      infeasibility_(state.m, 0.0),
-      list_(state.m, 0),
-      listed_(state.m, 0),
-      merits_(state.m, 0.0) {}
+LeavingList::LeavingList(SimplexState& state) : state_(state) {
+  follow_shape();
+}
+
+void LeavingList::follow_shape() {
+  m_ = state_.m;
+  value_ = state_.basic_value.data();
+  lower_ = state_.basic_lower.data();
+  upper_ = state_.basic_upper.data();
+  weight_ = state_.dual_weights.data();
+  infeasibility_.resize(m_, 0.0);
+  list_.resize(m_, 0);
+  listed_.resize(m_, 0);
+  merits_.resize(m_, 0.0);
+  size_ = 0;
+}
 
 void LeavingList::rebuild() {
   tolerance_ = state_.primal_tolerance;

@@ -17,6 +17,8 @@ class LeavingList {
  public:
   explicit LeavingList(SimplexState& state);
 
+  /// To be called after the state has changed its shape, before rebuild().
+  void follow_shape();
   /// Squared infeasibilities of all positions from the current basic values; forgets the bans.
   void rebuild();
   /// To be called after the value, the bounds or the weight of a position has changed.
@@ -48,11 +50,11 @@ class LeavingList {
   void relist();
 
   const SimplexState& state_;
-  const int m_;
-  const double* value_;
-  const double* lower_;
-  const double* upper_;
-  const double* weight_;
+  int m_ = 0;
+  const double* value_ = nullptr;  // these four belong to the state
+  const double* lower_ = nullptr;
+  const double* upper_ = nullptr;
+  const double* weight_ = nullptr;
   double tolerance_ = 0.0;
   double cutoff_ = 0.0;  // merits below this are not listed; 0: every infeasible position is
   int size_ = 0;

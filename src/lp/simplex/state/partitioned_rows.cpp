@@ -47,6 +47,68 @@ void PartitionedRows::rebuild() {
   }
 }
 
+void PartitionedRows::add_rows(const SparseMatrix& lines) {
+  const SparseMatrix& columns = problem_.columns;
+  groups_.reset();
+  Vector<int> more(columns.num_major, 0);  // new entries of each column, not yet written
+  for (int e = 0; e < lines.num_nonzeros(); ++e) ++more[lines.index[e]];
+  Vector<int> shift(columns.num_major, 0);
+  for (int j = 1; j < columns.num_major; ++j) shift[j] = shift[j - 1] + more[j - 1];
+  place_.resize(columns.num_nonzeros());
+  int at = 0;
+  for (; at < static_cast<int>(source_.size()); ++at) {
+    source_[at] += shift[column_[at]];
+    place_[source_[at]] = at;
+  }
+  column_.resize(columns.num_nonzeros());
+  source_.resize(columns.num_nonzeros());
+  if (!problem_.compact) value_.resize(columns.num_nonzeros());
+  for (int i = 0; i < lines.num_major; ++i) {
+    int active_at = at;
+    int inactive_at = at + lines.start[i + 1] - lines.start[i];
+    for (int e = lines.start[i]; e < lines.start[i + 1]; ++e) {
+      const int j = lines.index[e];
+      const int to = is_active(j) ? active_at++ : --inactive_at;
+      column_[to] = j;
+      if (!problem_.compact) value_[to] = lines.value[e];
+      source_[to] = columns.start[j + 1] - more[j]--;
+      place_[source_[to]] = to;
+    }
+    at += lines.start[i + 1] - lines.start[i];
+    active_end_.push_back(active_at);
+    start_.push_back(at);
+  }
+}
+
+void PartitionedRows::delete_rows(const Vector<int>& list, const Vector<int>& entry_now) {
+  groups_.reset();
+  const int rows = static_cast<int>(active_end_.size());
+  std::size_t next = 0;
+  int lines = 0;
+  int kept = 0;
+  int begin = 0;
+  for (int i = 0; i < rows; ++i) {
+    const int from = begin;
+    begin = start_[i + 1];
+    if (next < list.size() && list[next] == i) {
+      ++next;
+      continue;
+    }
+    active_end_[lines] = active_end_[i] - from + kept;
+    for (int k = from; k < begin; ++k, ++kept) {
+      column_[kept] = column_[k];
+      if (!value_.empty()) value_[kept] = value_[k];
+      source_[kept] = entry_now[source_[k]];
+      place_[source_[kept]] = kept;
+    }
+    start_[++lines] = kept;
+  }
+  start_.resize(lines + 1);
+  active_end_.resize(lines);
+  for (Vector<int>* array : {&column_, &source_, &place_}) array->resize(kept);
+  if (!value_.empty()) value_.resize(kept);
+}
+
 void PartitionedRows::exchange_entries(int a, int b) {
   if (a == b) return;
   std::swap(column_[a], column_[b]);

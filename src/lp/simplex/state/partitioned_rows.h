@@ -24,6 +24,12 @@ class PartitionedRows {
 
   /// Copies the matrix again, after the problem has changed its shape; every column is active.
   void rebuild();
+  /// Follows the problem after it has got new rows, whose entries are the last ones of their
+  /// columns.
+  void add_rows(const SparseMatrix& lines);
+  /// Follows the problem after rows have left; the list ascends. `entry_now`: the new places of the
+  /// entries of the problem's columns, -1 for those that left with their rows.
+  void delete_rows(const Vector<int>& list, const Vector<int>& entry_now);
 
   bool is_active(int column) const { return active_[column] != 0; }
   void activate(int column);

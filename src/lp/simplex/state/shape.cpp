@@ -7,9 +7,15 @@
 #include <algorithm>
 #include <cassert>
 
+#include "lp/simplex/state/reshape.h"
 #include "lp/simplex/state/simplex_state.h"
 
 namespace kelvo {
+
+using reshape::append_lines;
+using reshape::erase;
+using reshape::erase_lines;
+
 namespace {
 
 template <class T>
@@ -18,67 +24,21 @@ void insert(Vector<T>& array, int at, int count, T x) {
 }
 
 /// Erases the entries `base + list[k]`; the list ascends.
-template <class T>
-void erase(Vector<T>& array, int base, const Vector<int>& list) {
-  std::size_t next = 0;
-  std::size_t kept = 0;
-  for (std::size_t k = 0; k < array.size(); ++k) {
-    if (next < list.size() && k == static_cast<std::size_t>(base + list[next])) {
-      ++next;
-    } else {
-      array[kept++] = array[k];
-    }
-  }
-  array.resize(kept);
-}
-
-void append_lines(SparseMatrix& matrix, const SparseMatrix& more) {
-  const int before = matrix.num_nonzeros();
-  matrix.index.insert(matrix.index.end(), more.index.begin(), more.index.end());
-  matrix.value.insert(matrix.value.end(), more.value.begin(), more.value.end());
-  for (int k = 0; k < more.num_major; ++k) matrix.start.push_back(before + more.start[k + 1]);
-  matrix.num_major += more.num_major;
-}
-
-void erase_lines(SparseMatrix& matrix, const Vector<int>& list) {
-  std::size_t next = 0;
-  int lines = 0;
-  int kept = 0;
-  for (int i = 0; i < matrix.num_major; ++i) {
-    const int begin = matrix.start[i];
-    const int end = matrix.start[i + 1];
-    if (next < list.size() && list[next] == i) {
-      ++next;
-      continue;
-    }
-    matrix.start[lines++] = kept;
-    for (int k = begin; k < end; ++k, ++kept) {
-      matrix.index[kept] = matrix.index[k];
-      matrix.value[kept] = matrix.value[k];
-    }
-  }
-  matrix.start[lines] = kept;
-  matrix.start.resize(lines + 1);
-  matrix.index.resize(kept);
-  matrix.value.resize(kept);
-  matrix.num_major = lines;
-}
-
 }  // namespace
 
-/// After the problem has got its new shape: sizes, work space and the row-wise copy follow.
+/// After the problem has its new shape: sizes and work space follow.
 void SimplexState::resize() {
   m = problem.num_rows;
   n = problem.num_cols;
   num_vars = problem.num_vars();
-  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &moves_}) x->setup(m);
-  pivot_row.setup(num_vars);
+  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &moves_}) x->resize(m);
+  pivot_row.resize(num_vars);
   result_values.resize(num_vars, 0.0);
-  farkas.assign(m, 0.0);
-  ray.assign(num_vars, 0.0);
-  saved_header_.assign(m, 0);
-  saved_status_.assign(num_vars, 0);
-  saved_weights_.assign(m, 1.0);
+  farkas.resize(m, 0.0);
+  ray.resize(num_vars, 0.0);
+  saved_header_.resize(m, 0);
+  saved_status_.resize(num_vars, 0);
+  saved_weights_.resize(m, 1.0);
   saved_ = false;
   // New keys need not be random: they only have to break ties repeatably.
   while (static_cast<int>(tie_key.size()) < num_vars) {
@@ -86,12 +46,16 @@ void SimplexState::resize() {
   }
   tie_key.resize(num_vars);
   given_primal_weights.clear();
-  rows.rebuild();
-  if (problem.compact) problem.rows = SparseMatrix();
   solved = false;
   if (!basis_valid) return;
   for (int p = 0; p < m; ++p) position[header[p]] = p;
-  refresh_partition();
+}
+
+/// The row-wise copy of a problem with other columns than before.
+void SimplexState::copy_rows_again() {
+  rows.rebuild();
+  if (problem.compact) problem.rows = SparseMatrix();
+  if (basis_valid) refresh_partition();
 }
 
 void SimplexState::settle_before_reshape() {
@@ -99,13 +63,12 @@ void SimplexState::settle_before_reshape() {
   restore_costs();
   restore_bounds();
   if (primals_current && factor_current_) apply_moves();
-  moves_.clear();
+  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &moves_, &pivot_row}) x->clear();
 }
 
 void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& least,
                             const Vector<double>& most) {
   settle_before_reshape();
-  if (!problem.has_rows()) problem.rows = transpose(problem.columns);
   const int count = lines.num_major;
   SparseMatrix basic_part;
   basic_part.num_minor = m;
@@ -125,15 +88,14 @@ void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& lea
     basic_value.push_back(-activity);
     basic_lower.push_back(-most[k]);
     basic_upper.push_back(-least[k]);
-    problem.lower.push_back(-most[k]);
-    problem.upper.push_back(-least[k]);
+    for (Vector<double>* array : {&problem.lower, &lower}) array->push_back(-most[k]);
+    for (Vector<double>* array : {&problem.upper, &upper}) array->push_back(-least[k]);
   }
-  append_lines(problem.rows, lines);
+  if (problem.has_rows()) append_lines(problem.rows, lines);
   problem.num_rows += count;
-  problem.columns = transpose(problem.rows);
+  reshape::append_minor_lines(problem.columns, lines);
+  rows.add_rows(lines);
   insert(problem.cost, num_vars, count, 0.0);
-  lower = problem.lower;
-  upper = problem.upper;
   insert(cost, num_vars, count, 0.0);
   insert(status, num_vars, count, static_cast<int>(kBasic));
   insert(move, num_vars, count, static_cast<signed char>(kStays));
@@ -153,7 +115,6 @@ void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& lea
 
 void SimplexState::delete_rows(const Vector<int>& list) {
   settle_before_reshape();
-  if (!problem.has_rows()) problem.rows = transpose(problem.columns);
   Vector<int> positions;
   for (const int i : list) {
     if (basis_valid && status[n + i] == kBasic) positions.push_back(position[n + i]);
@@ -164,9 +125,10 @@ void SimplexState::delete_rows(const Vector<int>& list) {
   for (const int i : list) row_now[i] = -1;
   int kept = 0;
   for (int& row : row_now) row = row < 0 ? -1 : kept++;
-  erase_lines(problem.rows, list);
+  if (problem.has_rows()) erase_lines(problem.rows, list);
   problem.num_rows = kept;
-  problem.columns = transpose(problem.rows);
+  Vector<int> entry_now;
+  reshape::erase_minor_lines(problem.columns, row_now, entry_now);
   const auto by_variable = [&](auto&... arrays) { (erase(arrays, n, list), ...); };
   by_variable(problem.cost, problem.lower, problem.upper, cost, lower, upper, status, move, value,
               reduced_cost, held, position, result_values);
@@ -182,6 +144,7 @@ void SimplexState::delete_rows(const Vector<int>& list) {
   for (int& v : header) v = v < n ? v : n + row_now[v - n];
   if (dual_weights_full) dual_weights_valid = false;
   if (factor_current_) factor_current_ = factor_->delete_rows(list, positions);
+  rows.delete_rows(list, entry_now);
   resize();
   primals_fresh = duals_fresh = false;
 }
@@ -208,6 +171,7 @@ void SimplexState::add_columns(const SparseMatrix& more, const Vector<double>& c
   insert(position, first, count, -1);
   for (int& v : header) v += v >= first ? count : 0;
   resize();
+  copy_rows_again();
   if (!basis_valid) return;
   // As after a change from the bounds [0, 0]: a value off 0 moves the basic variables.
   for (int j = first; j < n; ++j) change_nonbasic_bounds(j);
@@ -243,6 +207,7 @@ void SimplexState::delete_columns(const Vector<int>& list) {
   }
   for (int& v : header) v = now[v];
   resize();
+  copy_rows_again();
   if (dual_weights_full) dual_weights_valid = false;
 }
 
@@ -258,6 +223,7 @@ void SimplexState::rebuild_basis_after_reshape() {
   basis_valid = false;
   factor_current_ = false;
   resize();
+  copy_rows_again();
   std::fill(dual_weights.begin(), dual_weights.end(), 1.0);
   dual_weights_valid = false;
   if (!had_basis) return;

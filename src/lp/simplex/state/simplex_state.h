@@ -285,6 +285,7 @@ class SimplexState {
 
  private:
   void resize();
+  void copy_rows_again();
   void settle_before_reshape();
   void rebuild_basis_after_reshape();
   void accept_header();
