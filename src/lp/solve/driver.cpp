@@ -3,11 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "lp/first_order/first_order_log.h"
+#include "lp/first_order/first_order_rival.h"
 #include "lp/form/verification.h"
-#include "lp/sifting/column_subset.h"
-#include "lp/simplex/simplex_log.h"
+#include "lp/sifting/sifting.h"
 #include "lp/solve/driver_log.h"
-#include "lp/solve/first_order_start.h"
+#include "lp/solve/point_start.h"
 
 namespace kelvo {
 
@@ -42,21 +43,6 @@ struct Verified {
   bool is(LpOutcome outcome) const { return answer.outcome == outcome; }
 };
 
-/// Shows the rounds of a subset start as lines of the iteration log.
-class SubsetLog final : public SubsetObserver {
- public:
-  SubsetLog(const LpProblem& lp, const SimplexSettings& settings, MessageSink* sink) : log_(lp) {
-    log_.write_to(sink);
-    log_.begin_run(settings, 0);
-  }
-  void after_round(int iterations, double objective) override {
-    log_.primal_iteration(iterations, 0, false, objective);
-  }
-
- private:
-  SimplexLog log_;
-};
-
 class Driver {
  public:
   /// `own_start`: the working LP is at the slack basis because no other was given.
@@ -78,8 +64,8 @@ class Driver {
   /// driver. `rival` may be null.
   Verified attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base, int limit,
                    Rival* rival = nullptr);
-  SimplexOutcome run_from_subset(WorkingLp& working, SimplexSettings run,
-                                 const RunContext& context);
+  SimplexOutcome run_after_sifting(WorkingLp& working, SimplexSettings run,
+                                   const RunContext& context);
   bool is_ordinary() const;
   void verify(const WorkingLp& working, SimplexOutcome outcome, Verified& found);
   void improve_optimum(Verified& found);
@@ -151,22 +137,23 @@ bool Driver::is_ordinary() const {
          asked.objective_upper_limit >= ordinary.objective_upper_limit;
 }
 
-/// The method from a start basis of its own making; the primal method takes such a basis over, as
+/// The method from the basis that sifting ends with; the primal method takes such a basis over, as
 /// it is primal feasible and next to an optimum.
-SimplexOutcome Driver::run_from_subset(WorkingLp& working, SimplexSettings run,
-                                       const RunContext& context) {
+SimplexOutcome Driver::run_after_sifting(WorkingLp& working, SimplexSettings run,
+                                         const RunContext& context) {
   Simplex& simplex = working.simplex();
-  SubsetLog log(working.lp(), run, context.sink);
-  ColumnSubset subset(working.lp(), context_.stop, context.hook, &log);
-  const SubsetEnd end = subset.run(run);
-  simplex.count_iterations(subset.iterations(), subset.phase_one_iterations());
-  run.iteration_limit -= subset.iterations();
-  if (end == SubsetEnd::given_up) return run_method(simplex, method_, run, context);
-  simplex.set_basis(subset.status());
-  if (end != SubsetEnd::stopped) return simplex.run_primal(run, context);
+  SiftingSettings settings = settings_.sifting;
+  settings.simplex = run;
+  Sifting sifting(working.lp(), settings, context);
+  const SiftingEnd end = sifting.run();
+  simplex.count_iterations(sifting.iterations(), sifting.phase_one_iterations());
+  run.iteration_limit -= sifting.iterations();
+  if (end == SiftingEnd::given_up) return run_method(simplex, method_, run, context);
+  simplex.set_basis(sifting.status());
+  if (end != SiftingEnd::stopped) return simplex.run_primal(run, context);
   run.iteration_limit = 0;
   const SimplexOutcome outcome = simplex.run_primal(run, context);
-  return outcome == SimplexOutcome::iteration_limit ? subset.stop_outcome() : outcome;
+  return outcome == SimplexOutcome::iteration_limit ? sifting.stop_outcome() : outcome;
 }
 
 Verified Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSettings& base,
@@ -178,9 +165,9 @@ Verified Driver::attempt(WorkingLp& working, LpMethod method, const SimplexSetti
   const int before = simplex.iterations();
   const int phase_one_before = simplex.phase_one_iterations();
   const RunContext context = context_.for_run(rival);
-  const bool by_parts = own_start_ && is_ordinary() && ColumnSubset::pays(working.lp());
+  const bool sifts = own_start_ && is_ordinary() && Sifting::pays(working.lp(), settings_.sifting);
   const SimplexOutcome outcome =
-      by_parts ? run_from_subset(working, run, context) : run_method(simplex, method, run, context);
+      sifts ? run_after_sifting(working, run, context) : run_method(simplex, method, run, context);
   own_start_ = false;
   iterations_ += simplex.iterations() - before;
   phase_one_iterations_ += simplex.phase_one_iterations() - phase_one_before;
@@ -327,18 +314,21 @@ void Driver::block_directions(Verified& found) {
   }
 }
 
-/// A run that takes long gives way to one from a better start, unless it asks for something that
+/// A run that takes long is replaced by one from a better start, unless it asks for something that
 /// the better start does not keep.
 Verified Driver::first_attempt() {
   const int limit = settings_.simplex.iteration_limit;
   SimplexSettings run = settings_.simplex;
   run.keep_optimal_start = !own_start_;
   if (!own_start_ || !is_ordinary()) return attempt(*working_, method_, run, limit);
-  FirstOrderStart rival(*working_, context_.stop);
+  FirstOrderSettings first_order = settings_.first_order;
+  first_order.display = settings_.simplex.display;
+  FirstOrderRival rival(working_->lp(), working_->scaling(), first_order, context_.stop);
   Verified found = attempt(*working_, method_, run, limit, &rival);
   if (!found.superseded) return found;
-  log_.first_order_start(iterations_);
-  rival.give_basis();
+  log_.new_phase(iterations_);
+  FirstOrderLog(first_order, context_.sink).restart();
+  start_from_point(*working_, rival.take_point().x);
   return attempt(*working_, LpMethod::primal, settings_.simplex, limit);
 }
 

@@ -18,7 +18,9 @@
 #include <optional>
 
 #include "lp/crossover/crash_basis.h"
+#include "lp/first_order/first_order_settings.h"
 #include "lp/presolve/presolve_settings.h"
+#include "lp/sifting/sifting_settings.h"
 #include "lp/solve/lp_answer.h"
 #include "lp/solve/working_lp.h"
 
@@ -33,6 +35,9 @@ struct DriverSettings {
   bool compact_matrix = false;      // memory before speed: LpProblem::compact
   std::optional<CrashOrder> crash;  // of a run without a start basis; none: slacks
   PresolveSettings presolve;
+  // `simplex` and `display` of these are set by the driver, from `simplex` above.
+  SiftingSettings sifting;
+  FirstOrderSettings first_order;
   Vector<char> protected_columns;  // [columns] 1: presolve must leave it; or empty
 };
 

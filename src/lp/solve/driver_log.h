@@ -28,13 +28,6 @@ class DriverLog {
                 plain_bytes / kMegabyte, compact_bytes / kMegabyte);
   }
 
-  /// The run goes on from an approximate solution.
-  void first_order_start(int iterations) {
-    if (display_ == 0) return;
-    new_phase(iterations);
-    sink_.send(Channel::log, "Restarting from an approximate solution.\n");
-  }
-
   /// A basis that was given becomes one of the presolved problem.
   void crushed_basis() {
     if (display_ != 0) sink_.send(Channel::log, "Start basis crushed through presolve.\n");

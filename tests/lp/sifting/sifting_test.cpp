@@ -1,8 +1,10 @@
-#include "lp/sifting/column_subset.h"
+#include "lp/sifting/sifting.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <sstream>
 
 #include "lp/sifting/row_prices.h"
 #include "lp/simplex/simplex_support.h"
@@ -91,14 +93,12 @@ LpProblem packing_lp(Random& random, int m, int n) {
 struct Trial {
   explicit Trial(const LpProblem& lp, StopCheck* stop = nullptr, IterationHook* hook = nullptr,
                  int limit = 2100000000)
-      : subset(lp, stop != nullptr ? *stop : never, hook, nullptr) {
-    SimplexSettings settings;
-    settings.iteration_limit = limit;
-    end = subset.run(settings);
-  }
-  NeverStop never;
-  ColumnSubset subset;
-  SubsetEnd end;
+      : settings{.simplex = {.iteration_limit = limit}},
+        sifting(lp, settings, {.stop = stop, .hook = hook}),
+        end(sifting.run()) {}
+  SiftingSettings settings;
+  Sifting sifting;
+  SiftingEnd end;
 };
 
 double optimal_value(const LpProblem& lp) {
@@ -109,9 +109,9 @@ double optimal_value(const LpProblem& lp) {
 }
 
 /// The basis is an optimum of the whole program, without any more work.
-void expect_priced_out(const LpProblem& lp, const ColumnSubset& subset) {
+void expect_priced_out(const LpProblem& lp, const Sifting& sifting) {
   Simplex simplex(lp);
-  simplex.set_basis(subset.status());
+  simplex.set_basis(sifting.status());
   ASSERT_EQ(simplex.run_primal({}), SimplexOutcome::optimal);
   EXPECT_EQ(simplex.iterations(), 0);
   test::expect_optimal(lp, simplex);
@@ -119,27 +119,27 @@ void expect_priced_out(const LpProblem& lp, const ColumnSubset& subset) {
   EXPECT_NEAR(simplex.objective(), expected, 1e-7 * (1.0 + std::fabs(expected)));
 }
 
-TEST(ColumnSubset, FindsTheOptimumOfWidePrograms) {
+TEST(Sifting, FindsTheOptimumOfWidePrograms) {
   Random random(11);
   for (int trial = 0; trial < 10; ++trial) {
     SCOPED_TRACE(trial);
     const LpProblem covering = covering_lp(random, 20 + random.below(150), 6000);
     const Trial covered(covering);
-    ASSERT_EQ(covered.end, SubsetEnd::priced_out);
-    expect_priced_out(covering, covered.subset);
+    ASSERT_EQ(covered.end, SiftingEnd::priced_out);
+    expect_priced_out(covering, covered.sifting);
     const LpProblem packing = packing_lp(random, 10 + random.below(30), 4000);
     const Trial packed(packing);
-    ASSERT_EQ(packed.end, SubsetEnd::priced_out);
-    expect_priced_out(packing, packed.subset);
+    ASSERT_EQ(packed.end, SiftingEnd::priced_out);
+    expect_priced_out(packing, packed.sifting);
     const LpProblem transport = transport_lp(random, 40, 6.0, trial % 2 == 0 ? kInf : 3.0);
     const Trial sent(transport);
-    ASSERT_EQ(sent.end, SubsetEnd::priced_out);
-    expect_priced_out(transport, sent.subset);
+    ASSERT_EQ(sent.end, SiftingEnd::priced_out);
+    expect_priced_out(transport, sent.sifting);
   }
 }
 
 // Every kind of row and of bound, columns that start at their upper bounds, proofs of either sign.
-TEST(ColumnSubset, NeverClaimsAnOptimumThatIsNone) {
+TEST(Sifting, NeverClaimsAnOptimumThatIsNone) {
   Random random(12);
   int priced_out = 0;
   for (int trial = 0; trial < 60; ++trial) {
@@ -147,69 +147,73 @@ TEST(ColumnSubset, NeverClaimsAnOptimumThatIsNone) {
     LpProblem lp = test::random_feasible_lp(random, 2 + random.below(8), 700, trial % 2 == 0);
     lp.offset = 17.0;
     const Trial run(lp);
-    if (run.end == SubsetEnd::given_up) continue;
-    ASSERT_EQ(run.end, SubsetEnd::priced_out);
-    expect_priced_out(lp, run.subset);
+    if (run.end == SiftingEnd::given_up) continue;
+    ASSERT_EQ(run.end, SiftingEnd::priced_out);
+    expect_priced_out(lp, run.sifting);
     ++priced_out;
   }
   EXPECT_GE(priced_out, 30);
 }
 
-TEST(ColumnSubset, TellsTheObjectiveOfTheWhole) {
-  struct Record final : SubsetObserver {
-    void after_round(int iterations, double objective) override {
-      counts.push_back(iterations);
-      objectives.push_back(objective);
-    }
-    std::vector<int> counts;
-    std::vector<double> objectives;
-  } record;
+TEST(Sifting, TellsTheObjectiveOfTheWhole) {
   Random random(13);
   LpProblem lp = packing_lp(random, 30, 5000);
   lp.offset = 1000.0;
   // Paid for, though never in the work program.
   lp.lower[7] = lp.upper[7] = 1.0;
-  NeverStop never;
-  ColumnSubset subset(lp, never, nullptr, &record);
-  ASSERT_EQ(subset.run({}), SubsetEnd::priced_out);
-  ASSERT_GE(record.objectives.size(), 2u);
-  EXPECT_TRUE(std::is_sorted(record.counts.begin(), record.counts.end()));
-  EXPECT_TRUE(std::is_sorted(record.objectives.rbegin(), record.objectives.rend()));
-  EXPECT_NEAR(record.objectives.back(), optimal_value(lp), 1e-6);
+  test::TextSink sink;
+  SiftingSettings settings;
+  settings.simplex.display = 1;
+  ASSERT_EQ(Sifting(lp, settings, {.sink = &sink}).run(), SiftingEnd::priced_out);
+  std::istringstream lines(sink.text);
+  std::vector<double> counts, objectives;
+  for (std::string line; std::getline(lines, line);) {
+    int iterations = 0;
+    double objective = 0.0;
+    if (std::sscanf(line.c_str(), "Iteration: %d Objective = %lf", &iterations, &objective) != 2) {
+      continue;
+    }
+    counts.push_back(iterations);
+    objectives.push_back(objective);
+  }
+  ASSERT_GE(objectives.size(), 2u) << sink.text;
+  EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
+  EXPECT_TRUE(std::is_sorted(objectives.rbegin(), objectives.rend()));
+  EXPECT_NEAR(objectives.back(), optimal_value(lp), 1e-5);
 }
 
-TEST(ColumnSubset, LeavesInfeasibleAndUnboundedProgramsToOthers) {
+TEST(Sifting, LeavesInfeasibleAndUnboundedProgramsToOthers) {
   Random random(14);
   const LpProblem starved = transport_lp(random, 40, 4.0, kInf);
-  EXPECT_EQ(Trial(starved).end, SubsetEnd::given_up);
+  EXPECT_EQ(Trial(starved).end, SiftingEnd::given_up);
   LpProblem endless = covering_lp(random, 20, 3000);
   for (int j = 100; j < 110; ++j) endless.cost[j] = -1.0;
   const Trial run(endless);
-  ASSERT_EQ(run.end, SubsetEnd::unfinished);
+  ASSERT_EQ(run.end, SiftingEnd::unfinished);
   Simplex simplex(endless);
-  simplex.set_basis(run.subset.status());
+  simplex.set_basis(run.sifting.status());
   EXPECT_EQ(simplex.run_primal({}), SimplexOutcome::unbounded);
 }
 
-TEST(ColumnSubset, StopsWhenAsked) {
+TEST(Sifting, StopsWhenAsked) {
   Random random(15);
   const LpProblem lp = covering_lp(random, 40, 3000);
   const auto expect_stopped = [&](const Trial& run, SimplexOutcome by) {
-    ASSERT_EQ(run.end, SubsetEnd::stopped);
-    EXPECT_EQ(run.subset.stop_outcome(), by);
-    const Vector<int>& status = run.subset.status();
+    ASSERT_EQ(run.end, SiftingEnd::stopped);
+    EXPECT_EQ(run.sifting.stop_outcome(), by);
+    const Vector<int>& status = run.sifting.status();
     EXPECT_EQ(std::count(status.begin(), status.end(), kBasic), lp.num_rows);
   };
-  const int all = Trial(lp).subset.iterations();
+  const int all = Trial(lp).sifting.iterations();
   for (const int limit : {0, 5, all / 2, all - 1}) {
     SCOPED_TRACE(limit);
     const Trial limited(lp, nullptr, nullptr, limit);
     expect_stopped(limited, SimplexOutcome::iteration_limit);
-    EXPECT_EQ(limited.subset.iterations(), limit);
+    EXPECT_EQ(limited.sifting.iterations(), limit);
     StopAt hook(limit);
     const Trial hooked(lp, nullptr, &hook);
     expect_stopped(hooked, SimplexOutcome::aborted);
-    EXPECT_LE(hooked.subset.iterations(), limit);
+    EXPECT_LE(hooked.sifting.iterations(), limit);
     StopAt clock(limit, StopReason::time_limit);
     expect_stopped(Trial(lp, &clock), SimplexOutcome::time_limit);
   }
