@@ -77,10 +77,17 @@ int KLVNETwriteprob(KLVenv env, KLVnet net, const char* filename, const char* fi
         return write_file(filename, sink, [&](FileStream& stream) {
           write_sectioned_network(network, sink, stream);
         });
-      default:
-        return write_model_file(filename, format, environment.settings(), sink,
-                                network_to_model(network));
+      case FileFormat::unknown:
+      case FileFormat::lp:
+      case FileFormat::rewritten_lp:
+      case FileFormat::mps:
+      case FileFormat::rewritten_mps:
+      case FileFormat::sav:
+      case FileFormat::network:
+        break;
     }
+    return write_model_file(filename, format, environment.settings(), sink,
+                            network_to_model(network));
   });
 }
 

@@ -204,7 +204,12 @@ Status read_model_file(const char* name, const char* type, const Settings& setti
       if (status.ok()) model = network_to_model(network);
       break;
     }
-    default:  // binary models have no reader
+    case FileFormat::unknown:
+    case FileFormat::rewritten_lp:
+    case FileFormat::rewritten_mps:
+    case FileFormat::sav:  // has no reader
+    case FileFormat::numbered_network:
+    case FileFormat::sectioned_network:
       status = Status::failure(error::kBadFileType);
       break;
   }
@@ -242,7 +247,11 @@ Status write_model_file(const char* name, FileFormat format, const Settings& set
            settings.get_int(param::EVERY_OBJECTIVE_TERM) != 0},
           sink, stream);
       break;
-    default:
+    case FileFormat::unknown:
+    case FileFormat::sav:
+    case FileFormat::network:
+    case FileFormat::numbered_network:
+    case FileFormat::sectioned_network:
       return Status::failure(error::kBadFileType);
   }
   const bool closed = close_file(stream).ok();

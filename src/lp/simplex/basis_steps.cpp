@@ -13,19 +13,19 @@ BasisSteps::~BasisSteps() {
 }
 
 double BasisSteps::basic_value(int position) const {
-  return state_.basic_value[position];
+  return state_.basics.value[position];
 }
 
 bool BasisSteps::exchange(int position, int entering, BasisStatus leaves_at) {
   const double pivot = state_.entering.value[position];
-  state_.value[state_.header[position]] = state_.basic_value[position];
+  state_.basis.value[state_.basis.header[position]] = state_.basics.value[position];
   return state_.exchange(position, entering, 0.0, leaves_at, pivot) ||
          state_.refactorize() == Refactored::ok;
 }
 
 void BasisSteps::move_to(int variable, BasisStatus bound) {
-  state_.place_nonbasic(variable, bound);
-  state_.primals_fresh = false;
+  state_.basis.place(variable, bound);
+  state_.basics.lose_freshness();
 }
 
 void BasisSteps::compute_primals() {

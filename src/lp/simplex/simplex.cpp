@@ -51,13 +51,13 @@ void Simplex::delete_columns(const Vector<int>& columns) {
 SharedBasis Simplex::snapshot(bool with_weights) const {
   const SimplexState& s = *state_;
   Vector<double> weights;
-  if (with_weights && s.dual_weights_valid) {
+  if (with_weights && s.weights.valid()) {
     for (int j = 0; j < s.num_vars; ++j) {
-      if (s.status[j] == kBasic) weights.push_back(s.dual_weights[s.position[j]]);
+      if (s.basis.status[j] == kBasic) weights.push_back(s.weights.dual[s.basis.position[j]]);
     }
   }
-  return std::allocate_shared<const BasisSnapshot>(Allocator<BasisSnapshot>(), s.status, s.value,
-                                                   weights);
+  return std::allocate_shared<const BasisSnapshot>(Allocator<BasisSnapshot>(), s.basis.status,
+                                                   s.basis.value, weights);
 }
 
 void Simplex::start_from(const BasisSnapshot& basis) {
@@ -69,10 +69,10 @@ void Simplex::start_from(const BasisSnapshot& basis) {
   if (weights.empty()) return;
   std::size_t next = 0;
   for (int j = 0; j < state_->num_vars; ++j) {
-    if (state_->status[j] == kBasic) state_->dual_weights[state_->position[j]] = weights[next++];
+    if (state_->basis.status[j] == kBasic)
+      state_->weights.dual[state_->basis.position[j]] = weights[next++];
   }
-  state_->dual_weights_valid = true;
-  state_->dual_weights_unit = false;
+  state_->weights.set_valid(state_->weights.in_full_space());
 }
 
 const LpProblem& Simplex::problem() const {
@@ -118,40 +118,40 @@ ProbeResult Simplex::probe(const Vector<VariableBounds>& changes, const SimplexS
 }
 
 const Vector<int>& Simplex::status() const {
-  return state_->status;
+  return state_->basis.status;
 }
 const Vector<int>& Simplex::header() const {
-  return state_->header;
+  return state_->basis.header;
 }
 const Vector<double>& Simplex::values() const {
   state_->materialize_results();
-  return state_->result_values;
+  return state_->results.values;
 }
 const Vector<double>& Simplex::reduced_costs() const {
-  return state_->reduced_cost;
+  return state_->duals.reduced_cost;
 }
 const Vector<double>& Simplex::row_duals() const {
-  return state_->row_duals;
+  return state_->duals.row_duals;
 }
 double Simplex::objective() const {
   state_->materialize_results();
-  return state_->objective;
+  return state_->results.objective;
 }
 int Simplex::iterations() const {
-  return state_->iterations;
+  return state_->run.iterations;
 }
 int Simplex::phase_one_iterations() const {
-  return state_->phase_one_iterations;
+  return state_->run.phase_one_iterations;
 }
 void Simplex::count_iterations(int all, int phase_one) {
-  state_->iterations += all;
-  state_->phase_one_iterations += phase_one;
+  state_->run.iterations += all;
+  state_->run.phase_one_iterations += phase_one;
 }
 const Vector<double>& Simplex::farkas_dual() const {
-  return state_->farkas;
+  return state_->results.farkas;
 }
 const Vector<double>& Simplex::primal_ray() const {
-  return state_->ray;
+  return state_->results.ray;
 }
 double Simplex::condition_estimate() const {
   return state_->factor().statistics().pivot_ratio;
@@ -165,7 +165,7 @@ double Simplex::work() const {
 }
 
 double Simplex::dual_tolerance() const {
-  return state_->dual_tolerance;
+  return state_->run.dual_tolerance;
 }
 
 bool Simplex::has_factor() const {
@@ -175,20 +175,19 @@ bool Simplex::has_factor() const {
 bool Simplex::compute_basic_solution(const SimplexSettings& settings, const RunContext& context) {
   const LentContext lent(*state_, context);
   state_->begin_run(settings);
-  const bool current = state_->factor_current() && state_->primals_fresh && state_->duals_fresh;
+  const bool current = state_->factor_current() && state_->basics.fresh() && state_->duals.fresh();
   if (!current && no_factor(state_->refactorize())) return false;
   state_->store_results();
   return true;
 }
 
 void Simplex::give_dual_weights(const Vector<double>& weights) {
-  for (int p = 0; p < state_->m; ++p) state_->dual_weights[p] = weights[state_->header[p]];
-  state_->dual_weights_valid = true;
-  state_->dual_weights_full = state_->dual_weights_unit = false;
+  for (int p = 0; p < state_->m; ++p) state_->weights.dual[p] = weights[state_->basis.header[p]];
+  state_->weights.set_valid(false);
 }
 
 void Simplex::give_primal_weights(Vector<double> weights) {
-  state_->given_primal_weights.swap(weights);
+  state_->weights.given_primal.swap(weights);
 }
 
 int Simplex::bytes_per_entry(bool compact) {

@@ -15,7 +15,7 @@ WorkVector& SimplexTableau::empty_vector() const {
 }
 
 void SimplexTableau::load_column(int variable, WorkVector& x) const {
-  state_.load_column(variable, x);
+  state_.program.load_column(variable, x);
 }
 
 void SimplexTableau::ftran(WorkVector& x, double expected_density) const {
@@ -28,7 +28,7 @@ void SimplexTableau::btran(WorkVector& y, double expected_density) const {
 
 const WorkVector& SimplexTableau::entering_column(int variable) const {
   WorkVector& x = empty_column();
-  state_.load_column(variable, x);
+  state_.program.load_column(variable, x);
   state_.factor().ftran(x, state_.density.entering, true);
   return x;
 }

@@ -57,9 +57,11 @@ NetworkOutcome NetworkEngine::run_phases() {
       return stopped_as_;
     case PhaseEnd::unbounded:
       return NetworkOutcome::unbounded;
-    default:
-      return NetworkOutcome::optimal;
+    case PhaseEnd::no_entry:
+    case PhaseEnd::feasible:
+      break;
   }
+  return NetworkOutcome::optimal;
 }
 
 /// True when no artificial arc carries more than the tolerance.

@@ -167,9 +167,10 @@ Owned<NetworkPricing> make_network_pricing(NetworkPricingRule rule) {
       return make_owned<FirstEligible>();
     case NetworkPricingRule::best_of_list:
       return make_owned<BestOfList>();
-    default:
-      return make_owned<BlockSearch>();
+    case NetworkPricingRule::block_search:
+      break;
   }
+  return make_owned<BlockSearch>();
 }
 
 }  // namespace kelvo

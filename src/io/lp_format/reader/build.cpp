@@ -149,14 +149,9 @@ Vector<const char*> pointers_from(const NameStore& names, int first) {
 /// The type of a column that had the type `old` and is listed in a type section.
 char combined_type(char old, LpSection section) {
   const bool was_semi = old == 'S' || old == 'N';
-  switch (section) {
-    case LpSection::binaries:
-      return was_semi ? 'N' : 'B';
-    case LpSection::semi_continuous:
-      return old == 'C' || old == 'S' ? 'S' : 'N';
-    default:
-      return was_semi ? 'N' : old == 'B' ? 'B' : 'I';
-  }
+  if (section == LpSection::semi_continuous) return old == 'C' || old == 'S' ? 'S' : 'N';
+  if (was_semi) return 'N';
+  return section == LpSection::binaries || old == 'B' ? 'B' : 'I';
 }
 
 }  // namespace

@@ -17,9 +17,11 @@ Status number_error(const ParsedNumber& number, std::string_view token,
       return diagnostics.error_exponent(exponent, "ended");
     case NumberFault::exponent_too_large:
       return diagnostics.error_word(error::kExponentOutOfRange, exponent);
-    default:
-      return diagnostics.error_word(error::kNotANumber, token);
+    case NumberFault::none:
+    case NumberFault::trailing_characters:
+      break;
   }
+  return diagnostics.error_word(error::kNotANumber, token);
 }
 
 }  // namespace

@@ -29,20 +29,20 @@ void DualEngine::perturb_costs() {
   }
   if (largest > kLargeCost) largest = std::sqrt(std::sqrt(largest));
   if (boxed < kFewBoxed * s_.num_vars) largest = std::min(largest, 1.0);
-  const double unit = kPerturbationShare * s_.settings.perturbation * largest;
+  const double unit = kPerturbationShare * s_.run.settings.perturbation * largest;
   for (int j = 0; j < s_.n; ++j) {
     const bool open_below = s_.problem.lower[j] == -kInf;
     const bool open_above = s_.problem.upper[j] == kInf;
     if ((open_below && open_above) || s_.problem.lower[j] == s_.problem.upper[j]) continue;
     const double amount =
-        (1.0 + std::fabs(s_.problem.cost[j])) * unit * (1.0 + s_.random.uniform());
+        (1.0 + std::fabs(s_.problem.cost[j])) * unit * (1.0 + s_.program.random.uniform());
     const bool up = open_above || (!open_below && s_.problem.cost[j] >= 0.0);
-    s_.cost[j] += up ? amount : -amount;
+    s_.program.cost[j] += up ? amount : -amount;
   }
   s_.log.perturbation_started(perturbations_ > 0);
   ++perturbations_;
-  s_.costs_perturbed = true;
-  s_.duals_current = s_.duals_fresh = s_.dual_feasible = false;
+  s_.program.set_costs_perturbed();
+  s_.duals.make_stale();
   hot_ = false;
 }
 
@@ -50,46 +50,44 @@ void DualEngine::shift_cost(int j, double amount) {
   if (amount == 0.0) return;
   s_.trail.note_cost(s_, j);
   s_.trail.note_reduced_cost(s_, j);
-  s_.shifted.push_back(j);
-  s_.cost[j] += amount;
-  s_.reduced_cost[j] += amount;
-  s_.dual_objective += amount * s_.value[j];  // only nonbasic variables are shifted
-  ++s_.num_cost_shifts;
-  s_.duals_fresh = false;
+  s_.program.shift_cost(j, amount);
+  s_.duals.reduced_cost[j] += amount;
+  s_.duals.objective += amount * s_.basis.value[j];  // only nonbasic variables are shifted
+  s_.duals.lose_freshness();
 }
 
 // After a fresh computation, reduced costs that drifted out of their tolerance are made feasible:
 // boxed variables flip, the costs of others are shifted to a little beyond zero.
 void DualEngine::correct_duals() {
-  const double tolerance = s_.dual_tolerance;
+  const double tolerance = s_.run.dual_tolerance;
   for (int j = 0; j < s_.num_vars; ++j) {
-    const int direction = s_.move[j];
-    if (direction == SimplexState::kStays) continue;
-    const double d = s_.reduced_cost[j];
-    if (direction == SimplexState::kAnywhere) {
+    const int direction = s_.basis.move[j];
+    if (direction == Basis::kStays) continue;
+    const double d = s_.duals.reduced_cost[j];
+    if (direction == Basis::kAnywhere) {
       if (std::fabs(d) > tolerance) shift_cost(j, -d);
     } else if (d * direction < -tolerance) {
-      if (s_.is_boxed(j)) {
+      if (s_.program.is_boxed(j)) {
         s_.flip(j);
       } else {
-        shift_cost(j, direction * tolerance * (1.0 + s_.random.uniform()) - d);
+        shift_cost(j, direction * tolerance * (1.0 + s_.program.random.uniform()) - d);
       }
     }
   }
 }
 
 void DualEngine::flip_infeasible_boxed() {
-  const double tolerance = s_.dual_tolerance;
+  const double tolerance = s_.run.dual_tolerance;
   for (int j = 0; j < s_.num_vars; ++j) {
-    const int direction = s_.move[j];
-    if (direction == SimplexState::kStays || direction == SimplexState::kAnywhere) continue;
-    if (s_.is_boxed(j) && s_.reduced_cost[j] * direction < -tolerance) s_.flip(j);
+    const int direction = s_.basis.move[j];
+    if (direction == Basis::kStays || direction == Basis::kAnywhere) continue;
+    if (s_.program.is_boxed(j) && s_.duals.reduced_cost[j] * direction < -tolerance) s_.flip(j);
   }
 }
 
 void DualEngine::remove_perturbation() {
-  if (s_.costs_perturbed) s_.log.perturbation_removed();
-  if (s_.num_cost_shifts > 0) s_.log.shifts_removed(s_.num_cost_shifts);
+  if (s_.program.costs_perturbed()) s_.log.perturbation_removed();
+  if (s_.program.num_shifts() > 0) s_.log.shifts_removed(s_.program.num_shifts());
   s_.restore_costs();
 }
 

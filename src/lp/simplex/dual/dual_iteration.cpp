@@ -42,9 +42,9 @@ int DualEngine::choose_leaving() {
     s_.compute_row_ep(p);
     if (!exact_weights()) return p;
     const double exact = std::max(exact_weight(), kSmallestWeight);
-    const double stored = s_.dual_weights[p];
+    const double stored = s_.weights.dual[p];
     s_.trail.note_position(s_, p);
-    s_.dual_weights[p] = exact;
+    s_.weights.dual[p] = exact;
     if (stored >= kWeightAgreement * exact) return p;
     leaving_list_.update(p);
   }
@@ -59,7 +59,7 @@ bool DualEngine::pivot_agrees(double row_pivot, double column_pivot) {
 
 void DualEngine::compute_columns(int q) {
   s_.entering.clear();
-  s_.load_column(q, s_.entering);
+  s_.program.load_column(q, s_.entering);
   if (exact_weights()) {
     WorkVector& tau = s_.auxiliary;
     load_weight_column(tau);
@@ -75,16 +75,16 @@ void DualEngine::compute_columns(int q) {
 void DualEngine::apply_flips() {
   flip_column_.clear();
   for (int j : ratio_test_.flips()) {
-    const double before = s_.value[j];
+    const double before = s_.basis.value[j];
     s_.flip(j);
-    const double change = s_.value[j] - before;
-    s_.dual_objective += s_.reduced_cost[j] * change;
-    s_.add_column(j, change, flip_column_);
+    const double change = s_.basis.value[j] - before;
+    s_.duals.objective += s_.duals.reduced_cost[j] * change;
+    s_.program.add_column(j, change, flip_column_);
   }
   s_.factor().ftran(flip_column_, s_.density.flips);
   SolveDensities::observe(s_.density.flips, flip_column_.density());
   s_.trail.note_positions(s_, flip_column_);
-  double* value = s_.basic_value.data();
+  double* value = s_.basics.value.data();
   for_each_nonzero(flip_column_, [&](int p, double v) {
     value[p] -= v;
     leaving_list_.update(p);
@@ -97,27 +97,27 @@ void DualEngine::update_duals(int q, int leaving, double dual_step) {
   s_.trail.note_reduced_cost(s_, leaving);
   if (dual_step != 0.0) {
     s_.trail.note_row_duals(s_, s_.row_ep);
-    double* y = s_.row_duals.data();
+    double* y = s_.duals.row_duals.data();
     for (int k = 0; k < s_.row_ep.count; ++k) {
       const int i = s_.row_ep.index[k];
       y[i] += dual_step * s_.row_ep.value[i];
     }
-    double* dual = s_.reduced_cost.data();
+    double* dual = s_.duals.reduced_cost.data();
     const double* alpha = s_.pivot_row.value.data();
     for (int k = 0; k < s_.pivot_row.count; ++k) {
       const int j = s_.pivot_row.index[k];
       dual[j] -= dual_step * alpha[j];
     }
   }
-  s_.reduced_cost[q] = 0.0;
-  s_.reduced_cost[leaving] = -dual_step;
+  s_.duals.reduced_cost[q] = 0.0;
+  s_.duals.reduced_cost[leaving] = -dual_step;
 }
 
 // One pass over the entering column updates values, weights and infeasibilities.
 void DualEngine::update_primals_and_weights(int position, double primal_step, double pivot) {
   s_.trail.note_positions(s_, s_.entering);
-  double* value = s_.basic_value.data();
-  double* weight = s_.dual_weights.data();
+  double* value = s_.basics.value.data();
+  double* weight = s_.weights.dual.data();
   const double* tau = s_.auxiliary.value.data();
   const double leaving_weight = weight[position];
   const double reciprocal = 1.0 / pivot;
@@ -150,8 +150,8 @@ DualEngine::Step DualEngine::iterate() {
   leaving_ = choose_leaving();
   if (leaving_ < 0) return Step::no_leaving;
   const int r = leaving_;
-  const double x = s_.basic_value[r];
-  infeasibility_ = x < s_.basic_lower[r] ? x - s_.basic_lower[r] : x - s_.basic_upper[r];
+  const double x = s_.basics.value[r];
+  infeasibility_ = x < s_.basics.lower[r] ? x - s_.basics.lower[r] : x - s_.basics.upper[r];
   s_.compute_pivot_row();
   const DualRatioTest::Outcome outcome = ratio_test_.run(infeasibility_);
   if (outcome == DualRatioTest::Outcome::unbounded && !ratio_test_.has_bans()) {
@@ -175,25 +175,26 @@ DualEngine::Step DualEngine::iterate() {
   }
   if (!ratio_test_.flips().empty()) apply_flips();
 
-  const int leaving = s_.header[r];
-  if (s_.reduced_cost[q] * s_.move[q] < 0.0 || s_.move[q] == SimplexState::kAnywhere) {
-    shift_cost(q, -s_.reduced_cost[q]);
+  const int leaving = s_.basis.header[r];
+  if (s_.duals.reduced_cost[q] * s_.basis.move[q] < 0.0 || s_.basis.move[q] == Basis::kAnywhere) {
+    shift_cost(q, -s_.duals.reduced_cost[q]);
   }
-  const double dual_step = s_.reduced_cost[q] / pivot;
+  const double dual_step = s_.duals.reduced_cost[q] / pivot;
   const bool to_lower = infeasibility_ < 0.0;
-  const double bound = to_lower ? s_.basic_lower[r] : s_.basic_upper[r];
-  const double primal_step = (s_.basic_value[r] - bound) / pivot;
-  s_.dual_objective += s_.reduced_cost[q] * primal_step;
+  const double bound = to_lower ? s_.basics.lower[r] : s_.basics.upper[r];
+  const double primal_step = (s_.basics.value[r] - bound) / pivot;
+  s_.duals.objective += s_.duals.reduced_cost[q] * primal_step;
   update_duals(q, leaving, dual_step);
   update_primals_and_weights(r, primal_step, pivot);
 
-  const double entering_value = s_.value[q] + primal_step;
+  const double entering_value = s_.basis.value[q] + primal_step;
   const bool updated = s_.exchange(r, q, entering_value, to_lower ? kAtLower : kAtUpper, pivot);
-  s_.primals_current = s_.duals_current = true;
-  if (phase_one_) ++s_.phase_one_iterations;
+  s_.basics.set_validity(Validity::updated);
+  s_.duals.set_validity(Validity::updated);
+  if (phase_one_) ++s_.run.phase_one_iterations;
   leaving_list_.update(r);
   ratio_test_.lift_bans();
-  s_.log.exchange(s_.iterations, phase_one_, q, leaving, s_.dual_objective);
+  s_.log.exchange(s_.run.iterations, phase_one_, q, leaving, s_.duals.objective);
   if (stalls(dual_step)) {
     perturb_costs();
     return Step::refactor;

@@ -36,8 +36,8 @@ bool DualEngine::rebuild() {
   s_.compute_duals();
   correct_duals();
   s_.compute_primals();
-  s_.dual_objective = s_.working_objective();
-  hot_ = started_hot_ && result == Refactored::ok && !s_.costs_perturbed;
+  s_.duals.objective = s_.duals.working_objective();
+  hot_ = started_hot_ && result == Refactored::ok && !s_.program.costs_perturbed();
   start_choices();
   return true;
 }
@@ -53,10 +53,10 @@ void DualEngine::start_choices() {
 double DualEngine::dual_infeasibility_sum() const {
   double sum = 0.0;
   for (int j = 0; j < s_.num_vars; ++j) {
-    if (s_.status[j] == kBasic || s_.held[j]) continue;
+    if (s_.basis.status[j] == kBasic || s_.basis.held[j]) continue;
     const double lower = s_.problem.lower[j];
     const double upper = s_.problem.upper[j];
-    const double d = s_.reduced_cost[j];
+    const double d = s_.duals.reduced_cost[j];
     if (lower == -kInf && upper == kInf) {
       sum += std::fabs(d);
     } else if (upper == kInf && d < 0.0) {
@@ -69,8 +69,8 @@ double DualEngine::dual_infeasibility_sum() const {
 }
 
 void DualEngine::log_phase_line() {
-  s_.log.dual_iteration(s_.iterations, s_.factor().statistics().factorizations, phase_one_,
-                        phase_one_ ? dual_infeasibility_sum() : s_.dual_objective);
+  s_.log.dual_iteration(s_.run.iterations, s_.factor().statistics().factorizations, phase_one_,
+                        phase_one_ ? dual_infeasibility_sum() : s_.duals.objective);
 }
 
 // Counts steps without progress; true when the costs should be perturbed before going on.
@@ -98,12 +98,13 @@ DualEngine::PhaseEnd DualEngine::run_phase() {
         stop_outcome_ = *stop;
         return PhaseEnd::stopped;
       }
-      if (!phase_one_ && !limit_refuted_ && s_.dual_objective > s_.settings.objective_upper_limit) {
+      if (!phase_one_ && !limit_refuted_ &&
+          s_.duals.objective > s_.run.settings.objective_upper_limit) {
         if (prove_objective_limit()) return PhaseEnd::objective_limit;
         limit_refuted_ = true;
       }
       step = iterate();
-      s_.log.elapsed(s_.iterations, false);
+      s_.log.elapsed(s_.run.iterations, false);
       // Conclusions are drawn from freshly computed values only, or verified.
       if (step == Step::refactor || (!hot_ && !s_.freshly_factored())) continue;
       if (step == Step::no_leaving) {

@@ -21,11 +21,8 @@ constexpr double kFreeBox = 1000.0;
 int DualEngine::count_dual_infeasibilities(bool boxed_too, double tolerance) const {
   int count = 0;
   for (int j = 0; j < s_.num_vars; ++j) {
-    if (s_.move[j] == SimplexState::kStays || (!boxed_too && s_.is_boxed(j))) continue;
-    const double d = s_.reduced_cost[j];
-    const bool violated = s_.move[j] == SimplexState::kAnywhere ? d > tolerance || d < -tolerance
-                                                                : d * s_.move[j] < -tolerance;
-    count += violated;
+    if (s_.basis.move[j] == Basis::kStays || (!boxed_too && s_.program.is_boxed(j))) continue;
+    count += DualValues::wrong(s_.duals.reduced_cost[j], s_.basis.move[j], tolerance);
   }
   return count;
 }
@@ -36,24 +33,24 @@ void DualEngine::begin_phase_one() {
     const bool open_below = s_.problem.lower[j] == -kInf;
     const bool open_above = s_.problem.upper[j] == kInf;
     const double room = open_below && open_above ? kFreeBox : 1.0;
-    s_.lower[j] = open_below ? -room : 0.0;
-    s_.upper[j] = open_above ? room : 0.0;
-    if (s_.status[j] != kBasic && (open_below || open_above)) {
-      s_.status[j] = s_.reduced_cost[j] < 0.0 ? kAtUpper : kAtLower;
+    s_.program.lower[j] = open_below ? -room : 0.0;
+    s_.program.upper[j] = open_above ? room : 0.0;
+    if (s_.basis.status[j] != kBasic && (open_below || open_above)) {
+      s_.basis.status[j] = s_.duals.reduced_cost[j] < 0.0 ? kAtUpper : kAtLower;
     }
   }
-  s_.bounds_perturbed = true;
+  s_.program.set_bounds_perturbed();
   s_.refresh_nonbasic();
 }
 
 void DualEngine::end_phase_one() {
   phase_one_ = false;
   for (int j = 0; j < s_.num_vars; ++j) {
-    if (s_.status[j] == kBasic || s_.problem.lower[j] > -kInf || s_.problem.upper[j] < kInf) {
+    if (s_.basis.status[j] == kBasic || s_.problem.lower[j] > -kInf || s_.problem.upper[j] < kInf) {
       continue;
     }
-    s_.status[j] = kFreeSuper;
-    s_.value[j] = 0.0;
+    s_.basis.status[j] = kFreeSuper;
+    s_.basis.value[j] = 0.0;
   }
   s_.restore_bounds();
   // Fixed and boxed variables could not move so far, and their reduced costs were not kept.

@@ -31,22 +31,22 @@ class Trial {
 // The row duals y bound the objective for any costs: the terms of a variable whose cost was shifted
 // are replaced by the least value of (true reduced cost) * x over its box.
 double DualEngine::true_bound() const {
-  double bound = s_.dual_objective;
+  double bound = s_.duals.objective;
   const auto correct = [&](int j) {
-    const double change = s_.problem.cost[j] - s_.cost[j];
+    const double change = s_.problem.cost[j] - s_.program.cost[j];
     if (change == 0.0) return;
-    const bool basic = s_.status[j] == kBasic;
-    const double d = (basic ? 0.0 : s_.reduced_cost[j]) + change;
-    if (!basic) bound -= s_.reduced_cost[j] * s_.value[j];
-    const double at = d > 0.0 ? s_.lower[j] : s_.upper[j];
+    const bool basic = s_.basis.status[j] == kBasic;
+    const double d = (basic ? 0.0 : s_.duals.reduced_cost[j]) + change;
+    if (!basic) bound -= s_.duals.reduced_cost[j] * s_.basis.value[j];
+    const double at = d > 0.0 ? s_.program.lower[j] : s_.program.upper[j];
     if (std::isfinite(at)) {
       bound += d * at;
-    } else if (std::fabs(d) > s_.settings.optimality_tolerance) {
+    } else if (std::fabs(d) > s_.run.settings.optimality_tolerance) {
       bound = -kInf;
     }
   };
-  const Vector<int>& shifted = s_.shifted;
-  if (s_.costs_perturbed || shifted.size() > kFewShifts) {
+  const Vector<int>& shifted = s_.program.shifted();
+  if (s_.program.costs_perturbed() || shifted.size() > kFewShifts) {
     for (int j = 0; j < s_.num_vars; ++j) correct(j);
     return bound;
   }
@@ -59,12 +59,12 @@ double DualEngine::true_bound() const {
 SimplexOutcome DualEngine::probe_phase(const Vector<VariableBounds>& changes) {
   s_.change_bounds(changes);
   s_.apply_moves();
-  hot_ = s_.dual_feasible;
+  hot_ = s_.duals.feasible();
   if (!hot_) {
     s_.trail.note_everything(s_);
     correct_duals();
     s_.compute_primals();
-    s_.dual_objective = s_.working_objective();
+    s_.duals.objective = s_.duals.working_objective();
     hot_ = true;
   }
   started_hot_ = true;
@@ -93,7 +93,7 @@ ProbeResult DualEngine::probe(const Vector<VariableBounds>& changes) {
     return result;
   }
   begin();
-  const int iterations = s_.iterations;
+  const int iterations = s_.run.iterations;
   const double work = s_.work();
   if (!s_.factor_current() && no_factor(s_.refactorize())) {
     result.outcome = s_.outcome_without_factor();
@@ -101,18 +101,18 @@ ProbeResult DualEngine::probe(const Vector<VariableBounds>& changes) {
     return result;
   }
   initialize_weights();
-  if (!s_.duals_current || !s_.primals_current) {
+  if (!s_.duals.current() || !s_.basics.current()) {
     s_.compute_duals();
     s_.compute_primals();
-    s_.dual_objective = s_.working_objective();
-    s_.dual_feasible = count_dual_infeasibilities(true, s_.dual_tolerance) == 0;
+    s_.duals.objective = s_.duals.working_objective();
+    s_.duals.set_feasible(count_dual_infeasibilities(true, s_.run.dual_tolerance) == 0);
   }
   {
     const Trial trial(s_);
     result.outcome = probe_phase(changes);
     result.bound = result.outcome == SimplexOutcome::infeasible ? kInf : true_bound();
   }
-  result.iterations = s_.iterations - iterations;
+  result.iterations = s_.run.iterations - iterations;
   result.work = s_.work() - work;
   return result;
 }

@@ -64,11 +64,11 @@ bool DualEngine::prove_infeasibility() {
   }
   s_.pivot_row.count = WorkVector::kDense;
   s_.pivot_row.clear();
-  const double gap = std::max(s_.settings.feasibility_tolerance * std::min(1.0, largest),
+  const double gap = std::max(s_.run.settings.feasibility_tolerance * std::min(1.0, largest),
                               kProofRounding * range.size);
   if (!(range.low > gap) && !(range.high < -gap)) return false;
-  std::copy(y, y + s_.m, s_.farkas.begin());
-  s_.refine_duals(s_.farkas, leaving_);
+  std::copy(y, y + s_.m, s_.results.farkas.begin());
+  s_.refine_duals(s_.results.farkas, leaving_);
   return true;
 }
 
@@ -78,14 +78,14 @@ bool DualEngine::prove_objective_limit() {
   WorkVector& y = s_.full;
   y.clear();
   for (int p = 0; p < s_.m; ++p) {
-    const double c = problem.cost[s_.header[p]];
+    const double c = problem.cost[s_.basis.header[p]];
     if (c != 0.0) y.insert(p, c);
   }
   if (y.count > 0) s_.factor().btran(y, 1.0);
   double bound = problem.offset;
-  const double tolerance = s_.settings.optimality_tolerance;
+  const double tolerance = s_.run.settings.optimality_tolerance;
   for (int j = 0; j < s_.num_vars && bound > -kInf; ++j) {
-    if (s_.status[j] == kBasic) continue;
+    if (s_.basis.status[j] == kBasic) continue;
     const double d = j < s_.n ? problem.cost[j] - column_product(problem, j, y.value.data())
                               : problem.cost[j] - y.value[j - s_.n];
     if (d == 0.0) continue;
@@ -97,7 +97,7 @@ bool DualEngine::prove_objective_limit() {
     }
   }
   y.clear();
-  return bound > s_.settings.objective_upper_limit;
+  return bound > s_.run.settings.objective_upper_limit;
 }
 
 }  // namespace kelvo

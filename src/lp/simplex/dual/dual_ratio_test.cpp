@@ -69,9 +69,9 @@ void DualRatioTest::lift_bans() {
 void DualRatioTest::collect(double direction, double filter, bool all) {
   const WorkVector& row = state_.pivot_row;
   const double* alpha = row.value.data();
-  const double* dual = state_.reduced_cost.data();
-  const signed char* move = state_.move.data();
-  const double delta = state_.dual_tolerance;
+  const double* dual = state_.duals.reduced_cost.data();
+  const signed char* move = state_.basis.move.data();
+  const double delta = state_.run.dual_tolerance;
   const bool bans = has_bans();
   Candidate* out = candidates_.data();
   int count = 0;
@@ -95,7 +95,7 @@ void DualRatioTest::collect(double direction, double filter, bool all) {
     const int j = row.index[k];
     const double a = direction * alpha[j];
     if (bans && banned_[j]) continue;
-    if (move[j] == SimplexState::kAnywhere) {
+    if (move[j] == Basis::kAnywhere) {
       // A free variable blocks at once, whichever way its cost leans.
       add(j, std::fabs(a), std::min(a > 0.0 ? dual[j] : -dual[j], 0.0));
     } else {
@@ -111,11 +111,11 @@ void DualRatioTest::collect(double direction, double filter, bool all) {
 }
 
 double DualRatioTest::first_reach(double bound) const {
-  return std::max(kReachGrowth * bound, usual_reach_) + state_.dual_tolerance;
+  return std::max(kReachGrowth * bound, usual_reach_) + state_.run.dual_tolerance;
 }
 
 double DualRatioTest::harris_bound(int begin, int end) const {
-  const double delta = state_.dual_tolerance;
+  const double delta = state_.run.dual_tolerance;
   double bound = kInf;
   for (int k = begin; k < end; ++k) {
     const Candidate& c = candidates_[k];
@@ -126,19 +126,19 @@ double DualRatioTest::harris_bound(int begin, int end) const {
 }
 
 double DualRatioTest::slope_loss(const Candidate& c) const {
-  return c.alpha * (state_.upper[c.variable] - state_.lower[c.variable]);
+  return c.alpha * (state_.program.upper[c.variable] - state_.program.lower[c.variable]);
 }
 
 bool DualRatioTest::better(const Candidate& a, const Candidate& b) const {
   if (a.alpha != b.alpha) return a.alpha > b.alpha;
-  return state_.tie_key[a.variable] < state_.tie_key[b.variable];
+  return state_.program.tie_key[a.variable] < state_.program.tie_key[b.variable];
 }
 
 // Moves to the front the candidates whose breakpoints can be reached with a positive slope, and
 // possibly some more; returns their number, or -1 when that takes candidates not yet collected.
 int DualRatioTest::limit_to_reachable(double slope) {
   const double end = all_collected_ ? kInf : first_reach(bound_);
-  double reach = std::min(end, kReachGrowth * bound_ + state_.dual_tolerance);
+  double reach = std::min(end, kReachGrowth * bound_ + state_.run.dual_tolerance);
   int front = 0;
   while (true) {
     double next = kInf;
@@ -191,7 +191,7 @@ void DualRatioTest::form_groups(double slope, int reachable) {
 
 // The same groups as repeated scans would form, in one pass over the sorted breakpoints.
 void DualRatioTest::form_sorted_groups(double slope, int begin, int reachable) {
-  const double delta = state_.dual_tolerance;
+  const double delta = state_.run.dual_tolerance;
   for (int k = begin; k < reachable; ++k) {
     candidates_[k].ratio = std::max(0.0, candidates_[k].dual) / candidates_[k].alpha;
   }

@@ -34,26 +34,27 @@ void DualEngine::follow_shape() {
 void DualEngine::settle_superbasics() {
   int count = 0;
   for (int j = 0; j < s_.num_vars; ++j) {
-    if (s_.status[j] != kFreeSuper || s_.is_free(j)) continue;
+    if (s_.basis.status[j] != kFreeSuper || s_.program.is_free(j)) continue;
     ++count;
-    const bool upper_nearer = s_.upper[j] - s_.value[j] <= s_.value[j] - s_.lower[j];
-    s_.place_nonbasic(j, upper_nearer ? kAtUpper : kAtLower);
+    const bool upper_nearer =
+        s_.program.upper[j] - s_.basis.value[j] <= s_.basis.value[j] - s_.program.lower[j];
+    s_.basis.place(j, upper_nearer ? kAtUpper : kAtLower);
   }
   if (count > 0) s_.log.dual_start_superbasics(count);
 }
 
 bool DualEngine::worth_perturbing() {
-  if (!perturbing_allowed_ || s_.settings.perturbation_limit >= 1) return false;
-  if (!hot_ && count_dual_infeasibilities(false, s_.dual_tolerance) > 0) return true;
+  if (!perturbing_allowed_ || s_.run.settings.perturbation_limit >= 1) return false;
+  if (!hot_ && count_dual_infeasibilities(false, s_.run.dual_tolerance) > 0) return true;
   if (!hot_) s_.compute_primals();
   leaving_list_.rebuild();
   leaving_list_ready_ = hot_;
   int count;
   leaving_list_.sum_infeasibilities(count);
   if (count == 0) return false;
-  if (s_.settings.perturb_at_start) return true;
-  const bool slack_basis =
-      std::all_of(s_.header.begin(), s_.header.end(), [this](int j) { return j >= s_.n; });
+  if (s_.run.settings.perturb_at_start) return true;
+  const bool slack_basis = std::all_of(s_.basis.header.begin(), s_.basis.header.end(),
+                                       [this](int j) { return j >= s_.n; });
   return slack_basis || count > std::max<double>(kFewInfeasibilities, kFewInfeasibleShare * s_.m);
 }
 
@@ -61,8 +62,8 @@ bool DualEngine::worth_perturbing() {
 // point stays: boxed variables whose reduced costs got the wrong sign are left to the primal
 // method, for which flipping them would spoil a feasible start.
 DualEngine::TrueProblem DualEngine::look_at_true_problem() {
-  if (hot_ && !s_.costs_perturbed) {
-    if (s_.num_cost_shifts > 0) s_.log.shifts_removed(s_.num_cost_shifts);
+  if (hot_ && !s_.program.costs_perturbed()) {
+    if (s_.program.num_shifts() > 0) s_.log.shifts_removed(s_.program.num_shifts());
     s_.take_shifts_back();
     s_.release_held();
     if (s_.verify()) return TrueProblem::optimal;
@@ -77,11 +78,11 @@ DualEngine::TrueProblem DualEngine::look_at_true_problem() {
   int infeasible;
   leaving_list_.sum_infeasibilities(infeasible);
   if (infeasible == 0) {
-    const bool dual_feasible = count_dual_infeasibilities(true, s_.dual_tolerance) == 0;
+    const bool dual_feasible = count_dual_infeasibilities(true, s_.run.dual_tolerance) == 0;
     return dual_feasible ? TrueProblem::optimal : TrueProblem::primal_work;
   }
   flip_infeasible_boxed();
-  const bool dual_feasible = count_dual_infeasibilities(false, s_.dual_tolerance) == 0;
+  const bool dual_feasible = count_dual_infeasibilities(false, s_.run.dual_tolerance) == 0;
   return dual_feasible ? TrueProblem::dual_work : TrueProblem::primal_work;
 }
 
@@ -97,7 +98,7 @@ SimplexOutcome DualEngine::solve() {
       s_.compute_duals();
       flip_infeasible_boxed();
     }
-    if (!hot_ && count_dual_infeasibilities(false, s_.dual_tolerance) > 0) {
+    if (!hot_ && count_dual_infeasibilities(false, s_.run.dual_tolerance) > 0) {
       if (run_phase_one()) return stop_outcome_;
     }
     switch (run_phase()) {
@@ -132,9 +133,9 @@ SimplexOutcome DualEngine::solve() {
 
 void DualEngine::begin() {
   choose_pricing();
-  degenerate_limit_ = s_.settings.perturbation_limit >= 1 ? s_.settings.perturbation_limit
-                      : s_.num_vars < kSmallSize          ? kSmallLimit
-                                                          : kLargeLimit;
+  degenerate_limit_ = s_.run.settings.perturbation_limit >= 1 ? s_.run.settings.perturbation_limit
+                      : s_.num_vars < kSmallSize              ? kSmallLimit
+                                                              : kLargeLimit;
   phase_one_ = false;
   trouble_ = degenerate_steps_ = perturbations_ = restores_ = 0;
   perturbing_allowed_ = true;
@@ -145,7 +146,7 @@ void DualEngine::begin() {
 
 /// All that a run needs is there from the last one: no pass over all variables is necessary.
 bool DualEngine::starts_hot() const {
-  return s_.factor_current() && s_.primals_current && s_.duals_current && s_.dual_feasible &&
+  return s_.factor_current() && s_.basics.current() && s_.duals.current() && s_.duals.feasible() &&
          !s_.factor().should_refactor();
 }
 

@@ -20,7 +20,7 @@ constexpr double kAutomaticWork = 20.0;
 }  // namespace
 
 void DualEngine::choose_pricing() {
-  switch (s_.settings.dual_pricing) {
+  switch (s_.run.settings.dual_pricing) {
     case DualPricing::standard:
       weights_ = Weights::none;
       break;
@@ -38,27 +38,29 @@ void DualEngine::choose_pricing() {
 }
 
 void DualEngine::initialize_weights() {
-  const DualPricing pricing = s_.settings.dual_pricing;
+  const DualPricing pricing = s_.run.settings.dual_pricing;
   const bool full = weights_ == Weights::steepest_full;
   const bool exact = full || weights_ == Weights::steepest;
   const bool asked = full || pricing == DualPricing::steepest;
   // Weights that come with the slack basis are exact, but a caller who asks for norms hears of it.
-  const bool kept = s_.dual_weights_valid && s_.dual_weights_full == full;
-  if (exact && kept && !(asked && s_.dual_weights_unit)) return;
-  const bool at_slack_basis = kept && s_.dual_weights_unit;
-  s_.dual_weights_valid = exact;
-  s_.dual_weights_full = full;
-  s_.dual_weights_unit = false;
-  if (asked && s_.iterations == s_.run_start_iteration) {
+  const bool kept = s_.weights.valid() && s_.weights.in_full_space() == full;
+  if (exact && kept && !(asked && s_.weights.of_slack_basis())) return;
+  const bool at_slack_basis = kept && s_.weights.of_slack_basis();
+  if (exact) {
+    s_.weights.set_valid(full);
+  } else {
+    s_.weights.invalidate();
+  }
+  if (asked && s_.run.run_iterations() == 0) {
     s_.log.initializing_dual_norms(full);
   } else if (asked) {
     s_.log.reinitializing_dual_norms();
   }
   if (at_slack_basis) return;
-  std::fill(s_.dual_weights.begin(), s_.dual_weights.end(), 1.0);
+  std::fill(s_.weights.dual.begin(), s_.weights.dual.end(), 1.0);
   if (!exact || pricing == DualPricing::steepest_unit) return;
   const int computed = compute_exact_weights(asked);
-  if (asked && s_.iterations != s_.run_start_iteration) s_.log.computed_norms(computed);
+  if (asked && s_.run.run_iterations() != 0) s_.log.computed_norms(computed);
 }
 
 double DualEngine::exact_weight() {
@@ -113,7 +115,7 @@ void DualEngine::load_weight_column(WorkVector& tau) {
   compute_full_row();
   for (int k = 0; k < full_row_.count; ++k) {
     const int j = full_row_.index[k];
-    s_.add_column(j, full_row_.value[j], tau);
+    s_.program.add_column(j, full_row_.value[j], tau);
   }
 }
 
@@ -125,10 +127,10 @@ int DualEngine::compute_exact_weights(bool all) {
   int computed = 0;
   for (int p = 0; p < s_.m; ++p) {
     if (!all && s_.factor().statistics().work > budget) break;
-    if (s_.stop().requested()) break;
+    if (s_.run.stop().requested()) break;
     s_.compute_row_ep(p);
     const double norm = exact_weight();
-    s_.dual_weights[p] = norm > 0.0 ? norm : kZeroNorm;
+    s_.weights.dual[p] = norm > 0.0 ? norm : kZeroNorm;
     ++computed;
   }
   s_.row_ep.clear();

@@ -27,10 +27,10 @@ LeavingList::LeavingList(SimplexState& state) : state_(state) {
 
 void LeavingList::follow_shape() {
   m_ = state_.m;
-  value_ = state_.basic_value.data();
-  lower_ = state_.basic_lower.data();
-  upper_ = state_.basic_upper.data();
-  weight_ = state_.dual_weights.data();
+  value_ = state_.basics.value.data();
+  lower_ = state_.basics.lower.data();
+  upper_ = state_.basics.upper.data();
+  weight_ = state_.weights.dual.data();
   infeasibility_.resize(m_, 0.0);
   list_.resize(m_, 0);
   listed_.resize(m_, 0);
@@ -39,7 +39,7 @@ void LeavingList::follow_shape() {
 }
 
 void LeavingList::rebuild() {
-  tolerance_ = state_.primal_tolerance;
+  tolerance_ = state_.run.primal_tolerance;
   banned_any_ = false;
   for (int p = 0; p < m_; ++p) {
     const double violation = std::max(lower_[p] - value_[p], value_[p] - upper_[p]);

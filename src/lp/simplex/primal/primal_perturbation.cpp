@@ -30,9 +30,9 @@ constexpr int kMostRemovals = 5;
 }  // namespace
 
 void PrimalPerturbation::begin() {
-  tolerance_ = state_.primal_tolerance;
-  magnitude_ = state_.settings.perturbation;
-  limit_ = state_.settings.perturbation_limit;
+  tolerance_ = state_.run.primal_tolerance;
+  magnitude_ = state_.run.settings.perturbation;
+  limit_ = state_.run.settings.perturbation_limit;
   if (limit_ < 1) {
     limit_ = kToleratedOtherwise;
     for (const Tolerated& row : kTolerated) {
@@ -41,7 +41,7 @@ void PrimalPerturbation::begin() {
       break;
     }
   }
-  at_start_ = state_.settings.perturb_at_start && state_.settings.perturbation_limit < 1;
+  at_start_ = state_.run.settings.perturb_at_start && state_.run.settings.perturbation_limit < 1;
 }
 
 bool PrimalPerturbation::due_at_start() {
@@ -74,26 +74,26 @@ void PrimalPerturbation::perturb() {
   ++perturbations_;
   if (magnitude_ < kToleranceShare * tolerance_) tolerance_ = magnitude_ / kToleranceShare;
   for (int p = 0; p < state_.m; ++p) {
-    const int j = state_.header[p];
-    double& lower = state_.lower[j];
-    double& upper = state_.upper[j];
-    if (lower > -kInf) lower -= state_.random.uniform() * magnitude_;
-    if (upper < kInf) upper += state_.random.uniform() * magnitude_;
-    state_.basic_lower[p] = lower;
-    state_.basic_upper[p] = upper;
+    const int j = state_.basis.header[p];
+    double& lower = state_.program.lower[j];
+    double& upper = state_.program.upper[j];
+    if (lower > -kInf) lower -= state_.program.random.uniform() * magnitude_;
+    if (upper < kInf) upper += state_.program.random.uniform() * magnitude_;
+    state_.basics.lower[p] = lower;
+    state_.basics.upper[p] = upper;
   }
-  state_.bounds_perturbed = true;
+  state_.program.set_bounds_perturbed();
   active_ = true;
   state_.log.perturbation_started(perturbations_ > 1);
 }
 
 void PrimalPerturbation::shift_leaving_bound(int j, BasisStatus at, double value) {
-  double& bound = at == kAtLower ? state_.lower[j] : state_.upper[j];
+  double& bound = at == kAtLower ? state_.program.lower[j] : state_.program.upper[j];
   const double beyond = at == kAtLower ? bound - value : value - bound;
   if (!(beyond > kRounding) || removals_ >= kMostRemovals) return;
   bound = value;
   ++shifts_;
-  state_.bounds_perturbed = true;
+  state_.program.set_bounds_perturbed();
 }
 
 void PrimalPerturbation::remove() {
@@ -104,7 +104,7 @@ void PrimalPerturbation::remove() {
   stalled_ = false;
   shifts_ = 0;
   degenerate_ = 0;
-  tolerance_ = state_.primal_tolerance;
+  tolerance_ = state_.run.primal_tolerance;
   state_.restore_bounds();
 }
 

@@ -45,7 +45,7 @@ PrimalPricer::PrimalPricer(SimplexState& state) : state_(state), sections_(state
 }
 
 void PrimalPricer::begin() {
-  rule_ = state_.settings.primal_pricing;
+  rule_ = state_.run.settings.primal_pricing;
   automatic_ = rule_ == PrimalPricing::automatic;
   sectional_ = automatic_ || rule_ == PrimalPricing::reduced_cost;
   samples_ = 0;
@@ -53,7 +53,7 @@ void PrimalPricer::begin() {
   sampled_work_ = 0.0;
   std::fill(weight_.begin(), weight_.end(), 1.0);
   inaccurate_ = 0;
-  tolerance_ = state_.dual_tolerance;
+  tolerance_ = state_.run.dual_tolerance;
   switch (rule_) {
     case PrimalPricing::automatic:
       slack_norms();
@@ -70,7 +70,8 @@ void PrimalPricer::begin() {
       slack_norms();
       if (rule_ == PrimalPricing::steepest) exact_norms();
       break;
-    default:
+    case PrimalPricing::reduced_cost:
+    case PrimalPricing::full:
       break;
   }
   if (sectional_) sections_.begin(weight_);
@@ -112,8 +113,8 @@ bool PrimalPricer::norms_too_dear() const {
   const double ratio =
       sampled_work_ / samples_ / static_cast<double>(state_.factor().statistics().factor_nonzeros);
   const double iterations_per_variable =
-      static_cast<double>(state_.iterations - state_.run_start_iteration) / state_.num_vars;
-  return (!state_.bounds_perturbed && ratio < kUnperturbedRatio) ||
+      static_cast<double>(state_.run.run_iterations()) / state_.num_vars;
+  return (!state_.program.bounds_perturbed() && ratio < kUnperturbedRatio) ||
          (state_.m > kManyRows && ratio < kManyRowsRatio) ||
          ratio < kIterationsRatio * iterations_per_variable;
 }
@@ -160,9 +161,9 @@ void PrimalPricer::review_rule() {
 
 /// Weights that a caller gave for this basis.
 bool PrimalPricer::take_given_weights() {
-  if (state_.given_primal_weights.empty()) return false;
-  weight_.swap(state_.given_primal_weights);
-  state_.given_primal_weights.clear();
+  if (state_.weights.given_primal.empty()) return false;
+  weight_.swap(state_.weights.given_primal);
+  state_.weights.given_primal.clear();
   return true;
 }
 
@@ -182,10 +183,10 @@ void PrimalPricer::slack_norms() {
 /// Norms of the current basis, by rows of the inverse or by columns, whichever are fewer.
 void PrimalPricer::exact_norms() {
   int movable = 0;
-  for (int j = 0; j < state_.num_vars; ++j) movable += state_.move[j] != SimplexState::kStays;
+  for (int j = 0; j < state_.num_vars; ++j) movable += state_.basis.move[j] != Basis::kStays;
   const bool rowwise = state_.m < movable;
   state_.log.initializing_primal_norms(rowwise);
-  const bool slack_basis = std::all_of(state_.header.begin(), state_.header.end(),
+  const bool slack_basis = std::all_of(state_.basis.header.begin(), state_.basis.header.end(),
                                        [this](int j) { return j >= state_.n; });
   if (slack_basis || no_factor(state_.refactorize())) return;
   if (rowwise) {
@@ -197,7 +198,7 @@ void PrimalPricer::exact_norms() {
 
 void PrimalPricer::exact_norms_rowwise() {
   std::fill(weight_.begin(), weight_.end(), 1.0);
-  for (int p = 0; p < state_.m && !state_.stop().requested(); ++p) {
+  for (int p = 0; p < state_.m && !state_.run.stop().requested(); ++p) {
     state_.compute_row_ep(p);
     state_.compute_pivot_row();
     const WorkVector& row = state_.pivot_row;
@@ -210,10 +211,10 @@ void PrimalPricer::exact_norms_rowwise() {
 
 void PrimalPricer::exact_norms_columnwise() {
   WorkVector& x = state_.full;
-  for (int j = 0; j < state_.num_vars && !state_.stop().requested(); ++j) {
-    if (state_.move[j] == SimplexState::kStays) continue;
+  for (int j = 0; j < state_.num_vars && !state_.run.stop().requested(); ++j) {
+    if (state_.basis.move[j] == Basis::kStays) continue;
     x.clear();
-    state_.load_column(j, x);
+    state_.program.load_column(j, x);
     state_.factor().ftran(x, state_.density.entering);
     double sum = 1.0;
     if (x.is_dense()) {
@@ -229,23 +230,13 @@ void PrimalPricer::exact_norms_columnwise() {
 // --- Candidates ----------------------------------------------------------------------------------
 
 bool PrimalPricer::attractive(int j) const {
-  const double d = state_.reduced_cost[j];
-  switch (state_.move[j]) {
-    case SimplexState::kUp:
-      return d < -tolerance_;
-    case SimplexState::kDown:
-      return d > tolerance_;
-    case SimplexState::kAnywhere:
-      return std::fabs(d) > tolerance_;
-    default:
-      return false;
-  }
+  return DualValues::wrong(state_.duals.reduced_cost[j], state_.basis.move[j], tolerance_);
 }
 
 double PrimalPricer::merit(int j) const {
-  const double d = state_.reduced_cost[j];
+  const double d = state_.duals.reduced_cost[j];
   const double value = d * d / weight_[j];
-  return state_.move[j] == SimplexState::kAnywhere ? kFreeBonus * value : value;
+  return state_.basis.move[j] == Basis::kAnywhere ? kFreeBonus * value : value;
 }
 
 void PrimalPricer::rebuild() {
@@ -338,8 +329,8 @@ int PrimalPricer::choose_from_candidates() {
       if (place_[j] < 0) continue;
       hot_[kept++] = j;
       const double value = merit(j);
-      if (value > best_merit ||
-          (value == best_merit && best >= 0 && state_.tie_key[j] < state_.tie_key[best])) {
+      if (value > best_merit || (value == best_merit && best >= 0 &&
+                                 state_.program.tie_key[j] < state_.program.tie_key[best])) {
         best = j;
         best_merit = value;
       }
@@ -354,7 +345,7 @@ int PrimalPricer::choose_from_candidates() {
 
 void PrimalPricer::update_weights(int entering, int position, double pivot) {
   if (sectional_) return;
-  const int leaving = state_.header[position];
+  const int leaving = state_.basis.header[position];
   switch (rule_) {
     case PrimalPricing::devex:
       update_devex(entering, leaving, pivot);
@@ -363,7 +354,9 @@ void PrimalPricer::update_weights(int entering, int position, double pivot) {
     case PrimalPricing::steepest_slack:
       update_steepest(entering, leaving, pivot);
       break;
-    default:
+    case PrimalPricing::reduced_cost:
+    case PrimalPricing::automatic:
+    case PrimalPricing::full:
       break;
   }
 }
@@ -392,7 +385,7 @@ void PrimalPricer::update_devex(int entering, int leaving, double pivot) {
 
 void PrimalPricer::update_steepest(int entering, int leaving, double pivot) {
   // tau = B^-T alpha_q, and its products with the nonbasic columns.
-  const double work_before = state_.factor().statistics().work + state_.rows.work();
+  const double work_before = state_.factor().statistics().work + state_.program.rows.work();
   const WorkVector& column = state_.entering;
   double exact = 1.0;
   tau_.clear();
@@ -412,9 +405,9 @@ void PrimalPricer::update_steepest(int entering, int leaving, double pivot) {
   state_.factor().btran(tau_, state_.density.primal_btran);
   SolveDensities::observe(state_.density.primal_btran, tau_.density());
   tau_row_.clear();
-  state_.rows.multiply(tau_, state_.density.primal_btran, tau_row_);
+  state_.program.rows.multiply(tau_, state_.density.primal_btran, tau_row_);
   ++samples_;
-  sampled_work_ += state_.factor().statistics().work + state_.rows.work() - work_before;
+  sampled_work_ += state_.factor().statistics().work + state_.program.rows.work() - work_before;
   const WorkVector& row = state_.pivot_row;
   const int count = row.is_dense() ? state_.num_vars : row.count;
   for (int k = 0; k < count; ++k) {

@@ -45,6 +45,8 @@ class PrimalPricer {
   /// effect at the next rebuild().
   void set_tolerance(double tolerance) { tolerance_ = tolerance; }
   double tolerance() const { return tolerance_; }
+  /// w_j of a nonbasic variable that may move.
+  double weight(int variable) const { return weight_[variable]; }
   /// The best candidate, or -1.
   int choose() { return sectional_ ? choose_in_sections() : choose_from_candidates(); }
   /// Takes a variable out of the choice until the next rebuild().

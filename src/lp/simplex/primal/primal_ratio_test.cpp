@@ -42,9 +42,10 @@ PrimalStep PrimalRatioTest::phase_two(int direction, double range, double tolera
     const int p = alpha.is_dense() ? k : alpha.index[k];
     const double rate = -direction * alpha.value[p];
     if (std::fabs(rate) <= ignored) continue;
-    const double bound = rate < 0.0 ? state_.basic_lower[p] : state_.basic_upper[p];
+    const double bound = rate < 0.0 ? state_.basics.lower[p] : state_.basics.upper[p];
     if (std::isinf(bound)) continue;
-    const double room = rate < 0.0 ? state_.basic_value[p] - bound : bound - state_.basic_value[p];
+    const double room =
+        rate < 0.0 ? state_.basics.value[p] - bound : bound - state_.basics.value[p];
     relaxed = std::min(relaxed, std::max(room + tolerance, 0.0) / std::fabs(rate));
   }
   PrimalStep step;
@@ -59,14 +60,15 @@ PrimalStep PrimalRatioTest::phase_two(int direction, double range, double tolera
     const int p = alpha.is_dense() ? k : alpha.index[k];
     const double rate = -direction * alpha.value[p];
     if (std::fabs(rate) <= ignored) continue;
-    const double bound = rate < 0.0 ? state_.basic_lower[p] : state_.basic_upper[p];
+    const double bound = rate < 0.0 ? state_.basics.lower[p] : state_.basics.upper[p];
     if (std::isinf(bound)) continue;
-    const double room = rate < 0.0 ? state_.basic_value[p] - bound : bound - state_.basic_value[p];
+    const double room =
+        rate < 0.0 ? state_.basics.value[p] - bound : bound - state_.basics.value[p];
     const double exact = room / std::fabs(rate);
     const bool larger =
-        std::fabs(rate) > best ||
-        (std::fabs(rate) == best && step.position >= 0 &&
-         state_.tie_key[state_.header[p]] < state_.tie_key[state_.header[step.position]]);
+        std::fabs(rate) > best || (std::fabs(rate) == best && step.position >= 0 &&
+                                   state_.program.tie_key[state_.basis.header[p]] <
+                                       state_.program.tie_key[state_.basis.header[step.position]]);
     if (exact > relaxed || !larger) continue;
     best = std::fabs(rate);
     step.position = p;
@@ -80,9 +82,9 @@ PrimalStep PrimalRatioTest::phase_two(int direction, double range, double tolera
 }
 
 void PrimalRatioTest::add_breakpoints(int p, double rate, double tolerance) {
-  const double x = state_.basic_value[p];
-  const double lower = state_.basic_lower[p];
-  const double upper = state_.basic_upper[p];
+  const double x = state_.basics.value[p];
+  const double lower = state_.basics.lower[p];
+  const double upper = state_.basics.upper[p];
   const double size = std::fabs(rate);
   const auto add = [&](double distance, BasisStatus at) {
     breakpoints_.push_back({std::max(distance, 0.0) / size, size, p, at});

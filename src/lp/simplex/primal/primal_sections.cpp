@@ -26,7 +26,7 @@ constexpr double kFreeBonus = 1e6;
 
 void SectionPricer::begin(const Vector<double>& weight) {
   weight_ = weight.data();
-  list_size_ = state_.settings.price_limit;
+  list_size_ = state_.run.settings.price_limit;
   if (list_size_ <= 0) {
     list_size_ = kListSizeOtherwise;
     for (const ListSize& row : kListSizes) {
@@ -64,10 +64,10 @@ void SectionPricer::ban(int variable) {
 }
 
 double SectionPricer::evaluate(int j) {
-  const int move = state_.move[j];
-  if (move == SimplexState::kStays) return 0.0;
-  const double* y = state_.row_duals.data();
-  double d = state_.cost[j];
+  const int move = state_.basis.move[j];
+  if (move == Basis::kStays) return 0.0;
+  const double* y = state_.duals.row_duals.data();
+  double d = state_.program.cost[j];
   if (j >= state_.n) {
     d -= y[j - state_.n];
   } else {
@@ -76,8 +76,8 @@ double SectionPricer::evaluate(int j) {
     for (int k = columns.start[j]; k < end; ++k) d -= y[columns.index[k]] * columns.value[k];
     work_ += end - columns.start[j];
   }
-  state_.reduced_cost[j] = d;
-  const bool free = move == SimplexState::kAnywhere;
+  state_.duals.reduced_cost[j] = d;
+  const bool free = move == Basis::kAnywhere;
   const double violation = free ? std::fabs(d) : -d * move;
   if (violation <= tolerance_) return 0.0;
   return (free ? kFreeBonus : 1.0) * violation * violation / weight_[j];

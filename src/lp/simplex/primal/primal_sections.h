@@ -1,6 +1,6 @@
 // Sectional ("partial") pricing of the primal simplex method with a short candidate list.
 //
-// Reduced costs are not kept up to date. The row duals y are, in SimplexState::row_duals, and
+// Reduced costs are not kept up to date. The row duals y are, in DualValues::row_duals, and
 // d_j = c_j - a_j'y is computed for the variables that are looked at: the members of the candidate
 // list at every choice, and the variables of the next sections, taken in turn, whenever the list
 // has lost its good members. A whole turn without a candidate means that there is none.

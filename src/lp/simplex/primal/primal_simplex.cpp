@@ -64,8 +64,8 @@ class PrimalSimplex {
 
   double tolerance() const { return perturbation_.feasibility_tolerance(); }
   double infeasibility_of(int p) const {
-    return std::max({state_.basic_lower[p] - state_.basic_value[p],
-                     state_.basic_value[p] - state_.basic_upper[p], 0.0});
+    return std::max({state_.basics.lower[p] - state_.basics.value[p],
+                     state_.basics.value[p] - state_.basics.upper[p], 0.0});
   }
 
   SimplexState& state_;
@@ -97,18 +97,18 @@ bool PrimalSimplex::begin_round() {
   if (phase_one_) {
     set_infeasibility_costs();
   } else {
-    if (state_.costs_perturbed) state_.restore_costs();
-    pricer_.set_tolerance(state_.dual_tolerance);
+    if (state_.program.costs_perturbed()) state_.restore_costs();
+    pricer_.set_tolerance(state_.run.dual_tolerance);
   }
   state_.compute_duals();
   pricer_.rebuild();
-  if (!phase_one_) objective_ = state_.working_objective();
+  if (!phase_one_) objective_ = state_.duals.working_objective();
   idle_rounds_ = round_iterations_ > 0 ? 0 : idle_rounds_ + 1;
   round_iterations_ = 0;
   next_push_ = 0;
   const int factorizations = state_.factor().statistics().factorizations;
   if (state_.log.line_due(factorizations)) {
-    state_.log.primal_iteration(state_.iterations, factorizations, phase_one_,
+    state_.log.primal_iteration(state_.run.iterations, factorizations, phase_one_,
                                 phase_one_ ? infeasibility_ : objective_);
   }
   return true;
@@ -126,12 +126,12 @@ void PrimalSimplex::set_phase() {
 
 /// Working costs := the gradient of the sum of infeasibilities.
 void PrimalSimplex::set_infeasibility_costs() {
-  std::fill(state_.cost.begin(), state_.cost.end(), 0.0);
-  state_.costs_perturbed = true;
+  std::fill(state_.program.cost.begin(), state_.program.cost.end(), 0.0);
+  state_.program.set_costs_perturbed();
   for (int p = 0; p < state_.m; ++p) {
-    double& cost = state_.cost[state_.header[p]];
-    if (state_.basic_value[p] < state_.basic_lower[p] - tolerance()) cost = -1.0;
-    if (state_.basic_value[p] > state_.basic_upper[p] + tolerance()) cost = 1.0;
+    double& cost = state_.program.cost[state_.basis.header[p]];
+    if (state_.basics.value[p] < state_.basics.lower[p] - tolerance()) cost = -1.0;
+    if (state_.basics.value[p] > state_.basics.upper[p] + tolerance()) cost = 1.0;
   }
 }
 
@@ -154,7 +154,7 @@ SimplexOutcome PrimalSimplex::run() {
 void PrimalSimplex::count_superbasics() {
   int count = 0;
   for (int j = 0; j < state_.num_vars; ++j) {
-    count += state_.status[j] == kFreeSuper && !state_.is_free(j);
+    count += state_.basis.status[j] == kFreeSuper && !state_.program.is_free(j);
   }
   if (count > 0) state_.log.primal_start_superbasics(count);
 }
@@ -165,11 +165,13 @@ bool PrimalSimplex::dropped_satisfied() {
   int dropped = 0;
   int violations = 0;
   for (int j = 0; j < state_.num_vars; ++j) {
-    if (!state_.held[j] || state_.status[j] == kBasic) continue;
+    if (!state_.basis.held[j] || state_.basis.status[j] == kBasic) continue;
     ++dropped;
-    const double d = state_.reduced_cost[j];
-    const bool up = state_.value[j] < state_.upper[j] && d < -state_.dual_tolerance;
-    const bool down = state_.value[j] > state_.lower[j] && d > state_.dual_tolerance;
+    const double d = state_.duals.reduced_cost[j];
+    const bool up =
+        state_.basis.value[j] < state_.program.upper[j] && d < -state_.run.dual_tolerance;
+    const bool down =
+        state_.basis.value[j] > state_.program.lower[j] && d > state_.run.dual_tolerance;
     if (!up && !down) continue;
     ++violations;
     state_.log.dropped_violates(j, d);
@@ -184,7 +186,7 @@ bool PrimalSimplex::dropped_satisfied() {
 bool PrimalSimplex::settle(SimplexOutcome& outcome, Step reason) {
   if (round_iterations_ > 0) return false;
   if (reason == Step::unlimited && phase_one_) return false;  // rounding errors: choose again
-  if (perturbation_.active() || state_.bounds_perturbed) {
+  if (perturbation_.active() || state_.program.bounds_perturbed()) {
     perturbation_.remove();
     idle_rounds_ = 0;
     return false;
@@ -208,7 +210,7 @@ bool PrimalSimplex::settle(SimplexOutcome& outcome, Step reason) {
 }
 
 SimplexOutcome PrimalSimplex::finish(SimplexOutcome outcome) {
-  if (perturbation_.active() || state_.bounds_perturbed) perturbation_.remove();
+  if (perturbation_.active() || state_.program.bounds_perturbed()) perturbation_.remove();
   state_.store_results();
   return outcome;
 }
@@ -221,7 +223,7 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
     return Step::stopped;
   }
   if (below_objective_limit()) return stopped_by_objective();
-  state_.log.elapsed(state_.iterations, true);
+  state_.log.elapsed(state_.run.iterations, true);
   const int entering = pricer_.choose();
   if (entering < 0) return phase_one_ ? Step::no_candidate : push_superbasics();
   if (perturbation_.due_at_start()) return Step::round;
@@ -229,7 +231,7 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
   if (!confirm_reduced_cost(entering)) {
     return round_iterations_ > 0 && !state_.freshly_factored() ? Step::round : Step::next;
   }
-  const double d = state_.reduced_cost[entering];
+  const double d = state_.duals.reduced_cost[entering];
   const int direction = d < 0.0 ? 1 : -1;
   const double range = range_of(entering, direction);
   const PrimalStep step = phase_one_
@@ -259,7 +261,7 @@ PrimalSimplex::Step PrimalSimplex::iterate() {
 
 void PrimalSimplex::compute_entering_column(int entering) {
   state_.entering.clear();
-  state_.load_column(entering, state_.entering);
+  state_.program.load_column(entering, state_.entering);
   state_.factor().ftran(state_.entering, state_.density.entering, true);
   SolveDensities::observe(state_.density.entering, state_.entering.density());
 }
@@ -269,8 +271,8 @@ void PrimalSimplex::compute_entering_column(int entering) {
 int PrimalSimplex::next_superbasic() {
   for (; next_push_ < state_.num_vars; ++next_push_) {
     const int j = next_push_;
-    if (state_.status[j] != kFreeSuper || state_.held[j]) continue;
-    if (!state_.is_free(j) || state_.value[j] != 0.0) return next_push_++;
+    if (state_.basis.status[j] != kFreeSuper || state_.basis.held[j]) continue;
+    if (!state_.program.is_free(j) || state_.basis.value[j] != 0.0) return next_push_++;
   }
   return -1;
 }
@@ -285,9 +287,9 @@ PrimalSimplex::Step PrimalSimplex::push_superbasics() {
       stop_ = *stop;
       return Step::stopped;
     }
-    const double x = state_.value[j];
-    const double lower = state_.is_free(j) ? 0.0 : state_.lower[j];
-    const double upper = state_.is_free(j) ? 0.0 : state_.upper[j];
+    const double x = state_.basis.value[j];
+    const double lower = state_.program.is_free(j) ? 0.0 : state_.program.lower[j];
+    const double upper = state_.program.is_free(j) ? 0.0 : state_.program.upper[j];
     const int direction = x < lower || upper - x < x - lower ? 1 : -1;
     compute_entering_column(j);
     const PrimalStep step =
@@ -298,11 +300,11 @@ PrimalSimplex::Step PrimalSimplex::push_superbasics() {
     move_basics(direction * step.length);
     if (step.kind == PrimalStep::Kind::flip) {
       place_at_end(j, direction);
-      ++state_.iterations;
+      ++state_.run.iterations;
       continue;
     }
-    const int leaving = state_.header[step.position];
-    perturbation_.shift_leaving_bound(leaving, step.leaving_at, state_.basic_value[step.position]);
+    const int leaving = state_.basis.header[step.position];
+    perturbation_.shift_leaving_bound(leaving, step.leaving_at, state_.basics.value[step.position]);
     const double pivot = state_.entering.value[step.position];
     const double end = x + direction * step.length;
     const bool updated = state_.exchange(step.position, j, end, step.leaving_at, pivot);
@@ -313,21 +315,21 @@ PrimalSimplex::Step PrimalSimplex::push_superbasics() {
 
 /// A nonbasic variable has moved as far as it may.
 void PrimalSimplex::place_at_end(int variable, int direction) {
-  if (state_.is_free(variable)) {
-    state_.value[variable] = 0.0;
+  if (state_.program.is_free(variable)) {
+    state_.basis.value[variable] = 0.0;
   } else {
-    state_.place_nonbasic(variable, direction > 0 ? kAtUpper : kAtLower);
+    state_.basis.place(variable, direction > 0 ? kAtUpper : kAtLower);
   }
 }
 
 bool PrimalSimplex::below_objective_limit() const {
-  return !phase_one_ && objective_ < state_.settings.objective_lower_limit;
+  return !phase_one_ && objective_ < state_.run.settings.objective_lower_limit;
 }
 
 /// The limit counts when the true problem's objective, freshly computed, is below it.
 PrimalSimplex::Step PrimalSimplex::stopped_by_objective() {
   if (round_iterations_ > 0) return Step::round;
-  if (state_.bounds_perturbed) {
+  if (state_.program.bounds_perturbed()) {
     perturbation_.remove();
     return Step::round;
   }
@@ -339,14 +341,14 @@ PrimalSimplex::Step PrimalSimplex::stopped_by_objective() {
 /// sign, which it then no longer is.
 bool PrimalSimplex::confirm_reduced_cost(int entering) {
   const WorkVector& alpha = state_.entering;
-  double d = state_.cost[entering];
+  double d = state_.program.cost[entering];
   const int count = alpha.is_dense() ? state_.m : alpha.count;
   for (int k = 0; k < count; ++k) {
     const int p = alpha.is_dense() ? k : alpha.index[k];
-    d -= state_.cost[state_.header[p]] * alpha.value[p];
+    d -= state_.program.cost[state_.basis.header[p]] * alpha.value[p];
   }
-  const double stored = state_.reduced_cost[entering];
-  state_.reduced_cost[entering] = d;
+  const double stored = state_.duals.reduced_cost[entering];
+  state_.duals.reduced_cost[entering] = d;
   const bool same_sign = (d < 0.0) == (stored < 0.0);
   if (same_sign && std::fabs(d) >= 0.5 * std::min(std::fabs(stored), pricer_.tolerance())) {
     return true;
@@ -357,8 +359,8 @@ bool PrimalSimplex::confirm_reduced_cost(int entering) {
 }
 
 double PrimalSimplex::range_of(int entering, int direction) const {
-  const double x = state_.value[entering];
-  return direction > 0 ? state_.upper[entering] - x : x - state_.lower[entering];
+  const double x = state_.basis.value[entering];
+  return direction > 0 ? state_.program.upper[entering] - x : x - state_.program.lower[entering];
 }
 
 /// x_B -= signed_step * alpha; the objective side is the caller's.
@@ -368,7 +370,7 @@ void PrimalSimplex::move_basics(double signed_step) {
   const int count = alpha.is_dense() ? state_.m : alpha.count;
   for (int k = 0; k < count; ++k) {
     const int p = alpha.is_dense() ? k : alpha.index[k];
-    state_.basic_value[p] -= signed_step * alpha.value[p];
+    state_.basics.value[p] -= signed_step * alpha.value[p];
   }
 }
 
@@ -381,10 +383,10 @@ void PrimalSimplex::change_gradient(int leaving_position) {
   for (int k = 0; k < count; ++k) {
     const int p = alpha.is_dense() ? k : alpha.index[k];
     if (alpha.value[p] == 0.0 || p == leaving_position) continue;
-    double& cost = state_.cost[state_.header[p]];
+    double& cost = state_.program.cost[state_.basis.header[p]];
     double now = 0.0;
-    if (state_.basic_value[p] < state_.basic_lower[p] - tolerance()) now = -1.0;
-    if (state_.basic_value[p] > state_.basic_upper[p] + tolerance()) now = 1.0;
+    if (state_.basics.value[p] < state_.basics.lower[p] - tolerance()) now = -1.0;
+    if (state_.basics.value[p] > state_.basics.upper[p] + tolerance()) now = 1.0;
     if (now == cost) continue;
     gradient_.insert(p, now - cost);
     cost = now;
@@ -396,7 +398,7 @@ void PrimalSimplex::add_to_duals(double factor, const WorkVector& y) {
   const int count = y.is_dense() ? state_.m : y.count;
   for (int k = 0; k < count; ++k) {
     const int i = y.is_dense() ? k : y.index[k];
-    state_.row_duals[i] += factor * y.value[i];
+    state_.duals.row_duals[i] += factor * y.value[i];
   }
 }
 
@@ -424,19 +426,19 @@ void PrimalSimplex::price_gradient() {
     return;
   }
   gradient_row_.clear();
-  state_.rows.multiply(gradient_, state_.density.primal_btran, gradient_row_);
+  state_.program.rows.multiply(gradient_, state_.density.primal_btran, gradient_row_);
   const int count = gradient_row_.is_dense() ? state_.n : gradient_row_.count;
   for (int k = 0; k < count; ++k) {
     const int j = gradient_row_.is_dense() ? k : gradient_row_.index[k];
     if (gradient_row_.value[j] == 0.0) continue;
-    state_.reduced_cost[j] -= gradient_row_.value[j];
+    state_.duals.reduced_cost[j] -= gradient_row_.value[j];
     pricer_.refresh(j);
   }
   const int rows = gradient_.is_dense() ? state_.m : gradient_.count;
   for (int k = 0; k < rows; ++k) {
     const int j = state_.n + (gradient_.is_dense() ? k : gradient_.index[k]);
-    if (state_.move[j] == SimplexState::kStays) continue;
-    state_.reduced_cost[j] -= gradient_.value[j - state_.n];
+    if (state_.basis.move[j] == Basis::kStays) continue;
+    state_.duals.reduced_cost[j] -= gradient_.value[j - state_.n];
     pricer_.refresh(j);
   }
 }
@@ -445,11 +447,11 @@ void PrimalSimplex::price_gradient() {
 PrimalSimplex::Step PrimalSimplex::move_entering(int entering, int direction,
                                                  const PrimalStep& step) {
   move_basics(direction * step.length);
-  state_.place_nonbasic(entering, direction > 0 ? kAtUpper : kAtLower);
-  ++state_.iterations;
+  state_.basis.place(entering, direction > 0 ? kAtUpper : kAtLower);
+  ++state_.run.iterations;
   ++round_iterations_;
   if (phase_one_) {
-    ++state_.phase_one_iterations;
+    ++state_.run.phase_one_iterations;
     change_gradient(-1);
     if (gradient_.count > 0) {
       state_.factor().btran(gradient_, state_.density.primal_btran);
@@ -458,13 +460,13 @@ PrimalSimplex::Step PrimalSimplex::move_entering(int entering, int direction,
     }
   }
   pricer_.refresh(entering);
-  note_progress(step.length * std::fabs(state_.reduced_cost[entering]));
+  note_progress(step.length * std::fabs(state_.duals.reduced_cost[entering]));
   return perturbation_.due() ? Step::round : Step::next;
 }
 
 PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const PrimalStep& step) {
   const int position = step.position;
-  const int leaving = state_.header[position];
+  const int leaving = state_.basis.header[position];
   const double column_pivot = state_.entering.value[position];
   const double row_pivot = compute_row_pivot(entering, position);
   const double disagreement = std::fabs(row_pivot - column_pivot);
@@ -475,10 +477,10 @@ PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const Prim
       return Step::next;
     }
   }
-  const double d = state_.reduced_cost[entering];
-  const double entering_value = state_.value[entering] + direction * step.length;
+  const double d = state_.duals.reduced_cost[entering];
+  const double entering_value = state_.basis.value[entering] + direction * step.length;
   move_basics(direction * step.length);
-  perturbation_.shift_leaving_bound(leaving, step.leaving_at, state_.basic_value[position]);
+  perturbation_.shift_leaving_bound(leaving, step.leaving_at, state_.basics.value[position]);
   if (phase_one_) {
     // Costs change before the exchange, so one transposed solve with the old basis serves.
     change_gradient(position);
@@ -491,9 +493,9 @@ PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const Prim
       state_.factor().btran(gradient_, state_.density.primal_btran);
       SolveDensities::observe(state_.density.primal_btran, gradient_.density());
       price_gradient();
-      state_.reduced_cost[entering] = d - correction;
+      state_.duals.reduced_cost[entering] = d - correction;
     }
-    ++state_.phase_one_iterations;
+    ++state_.run.phase_one_iterations;
   }
   pricer_.update_weights(entering, position, row_pivot);
   update_reduced_costs(entering, leaving, column_pivot);
@@ -504,31 +506,31 @@ PrimalSimplex::Step PrimalSimplex::pivot(int entering, int direction, const Prim
   pricer_.refresh(entering);
   pricer_.refresh(leaving);
   note_progress(step.length * std::fabs(d));
-  if (state_.settings.display >= 2) {
-    state_.log.primal_iteration(state_.iterations, factorizations, phase_one_,
+  if (state_.run.settings.display >= 2) {
+    state_.log.primal_iteration(state_.run.iterations, factorizations, phase_one_,
                                 phase_one_ ? infeasibility_ : objective_);
-    state_.log.exchange(state_.iterations, phase_one_, entering, leaving, objective_);
+    state_.log.exchange(state_.run.iterations, phase_one_, entering, leaving, objective_);
   }
   return updated && !state_.factor().should_refactor() && !perturbation_.due() ? Step::next
                                                                                : Step::round;
 }
 
 void PrimalSimplex::update_reduced_costs(int entering, int leaving, double pivot) {
-  const double dual_step = state_.reduced_cost[entering] / pivot;
+  const double dual_step = state_.duals.reduced_cost[entering] / pivot;
   const WorkVector& row = state_.pivot_row;
   if (pricer_.sectional()) add_to_duals(dual_step, state_.row_ep);
   const int count = pricer_.sectional() ? 0 : row.is_dense() ? state_.num_vars : row.count;
   for (int k = 0; k < count; ++k) {
     const int j = row.is_dense() ? k : row.index[k];
     if (row.value[j] == 0.0 || j == entering) continue;
-    state_.reduced_cost[j] -= dual_step * row.value[j];
+    state_.duals.reduced_cost[j] -= dual_step * row.value[j];
     pricer_.refresh(j);
   }
-  state_.reduced_cost[leaving] = -dual_step;
+  state_.duals.reduced_cost[leaving] = -dual_step;
   if (phase_one_) {
     // As a nonbasic variable the leaving one is feasible and costs nothing.
-    state_.reduced_cost[leaving] -= state_.cost[leaving];
-    state_.cost[leaving] = 0.0;
+    state_.duals.reduced_cost[leaving] -= state_.program.cost[leaving];
+    state_.program.cost[leaving] = 0.0;
   }
 }
 
@@ -543,16 +545,17 @@ void PrimalSimplex::note_progress(double gain) {
 /// The duals of the infeasibility costs combine the rows into one that no point of the box
 /// satisfies: sum of z_j x_j = 0 with z = [A I]'y, but its maximum over the box is negative.
 bool PrimalSimplex::prove_infeasible() {
-  state_.farkas = state_.row_duals;
-  state_.refine_duals(state_.farkas);
+  state_.results.farkas = state_.duals.row_duals;
+  state_.refine_duals(state_.results.farkas);
   double largest = 0.0;
   double size = 0.0;
   for (int j = 0; j < state_.num_vars; ++j) {
-    const double z = state_.status[j] == kBasic ? state_.cost[j] : -state_.reduced_cost[j];
+    const double z =
+        state_.basis.status[j] == kBasic ? state_.program.cost[j] : -state_.duals.reduced_cost[j];
     if (z == 0.0) continue;
     const double bound = z > 0.0 ? state_.problem.upper[j] : state_.problem.lower[j];
     if (std::isinf(bound)) {
-      if (std::fabs(z) > state_.settings.optimality_tolerance) return false;
+      if (std::fabs(z) > state_.run.settings.optimality_tolerance) return false;
       continue;
     }
     largest += z * bound;
@@ -562,11 +565,12 @@ bool PrimalSimplex::prove_infeasible() {
 }
 
 void PrimalSimplex::store_ray(int entering, int direction) {
-  std::fill(state_.ray.begin(), state_.ray.end(), 0.0);
-  state_.ray[entering] = direction;
+  std::fill(state_.results.ray.begin(), state_.results.ray.end(), 0.0);
+  state_.results.ray[entering] = direction;
   const WorkVector& alpha = state_.entering;
   for (int p = 0; p < state_.m; ++p) {
-    if (alpha.value[p] != 0.0) state_.ray[state_.header[p]] = -direction * alpha.value[p];
+    if (alpha.value[p] != 0.0)
+      state_.results.ray[state_.basis.header[p]] = -direction * alpha.value[p];
   }
 }
 

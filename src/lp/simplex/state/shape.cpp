@@ -23,7 +23,6 @@ void insert(Vector<T>& array, int at, int count, T x) {
   array.insert(array.begin() + at, count, x);
 }
 
-/// Erases the entries `base + list[k]`; the list ascends.
 }  // namespace
 
 /// After the problem has its new shape: sizes and work space follow.
@@ -31,39 +30,29 @@ void SimplexState::resize() {
   m = problem.num_rows;
   n = problem.num_cols;
   num_vars = problem.num_vars();
-  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &moves_}) x->resize(m);
+  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &basics.moves}) x->resize(m);
   pivot_row.resize(num_vars);
-  result_values.resize(num_vars, 0.0);
-  farkas.resize(m, 0.0);
-  ray.resize(num_vars, 0.0);
-  saved_header_.resize(m, 0);
-  saved_status_.resize(num_vars, 0);
-  saved_weights_.resize(m, 1.0);
-  saved_ = false;
-  // New keys need not be random: they only have to break ties repeatably.
-  while (static_cast<int>(tie_key.size()) < num_vars) {
-    tie_key.push_back(static_cast<int>(tie_key.size()));
-  }
-  tie_key.resize(num_vars);
-  given_primal_weights.clear();
-  solved = false;
-  if (!basis_valid) return;
-  for (int p = 0; p < m; ++p) position[header[p]] = p;
+  results.resize(problem);
+  saved_.forget();
+  program.resize();
+  weights.given_primal.clear();
+  optimum.forget();
+  if (basis.is_set()) basis.number_positions();
 }
 
 /// The row-wise copy of a problem with other columns than before.
 void SimplexState::copy_rows_again() {
-  rows.rebuild();
-  if (problem.compact) problem.rows = SparseMatrix();
-  if (basis_valid) refresh_partition();
+  program.copy_rows_again();
+  if (basis.is_set()) basis.refresh_partition();
 }
 
 void SimplexState::settle_before_reshape() {
   assert(!trail.recording());
   restore_costs();
   restore_bounds();
-  if (primals_current && factor_current_) apply_moves();
-  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &moves_, &pivot_row}) x->clear();
+  if (basics.current() && factor_current()) apply_moves();
+  for (WorkVector* x : {&row_ep, &entering, &auxiliary, &full, &basics.moves, &pivot_row})
+    x->clear();
 }
 
 void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& least,
@@ -76,50 +65,50 @@ void SimplexState::add_rows(const SparseMatrix& lines, const Vector<double>& lea
     double activity = 0.0;
     for (int e = lines.start[k]; e < lines.start[k + 1]; ++e) {
       const int j = lines.index[e];
-      const bool basic = basis_valid && status[j] == kBasic;
-      activity += lines.value[e] * (basic ? basic_value[position[j]] : value[j]);
+      const bool basic = basis.is_set() && basis.status[j] == kBasic;
+      activity += lines.value[e] * (basic ? basics.value[basis.position[j]] : basis.value[j]);
       if (!basic) continue;
-      basic_part.index.push_back(position[j]);
+      basic_part.index.push_back(basis.position[j]);
       basic_part.value.push_back(lines.value[e]);
     }
     basic_part.start.push_back(static_cast<int>(basic_part.index.size()));
     ++basic_part.num_major;
-    header.push_back(num_vars + k);
-    basic_value.push_back(-activity);
-    basic_lower.push_back(-most[k]);
-    basic_upper.push_back(-least[k]);
-    for (Vector<double>* array : {&problem.lower, &lower}) array->push_back(-most[k]);
-    for (Vector<double>* array : {&problem.upper, &upper}) array->push_back(-least[k]);
+    basis.header.push_back(num_vars + k);
+    basics.value.push_back(-activity);
+    basics.lower.push_back(-most[k]);
+    basics.upper.push_back(-least[k]);
+    for (Vector<double>* array : {&problem.lower, &program.lower}) array->push_back(-most[k]);
+    for (Vector<double>* array : {&problem.upper, &program.upper}) array->push_back(-least[k]);
   }
   if (problem.has_rows()) append_lines(problem.rows, lines);
   problem.num_rows += count;
   reshape::append_minor_lines(problem.columns, lines);
-  rows.add_rows(lines);
+  program.rows.add_rows(lines);
   insert(problem.cost, num_vars, count, 0.0);
-  insert(cost, num_vars, count, 0.0);
-  insert(status, num_vars, count, static_cast<int>(kBasic));
-  insert(move, num_vars, count, static_cast<signed char>(kStays));
-  insert(value, num_vars, count, 0.0);
-  insert(reduced_cost, num_vars, count, 0.0);
-  insert(held, num_vars, count, static_cast<unsigned char>(0));
-  insert(position, num_vars, count, 0);
-  insert(row_duals, m, count, 0.0);
+  insert(program.cost, num_vars, count, 0.0);
+  insert(basis.status, num_vars, count, static_cast<int>(kBasic));
+  insert(basis.move, num_vars, count, static_cast<signed char>(Basis::kStays));
+  insert(basis.value, num_vars, count, 0.0);
+  insert(duals.reduced_cost, num_vars, count, 0.0);
+  insert(basis.held, num_vars, count, static_cast<unsigned char>(0));
+  insert(basis.position, num_vars, count, 0);
+  insert(duals.row_duals, m, count, 0.0);
   // Steepest edge corrects a weight that turns out to be too small when its row is chosen.
-  insert(dual_weights, m, count, 1.0);
-  if (dual_weights_full) dual_weights_valid = false;
-  dual_weights_unit = false;
+  insert(weights.dual, m, count, 1.0);
+  weights.follow_shape();
+  weights.set_measured();
   resize();
-  primals_fresh = false;
-  if (factor_current_) factor_current_ = factor_->add_rows(basic_part);
+  basics.lose_freshness();
+  inverse.add_rows(basic_part);
 }
 
 void SimplexState::delete_rows(const Vector<int>& list) {
   settle_before_reshape();
   Vector<int> positions;
   for (const int i : list) {
-    if (basis_valid && status[n + i] == kBasic) positions.push_back(position[n + i]);
+    if (basis.is_set() && basis.status[n + i] == kBasic) positions.push_back(basis.position[n + i]);
   }
-  const bool clean = basis_valid && positions.size() == list.size();
+  const bool clean = basis.is_set() && positions.size() == list.size();
   std::sort(positions.begin(), positions.end());
   Vector<int> row_now(m, 0);
   for (const int i : list) row_now[i] = -1;
@@ -130,23 +119,25 @@ void SimplexState::delete_rows(const Vector<int>& list) {
   Vector<int> entry_now;
   reshape::erase_minor_lines(problem.columns, row_now, entry_now);
   const auto by_variable = [&](auto&... arrays) { (erase(arrays, n, list), ...); };
-  by_variable(problem.cost, problem.lower, problem.upper, cost, lower, upper, status, move, value,
-              reduced_cost, held, position, result_values);
-  erase(row_duals, 0, list);
+  by_variable(problem.cost, problem.lower, problem.upper, program.cost, program.lower,
+              program.upper, basis.status, basis.move, basis.value, duals.reduced_cost, basis.held,
+              basis.position, results.values);
+  erase(duals.row_duals, 0, list);
   if (!clean) {
     rebuild_basis_after_reshape();
     return;
   }
-  for (Vector<double>* array : {&basic_value, &basic_lower, &basic_upper, &dual_weights}) {
+  for (Vector<double>* array : {&basics.value, &basics.lower, &basics.upper, &weights.dual}) {
     erase(*array, 0, positions);
   }
-  erase(header, 0, positions);
-  for (int& v : header) v = v < n ? v : n + row_now[v - n];
-  if (dual_weights_full) dual_weights_valid = false;
-  if (factor_current_) factor_current_ = factor_->delete_rows(list, positions);
-  rows.delete_rows(list, entry_now);
+  erase(basis.header, 0, positions);
+  for (int& v : basis.header) v = v < n ? v : n + row_now[v - n];
+  weights.follow_shape();
+  inverse.delete_rows(list, positions);
+  program.rows.delete_rows(list, entry_now);
   resize();
-  primals_fresh = duals_fresh = false;
+  basics.lose_freshness();
+  duals.lose_freshness();
 }
 
 void SimplexState::add_columns(const SparseMatrix& more, const Vector<double>& costs,
@@ -160,32 +151,32 @@ void SimplexState::add_columns(const SparseMatrix& more, const Vector<double>& c
   problem.cost.insert(problem.cost.begin() + first, costs.begin(), costs.end());
   problem.lower.insert(problem.lower.begin() + first, lowers.begin(), lowers.end());
   problem.upper.insert(problem.upper.begin() + first, uppers.begin(), uppers.end());
-  cost = problem.cost;
-  lower = problem.lower;
-  upper = problem.upper;
-  insert(status, first, count, static_cast<int>(kAtLower));
-  insert(move, first, count, static_cast<signed char>(kStays));
-  insert(value, first, count, 0.0);
-  insert(reduced_cost, first, count, 0.0);
-  insert(held, first, count, static_cast<unsigned char>(0));
-  insert(position, first, count, -1);
-  for (int& v : header) v += v >= first ? count : 0;
+  program.cost = problem.cost;
+  program.lower = problem.lower;
+  program.upper = problem.upper;
+  insert(basis.status, first, count, static_cast<int>(kAtLower));
+  insert(basis.move, first, count, static_cast<signed char>(Basis::kStays));
+  insert(basis.value, first, count, 0.0);
+  insert(duals.reduced_cost, first, count, 0.0);
+  insert(basis.held, first, count, static_cast<unsigned char>(0));
+  insert(basis.position, first, count, -1);
+  for (int& v : basis.header) v += v >= first ? count : 0;
   resize();
   copy_rows_again();
-  if (!basis_valid) return;
+  if (!basis.is_set()) return;
   // As after a change from the bounds [0, 0]: a value off 0 moves the basic variables.
   for (int j = first; j < n; ++j) change_nonbasic_bounds(j);
-  if (dual_weights_full) dual_weights_valid = false;
+  weights.follow_shape();
 }
 
 void SimplexState::delete_columns(const Vector<int>& list) {
   settle_before_reshape();
-  bool clean = basis_valid && factor_current_;
+  bool clean = basis.is_set() && factor_current();
   for (const int j : list) {
-    clean = clean && status[j] != kBasic;
-    if (clean && primals_current && value[j] != 0.0) {
-      dual_objective -= priced_out(j) * value[j];
-      add_column(j, -value[j], moves_);
+    clean = clean && basis.status[j] != kBasic;
+    if (clean && basics.current() && basis.value[j] != 0.0) {
+      duals.objective -= duals.priced_out(j) * basis.value[j];
+      program.add_column(j, -basis.value[j], basics.moves);
     }
   }
   if (clean) apply_moves();
@@ -198,37 +189,38 @@ void SimplexState::delete_columns(const Vector<int>& list) {
   problem.num_cols = problem.columns.num_major;
   problem.rows = transpose(problem.columns);
   const auto by_variable = [&](auto&... arrays) { (erase(arrays, 0, list), ...); };
-  by_variable(problem.cost, problem.lower, problem.upper, cost, lower, upper, status, move, value,
-              reduced_cost, held, position, result_values);
+  by_variable(problem.cost, problem.lower, problem.upper, program.cost, program.lower,
+              program.upper, basis.status, basis.move, basis.value, duals.reduced_cost, basis.held,
+              basis.position, results.values);
   if (!clean) {
     n = first - static_cast<int>(list.size());
     rebuild_basis_after_reshape();
     return;
   }
-  for (int& v : header) v = now[v];
+  for (int& v : basis.header) v = now[v];
   resize();
   copy_rows_again();
-  if (dual_weights_full) dual_weights_valid = false;
+  weights.follow_shape();
 }
 
 /// The statuses of what is left give the basis; missing basic variables are made up by logicals.
 void SimplexState::rebuild_basis_after_reshape() {
   const int rows_now = problem.num_rows;
-  for (Vector<double>* array : {&basic_value, &basic_lower, &basic_upper, &dual_weights}) {
+  for (Vector<double>* array : {&basics.value, &basics.lower, &basics.upper, &weights.dual}) {
     array->assign(rows_now, 0.0);
   }
-  row_duals.resize(rows_now, 0.0);
-  header.assign(rows_now, 0);
-  const bool had_basis = basis_valid;
-  basis_valid = false;
-  factor_current_ = false;
+  duals.row_duals.resize(rows_now, 0.0);
+  basis.header.assign(rows_now, 0);
+  const bool had_basis = basis.is_set();
+  basis.forget();
+  inverse.invalidate();
   resize();
   copy_rows_again();
-  std::fill(dual_weights.begin(), dual_weights.end(), 1.0);
-  dual_weights_valid = false;
+  std::fill(weights.dual.begin(), weights.dual.end(), 1.0);
+  weights.invalidate();
   if (!had_basis) return;
-  const Vector<int> given = status;
-  const Vector<double> places = value;
+  const Vector<int> given = basis.status;
+  const Vector<double> places = basis.value;
   set_basis(given, places.data());
 }
 

@@ -17,7 +17,7 @@ void Trail::clear() {
 
 void Trail::note_variable(const SimplexState& state, int j) {
   if (!noting()) return;
-  variables_.push_back({j, state.status[j], state.move[j], state.value[j]});
+  variables_.push_back({j, state.basis.status[j], state.basis.move[j], state.basis.value[j]});
 }
 
 void Trail::note_bounds(const SimplexState& state, int j) {
@@ -27,17 +27,17 @@ void Trail::note_bounds(const SimplexState& state, int j) {
 
 void Trail::note_cost(const SimplexState& state, int j) {
   if (!noting()) return;
-  costs_.push_back({j, state.cost[j]});
+  costs_.push_back({j, state.program.cost[j]});
 }
 
 void Trail::note_exchange(const SimplexState& state, int p) {
   if (!noting()) return;
-  exchanges_.push_back({p, state.header[p]});
+  exchanges_.push_back({p, state.basis.header[p]});
 }
 
 void Trail::note_position(const SimplexState& state, int p) {
   if (!noting()) return;
-  positions_.push_back({p, state.basic_value[p], state.dual_weights[p]});
+  positions_.push_back({p, state.basics.value[p], state.weights.dual[p]});
 }
 
 void Trail::note_positions(const SimplexState& state, const WorkVector& column) {
@@ -48,7 +48,7 @@ void Trail::note_positions(const SimplexState& state, const WorkVector& column) 
 
 void Trail::note_reduced_cost(const SimplexState& state, int j) {
   if (!noting()) return;
-  reduced_costs_.push_back({j, state.reduced_cost[j]});
+  reduced_costs_.push_back({j, state.duals.reduced_cost[j]});
 }
 
 void Trail::note_reduced_costs(const SimplexState& state, const WorkVector& row) {
@@ -59,24 +59,24 @@ void Trail::note_reduced_costs(const SimplexState& state, const WorkVector& row)
 void Trail::note_row_duals(const SimplexState& state, const WorkVector& y) {
   if (!noting()) return;
   for (int k = 0; k < y.count; ++k) {
-    row_duals_.push_back({y.index[k], state.row_duals[y.index[k]]});
+    row_duals_.push_back({y.index[k], state.duals.row_duals[y.index[k]]});
   }
 }
 
 void Trail::note_everything(const SimplexState& state) {
   if (!noting()) return;
-  everything_.header = state.header;
-  everything_.status = state.status;
-  everything_.move = state.move;
-  everything_.held = state.held;
-  everything_.value = state.value;
-  everything_.cost = state.cost;
-  everything_.lower = state.lower;
-  everything_.upper = state.upper;
-  everything_.reduced_cost = state.reduced_cost;
-  everything_.basic_value = state.basic_value;
-  everything_.dual_weights = state.dual_weights;
-  everything_.row_duals = state.row_duals;
+  everything_.header = state.basis.header;
+  everything_.status = state.basis.status;
+  everything_.move = state.basis.move;
+  everything_.held = state.basis.held;
+  everything_.value = state.basis.value;
+  everything_.cost = state.program.cost;
+  everything_.lower = state.program.lower;
+  everything_.upper = state.program.upper;
+  everything_.reduced_cost = state.duals.reduced_cost;
+  everything_.basic_value = state.basics.value;
+  everything_.dual_weights = state.weights.dual;
+  everything_.row_duals = state.duals.row_duals;
   everything_.taken = true;
 }
 
