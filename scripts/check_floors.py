@@ -52,6 +52,7 @@ SUBFLOORS = {
 }
 # Rooms that only the files of the folder around them see: the others go through its headers.
 PRIVATE = {
+    os.path.join("lp", "factor"): ("lu",),
     os.path.join("lp", "simplex"): ("state", "dual", "primal"),
 }
 OUTSIDE = ("tools", "examples", os.path.join("tests", "api"))  # they see the public header alone

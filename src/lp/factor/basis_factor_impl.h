@@ -7,11 +7,11 @@
 #pragma once
 
 #include "lp/factor/basis_factor.h"
-#include "lp/factor/line_map.h"
-#include "lp/factor/lu_journal.h"
-#include "lp/factor/lu_kernel.h"
-#include "lp/factor/lu_solve.h"
-#include "lp/factor/lu_update.h"
+#include "lp/factor/lu/journal.h"
+#include "lp/factor/lu/kernel.h"
+#include "lp/factor/lu/line_map.h"
+#include "lp/factor/lu/solve.h"
+#include "lp/factor/lu/update.h"
 
 namespace kelvo {
 

@@ -2,7 +2,7 @@
 #include <new>
 
 #include "lp/factor/basis_factor_impl.h"
-#include "lp/factor/lu_border.h"
+#include "lp/factor/lu/border.h"
 
 namespace kelvo {
 namespace {

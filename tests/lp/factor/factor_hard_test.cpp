@@ -4,7 +4,7 @@
 
 #include "lp/factor/basis_factor.h"
 #include "lp/factor/factor_support.h"
-#include "lp/factor/lu_kernel.h"
+#include "lp/factor/lu/kernel.h"
 
 namespace kelvo {
 namespace {

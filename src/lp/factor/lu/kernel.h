@@ -14,7 +14,7 @@
 #include "base/containers.h"
 #include "base/sparse_matrix.h"
 #include "base/stop_check.h"
-#include "lp/factor/lu_factors.h"
+#include "lp/factor/lu/factors.h"
 
 namespace kelvo {
 
@@ -66,7 +66,7 @@ class LuKernel {
     }
   };
 
-  // lu_singletons.cpp
+  // singletons.cpp
   void pivot_logicals();
   void count_columns();
   void pivot_column_singletons();
@@ -75,7 +75,7 @@ class LuKernel {
   void store_singleton_column(int position, int row, double value);
   Span column_of(int position) const;
 
-  // lu_markowitz.cpp
+  // markowitz.cpp
   void load_nucleus();
   KernelOutcome eliminate_nucleus();
   bool find_pivot();
@@ -96,7 +96,7 @@ class LuKernel {
   void compress_active_columns();
   void compress_active_rows();
 
-  // lu_dense.cpp
+  // dense.cpp
   bool worth_dense() const;
   bool load_dense();
   bool worth_block() const;
@@ -104,7 +104,7 @@ class LuKernel {
   KernelOutcome factor_dense();
   void store_dense_pivot(int k, const double* dense, int order);
 
-  // lu_assembly.cpp
+  // assembly.cpp
   void assemble();
   void assemble_nucleus_columns();
   void build_rows(const EntryFile& from, const Vector<Span>& columns, EntryFile& to,

@@ -11,7 +11,7 @@
 #pragma once
 
 #include "base/work_vector.h"
-#include "lp/factor/lu_factors.h"
+#include "lp/factor/lu/factors.h"
 
 namespace kelvo {
 

@@ -1,4 +1,4 @@
-#include "lp/factor/dense_block.h"
+#include "lp/factor/lu/dense_block.h"
 
 #include <cstddef>
 

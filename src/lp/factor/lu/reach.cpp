@@ -1,5 +1,5 @@
 // The symbolic part of a sparse solve.
-#include "lp/factor/lu_solve.h"
+#include "lp/factor/lu/solve.h"
 
 namespace kelvo {
 namespace {

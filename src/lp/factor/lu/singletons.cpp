@@ -2,7 +2,7 @@
 // linear in the nonzeros of the columns, and a logical costs a few instructions.
 #include <cmath>
 
-#include "lp/factor/lu_kernel.h"
+#include "lp/factor/lu/kernel.h"
 
 namespace kelvo {
 

@@ -7,9 +7,9 @@
 #pragma once
 
 #include "base/sparse_matrix.h"
-#include "lp/factor/lu_factors.h"
-#include "lp/factor/lu_journal.h"
-#include "lp/factor/lu_solve.h"
+#include "lp/factor/lu/factors.h"
+#include "lp/factor/lu/journal.h"
+#include "lp/factor/lu/solve.h"
 
 namespace kelvo {
 

@@ -1,4 +1,4 @@
-#include "lp/factor/lu_border.h"
+#include "lp/factor/lu/border.h"
 
 #include <cmath>
 #include <new>

@@ -1,4 +1,4 @@
-#include "lp/factor/lu_factors.h"
+#include "lp/factor/lu/factors.h"
 
 #include <algorithm>
 #include <new>

@@ -2,7 +2,7 @@
 // gathered, and both factors get their row-wise copies.
 #include <algorithm>
 
-#include "lp/factor/lu_kernel.h"
+#include "lp/factor/lu/kernel.h"
 
 namespace kelvo {
 

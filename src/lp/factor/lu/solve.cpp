@@ -1,4 +1,4 @@
-#include "lp/factor/lu_solve.h"
+#include "lp/factor/lu/solve.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "lp/factor/lu_update.h"
+#include "lp/factor/lu/update.h"
 
 #include <algorithm>
 

@@ -24,7 +24,7 @@
 #pragma once
 
 #include "base/containers.h"
-#include "lp/factor/dense_block.h"
+#include "lp/factor/lu/dense_block.h"
 
 namespace kelvo {
 

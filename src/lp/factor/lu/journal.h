@@ -7,7 +7,7 @@
 // in the same order: later solves give the same bits as if the update had never been made.
 #pragma once
 
-#include "lp/factor/lu_factors.h"
+#include "lp/factor/lu/factors.h"
 
 namespace kelvo {
 

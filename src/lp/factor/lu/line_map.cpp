@@ -1,4 +1,4 @@
-#include "lp/factor/line_map.h"
+#include "lp/factor/lu/line_map.h"
 
 #include <numeric>
 

@@ -6,8 +6,8 @@
 // triangular factors of the basis (1972).
 #pragma once
 
-#include "lp/factor/lu_factors.h"
-#include "lp/factor/lu_journal.h"
+#include "lp/factor/lu/factors.h"
+#include "lp/factor/lu/journal.h"
 
 namespace kelvo {
 

@@ -1,7 +1,7 @@
 // Plain solves for two right-hand sides in one pass: the factor is read from memory once.
 #include <cmath>
 
-#include "lp/factor/lu_solve.h"
+#include "lp/factor/lu/solve.h"
 
 namespace kelvo {
 namespace {

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <limits>
 
-#include "lp/factor/lu_kernel.h"
+#include "lp/factor/lu/kernel.h"
 
 namespace kelvo {
 namespace {

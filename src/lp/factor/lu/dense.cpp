@@ -5,7 +5,7 @@
 #include <cmath>
 #include <new>
 
-#include "lp/factor/lu_kernel.h"
+#include "lp/factor/lu/kernel.h"
 
 namespace kelvo {
 namespace {

@@ -1,6 +1,6 @@
-#include "lp/factor/lu_journal.h"
+#include "lp/factor/lu/journal.h"
 
-#include "lp/factor/lu_border.h"
+#include "lp/factor/lu/border.h"
 
 namespace kelvo {
 namespace {
