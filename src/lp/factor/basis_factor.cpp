@@ -21,9 +21,11 @@ constexpr double kPairDensity = 0.7;
 constexpr double kRecentShare = 0.05;
 /// Updates before the adaptive rule may ask for a factorization.
 constexpr int kAdaptiveMinimum = 60;
-/// Weight of a factorization in solves, for the adaptive rule; part of its work that counts.
-constexpr double kRefactorWeight = 20.0;
-constexpr double kFactorWorkShare = 0.1;
+/// What a factorization costs, for the adaptive rule: so many solves and this part of its work,
+constexpr double kRefactorWeight = 5.0;
+constexpr double kFactorWorkShare = 0.5;
+/// and passes over matrix and variables, since all values are computed again with it.
+constexpr double kValuePasses = 4.0;
 
 }  // namespace
 
@@ -167,8 +169,10 @@ void BasisFactor::Impl::note_update() {
   update_work.since += work;
   ++statistics.updates;
   const double solve_work = static_cast<double>(lu.nonzeros() + lu.etas.used);
+  const double matrix_pass = static_cast<double>(columns.num_nonzeros()) + columns.num_major + lu.m;
   const double average =
-      (kRefactorWeight * (solve_work + kFactorWorkShare * factor_work) + update_work.since) /
+      (kRefactorWeight * solve_work + kFactorWorkShare * factor_work + kValuePasses * matrix_pass +
+       update_work.since) /
       (statistics.updates + 1);
   const double spent = update_work.since - update_work.at_update;
   update_work.at_update = update_work.since;
