@@ -1,7 +1,9 @@
 // What small changes of a solved LP cost, in units of an average iteration of the run that solved
 // it ("iterations"): a run with nothing changed, one bound changed, probes of three iterations, 100
 // added rows. "made" counts the iterations that were made on the way, where there are any. Each
-// figure is the median of many.
+// figure is the median of many. Rows that couple what was apart make iterations more expensive;
+// "of_its_own" is the cost of adding rows and solving in the run's own iterations (their median),
+// "deleting" that of deleting the rows that are slack and running again, in average ones.
 #include <benchmark/benchmark.h>
 #include <time.h>
 
@@ -121,41 +123,91 @@ void probe(benchmark::State& state, LpProblem (*family)(int)) {
   }
 }
 
-/// Cuts off the optimum by sums of a few columns that are at most a little less than now.
+/// Notes when iterations begin.
+class Pace final : public IterationHook {
+ public:
+  int before_iteration(bool, bool) override {
+    begun_.push_back(watch_.seconds());
+    return 0;
+  }
+  /// The median iteration.
+  double seconds() const {
+    Vector<double> gaps(1, 0.0);
+    for (std::size_t k = 1; k < begun_.size(); ++k) gaps.push_back(begun_[k] - begun_[k - 1]);
+    return median(gaps);
+  }
+
+ private:
+  Stopwatch watch_;
+  Vector<double> begun_;
+};
+
+/// Rows that cut off the optimum: sums of a few columns are at most a little less than now.
+struct Cuts {
+  Cuts(const Solved& solved, int count, Random& random) : least(count, -kInf) {
+    constexpr int kLength = 5;
+    rows.num_minor = solved.lp.num_cols;
+    for (int r = 0; r < count; ++r) {
+      Vector<int> columns;
+      for (int e = 0; e < kLength; ++e) columns.push_back(solved.basic_column(random));
+      std::sort(columns.begin(), columns.end());
+      columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
+      double activity = 0.0;
+      for (const int j : columns) {
+        rows.index.push_back(j);
+        rows.value.push_back(1.0);
+        activity += solved.simplex.values()[j];
+      }
+      rows.start.push_back(static_cast<int>(rows.index.size()));
+      ++rows.num_major;
+      most.push_back(activity - 0.5);
+    }
+  }
+
+  SparseMatrix rows;
+  Vector<double> least, most;
+};
+
+/// The rows from `first` on, or those of them that are slack.
+Vector<int> rows_from(int first, const Solved& solved, bool slack_only) {
+  Vector<int> list;
+  for (int i = first; i < solved.lp.num_rows; ++i) {
+    const bool slack = solved.simplex.status()[solved.lp.num_cols + i] == kBasic;
+    if (slack || !slack_only) list.push_back(i);
+  }
+  return list;
+}
+
 void hundred_rows(benchmark::State& state, LpProblem (*family)(int)) {
-  constexpr int kCuts = 100, kLength = 5;
   Random random(9);
+  Solved solved(family);
+  const int rows = solved.lp.num_rows;
   for (auto round : state) {
     static_cast<void>(round);
-    Vector<double> seconds, made;
-    Solved solved(family);
-    for (int k = 0; k < 5; ++k) {
-      SparseMatrix rows;
-      rows.num_minor = solved.lp.num_cols;
-      Vector<double> least(kCuts, -kInf), most;
-      for (int r = 0; r < kCuts; ++r) {
-        Vector<int> columns;
-        for (int e = 0; e < kLength; ++e) columns.push_back(solved.basic_column(random));
-        std::sort(columns.begin(), columns.end());
-        columns.erase(std::unique(columns.begin(), columns.end()), columns.end());
-        double activity = 0.0;
-        for (const int j : columns) {
-          rows.index.push_back(j);
-          rows.value.push_back(1.0);
-          activity += solved.simplex.values()[j];
-        }
-        rows.start.push_back(static_cast<int>(rows.index.size()));
-        ++rows.num_major;
-        most.push_back(activity - 0.5);
-      }
+    Vector<double> seconds, made, own, deleting;
+    for (int k = 0; k < 11; ++k) {
+      const Cuts cuts(solved, 100, random);
       const int before = solved.simplex.iterations();
+      Pace pace;
+      RunContext context;
+      context.hook = &pace;
       const Stopwatch watch;
-      solved.simplex.add_rows(rows, least, most);
-      static_cast<void>(solved.simplex.run_dual({}));
+      solved.simplex.add_rows(cuts.rows, cuts.least, cuts.most);
+      static_cast<void>(solved.simplex.run_dual({}, context));
       seconds.push_back(watch.seconds());
       made.push_back(solved.simplex.iterations() - before);
+      own.push_back(seconds.back() / (made.back() * pace.seconds()));
+      const Vector<int> slack = rows_from(rows, solved, true);
+      const Stopwatch deleted;
+      solved.simplex.delete_rows(slack);
+      static_cast<void>(solved.simplex.run_dual({}));
+      deleting.push_back(deleted.seconds() / solved.iteration);
+      solved.simplex.delete_rows(rows_from(rows, solved, false));
+      static_cast<void>(solved.simplex.run_dual({}));
     }
     report(state, solved, seconds, made);
+    state.counters["of_its_own"] = median(own);
+    state.counters["deleting"] = median(deleting);
   }
 }
 

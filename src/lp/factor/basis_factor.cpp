@@ -170,10 +170,9 @@ void BasisFactor::Impl::note_update() {
   ++statistics.updates;
   const double solve_work = static_cast<double>(lu.nonzeros() + lu.etas.used);
   const double matrix_pass = static_cast<double>(columns.num_nonzeros()) + columns.num_major + lu.m;
-  const double average =
-      (kRefactorWeight * solve_work + kFactorWorkShare * factor_work + kValuePasses * matrix_pass +
-       update_work.since) /
-      (statistics.updates + 1);
+  const double average = (kRefactorWeight * solve_work + kFactorWorkShare * factor_work +
+                          kValuePasses * matrix_pass + update_work.since) /
+                         (statistics.updates + 1);
   const double spent = update_work.since - update_work.at_update;
   update_work.at_update = update_work.since;
   update_work.recent +=

@@ -4,13 +4,18 @@
 #include <cmath>
 #include <limits>
 
+#include "lp/form/verification_sums.h"
+
 namespace kelvo {
 
 namespace {
 
-// A sum of stored numbers is known no better than this share of the sum of their magnitudes: the
-// numbers themselves (basic values, duals) carry some fifty rounding errors of a double.
-constexpr double kSumRounding = 1e-14;
+using verification::beyond_rounding;
+using verification::outside;
+using verification::Sum;
+using verification::sum_column;
+using verification::wrong_sign;
+
 // Entries of a proof up to this share of the terms they were summed from are cancelled to nothing.
 constexpr double kProofRounding = 1e-11;
 // In the value of a proof entries below this are ignored whatever their terms.
@@ -27,25 +32,6 @@ constexpr double kRayNoise = 1e-12;
 // What rounding its entries to doubles does to the row sums of a direction: so much of the terms.
 constexpr double kEntryRounding = 4.0 * std::numeric_limits<double>::epsilon();
 
-/// A sum with the magnitude of its terms.
-struct Sum {
-  long double value = 0.0L;
-  long double magnitude = 0.0L;
-
-  void add(long double term) {
-    value += term;
-    magnitude += std::fabs(term);
-  }
-};
-
-double beyond_rounding(double violation, double magnitude) {
-  return std::max(0.0, violation - kSumRounding * magnitude);
-}
-
-double outside(double value, double lower, double upper) {
-  return std::max({0.0, value - upper, lower - value});
-}
-
 /// Sums a_i x per row, terms and magnitudes.
 void sum_rows(const ProgramView& lp, const double* x, Vector<Sum>& sums) {
   sums.assign(lp.num_rows, Sum());
@@ -53,22 +39,6 @@ void sum_rows(const ProgramView& lp, const double* x, Vector<Sum>& sums) {
     if (x[j] == 0.0) continue;
     lp.for_column(j, [&](int i, double a) { sums[i].add(static_cast<long double>(a) * x[j]); });
   }
-}
-
-/// start + sign times the product of column j with y.
-Sum sum_column(const ProgramView& lp, int j, const double* y, double start, double sign) {
-  Sum sum;
-  sum.add(start);
-  lp.for_column(j, [&](int i, double a) { sum.add(sign * static_cast<long double>(a) * y[i]); });
-  return sum;
-}
-
-/// By how much the reduced cost is wrong for a variable of this status.
-double wrong_sign(int status, double lower, double upper, double reduced_cost) {
-  if (status != kBasic && lower >= upper) return 0.0;
-  if (status == kAtLower) return std::max(0.0, -reduced_cost);
-  if (status == kAtUpper) return std::max(0.0, reduced_cost);
-  return std::fabs(reduced_cost);
 }
 
 double measure_primal(const ProgramView& lp, LpSolution& solution) {
@@ -80,10 +50,8 @@ double measure_primal(const ProgramView& lp, LpSolution& solution) {
   sum_rows(lp, solution.x.data(), sums);
   solution.activity.resize(lp.num_rows);
   for (int i = 0; i < lp.num_rows; ++i) {
-    const double activity = static_cast<double>(sums[i].value);
-    solution.activity[i] = activity;
-    worst = std::max(worst, beyond_rounding(outside(activity, lp.row_lower(i), lp.row_upper(i)),
-                                            static_cast<double>(sums[i].magnitude)));
+    solution.activity[i] = static_cast<double>(sums[i].value);
+    worst = std::max(worst, verification::row_violation(lp, i, sums[i]));
   }
   return worst;
 }
@@ -94,11 +62,9 @@ double measure_dual(const ProgramView& lp, LpSolution& solution) {
   double worst = 0.0;
   solution.z.resize(n);
   for (int j = 0; j < n; ++j) {
-    const Sum sum = sum_column(lp, j, solution.y.data(), lp.cost(j), -1.0);
-    const double reduced_cost = static_cast<double>(sum.value);
-    const double wrong = wrong_sign(status[j], lp.lower(j), lp.upper(j), reduced_cost);
-    worst = std::max(worst, beyond_rounding(wrong, static_cast<double>(sum.magnitude)));
-    solution.z[j] = status[j] == kBasic ? 0.0 : reduced_cost;
+    const auto d = verification::reduced_cost(lp, j, status[j], solution.y.data());
+    solution.z[j] = d.value;
+    worst = std::max(worst, d.wrong);
   }
   for (int v = n; v < n + lp.num_rows; ++v) {
     worst = std::max(worst, wrong_sign(status[v], lp.lower(v), lp.upper(v), -solution.y[v - n]));

@@ -181,6 +181,19 @@ bool Simplex::compute_basic_solution(const SimplexSettings& settings, const RunC
   return true;
 }
 
+std::optional<bool> Simplex::known_primal_feasible(const SimplexSettings& settings) {
+  SimplexState& s = *state_;
+  if (!s.factor_current() || !s.basics.current()) return std::nullopt;
+  s.begin_run(settings);
+  if (!s.factor_current()) return std::nullopt;
+  const double tolerance = settings.feasibility_tolerance;
+  for (int p = 0; p < s.m; ++p) {
+    const double x = s.basics.value[p];
+    if (x < s.basics.lower[p] - tolerance || x > s.basics.upper[p] + tolerance) return false;
+  }
+  return true;
+}
+
 void Simplex::give_dual_weights(const Vector<double>& weights) {
   for (int p = 0; p < state_->m; ++p) state_->weights.dual[p] = weights[state_->basis.header[p]];
   state_->weights.set_valid(false);

@@ -5,6 +5,8 @@
 // the problem it is given is the problem it solves.
 #pragma once
 
+#include <optional>
+
 #include "base/containers.h"
 #include "base/memory.h"
 #include "lp/form/lp_problem.h"
@@ -188,6 +190,9 @@ class Simplex {
   /// Factors the basis in force and computes its values, as a run without iterations would. False
   /// when the basis is singular or the factorization was stopped; a repair is no failure.
   bool compute_basic_solution(const SimplexSettings& settings, const RunContext& context = {});
+  /// Whether the basis in force is primal feasible, as far as the kept values tell; nothing when
+  /// they would have to be computed.
+  std::optional<bool> known_primal_feasible(const SimplexSettings& settings);
   /// Steepest-edge weights of the basis in force for the next runs, by variable [num_vars] and
   /// positive: of the basic ones for the dual method, of the nonbasic ones for the primal method.
   /// They need not be exact. No weights (empty) for the primal method drops those given before.

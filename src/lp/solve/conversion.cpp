@@ -140,6 +140,66 @@ Vector<double> multipliers(const Model& model, const LpProblem& lp, const StartV
 
 }  // namespace
 
+namespace {
+
+/// The model as a program whose numbers are converted when they are looked at, for a check that
+/// looks at few of them.
+class ModelLookup {
+ public:
+  explicit ModelLookup(const Model& model)
+      : num_rows(model.num_rows), num_cols(model.num_cols), model_(model) {}
+
+  const int num_rows;
+  const int num_cols;
+
+  double cost(int j) const { return cost_of(model_, j); }
+  double lower(int v) const { return bounds(v).lower; }
+  double upper(int v) const { return bounds(v).upper; }
+  double row_lower(int i) const { return row_limits(model_, i).lower; }
+  double row_upper(int i) const { return row_limits(model_, i).upper; }
+
+  template <class Visit>
+  void for_column(int j, Visit visit) const {
+    const ColumnStore& matrix = model_.matrix;
+    const int end = matrix.start[j] + matrix.count[j];
+    for (int k = matrix.start[j]; k < end; ++k) visit(matrix.index[k], matrix.value[k]);
+  }
+
+ private:
+  RowLimits bounds(int v) const {
+    return v < num_cols ? column_bounds(model_, v) : logical_bounds(model_, v - num_cols);
+  }
+
+  const Model& model_;
+};
+
+/// The last check of a solution; see to_result() for the last two.
+Violations measure(const Model& model, LpSolution& solution, Owned<MeasuredSolution>* measured,
+                   const ModelChanges& changes) {
+  if (measured == nullptr) return complete_and_measure(ModelProgram(model).view(), solution);
+  Violations violations;
+  const bool basic = solution.layers.basis;
+  if (*measured == nullptr || !basic || !(*measured)->solution.layers.basis) {
+    *measured = make_owned<MeasuredSolution>();
+    violations = complete_and_measure(ModelProgram(model).view(), solution);
+  } else {
+    violations = measure_changes(ModelLookup(model), **measured, changes.columns,
+                                 changes.num_columns, solution);
+  }
+  (*measured)->solution = solution;
+  (*measured)->violations = violations;
+  return violations;
+}
+
+bool proofs_hold(const Model& model, LpAnswer& answer) {
+  if (answer.farkas.empty() && answer.ray.empty()) return true;
+  const ModelProgram program(model);
+  return (answer.farkas.empty() || verify_farkas(program.view(), answer.farkas)) &&
+         (answer.ray.empty() || verify_ray(program.view(), answer.ray));
+}
+
+}  // namespace
+
 LpProblem make_lp(const Model& model) {
   LpProblem lp;
   lp.num_rows = model.num_rows;
@@ -190,6 +250,7 @@ ProgramView ModelProgram::view() const {
 
 bool copy_changes(const Model& model, const ModelChanges& changes, double tolerance,
                   WorkingLp& working) {
+  if (changes.any()) working.keep_measured(nullptr);
   LpProblem names;
   set_names(names, model);
   working.name_like(names);
@@ -294,17 +355,20 @@ int status_code(LpOutcome outcome) {
   return kNonOptimal;
 }
 
-SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettings& settings) {
+SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettings& settings,
+                      Owned<MeasuredSolution>* measured, const ModelChanges& changes) {
   SolveResult result;
   SolutionRecord& record = result.solution;
   record.iterations = answer.iterations;
   record.phase_one_iterations = answer.phase_one_iterations;
   record.condition = answer.condition;
   result.status = status_code(answer.outcome);
-  if (!answer.has_solution) return result;
-  const ModelProgram program(model);
+  if (!answer.has_solution) {
+    if (measured != nullptr) measured->reset();
+    return result;
+  }
   LpSolution& solution = answer.solution;
-  const Violations violations = complete_and_measure(program.view(), solution);
+  const Violations violations = measure(model, solution, measured, changes);
   record.primal_feasible =
       answer.primal_feasible && violations.primal <= settings.feasibility_tolerance;
   record.dual_feasible = answer.dual_feasible && violations.dual <= settings.optimality_tolerance &&
@@ -312,10 +376,7 @@ SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettin
   if (answer.outcome == LpOutcome::optimal && !(record.primal_feasible && record.dual_feasible)) {
     result.status = kOptimalUnscaledInfeasible;
   }
-  const bool proof_fails =
-      (!answer.farkas.empty() && !verify_farkas(program.view(), answer.farkas)) ||
-      (!answer.ray.empty() && !verify_ray(program.view(), answer.ray));
-  if (proof_fails) {
+  if (!proofs_hold(model, answer)) {
     result.status = kNonOptimal;
   } else {
     record.farkas = std::move(answer.farkas);

@@ -67,8 +67,12 @@ StoredBasis basis_from_values(const Model& model, const StartValues& values, dou
 int status_code(LpOutcome outcome);
 
 /// An answer in the model's terms, after the last check, on the model itself: what does not hold
-/// there is not called optimal, infeasible or unbounded.
-SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettings& settings);
+/// there is not called optimal, infeasible or unbounded. `measured`, unless null: on entry null or
+/// an answer that was measured on this model but for the bounds of the columns in `changes`, so
+/// that only what differs needs to be measured; on return this answer, or null without one.
+SolveResult to_result(const Model& model, LpAnswer&& answer, const SimplexSettings& settings,
+                      Owned<MeasuredSolution>* measured = nullptr,
+                      const ModelChanges& changes = {});
 
 /// A model with the given program, of the given sense, without names.
 Model make_model(const LpProblem& lp, int sense);

@@ -83,8 +83,10 @@ LpAnswer ModelSolve::run(LpStart&& start) {
 }
 
 SolveResult finish_result(const Model& model, LpAnswer&& answer, const LpAlgorithm& algorithm,
-                          const DriverSettings& settings) {
-  SolveResult result = to_result(model, std::move(answer), settings.simplex);
+                          const DriverSettings& settings,
+                          Owned<MeasuredSolution>* measured = nullptr,
+                          const ModelChanges& changes = {}) {
+  SolveResult result = to_result(model, std::move(answer), settings.simplex, measured, changes);
   result.solution.method = algorithm.method;
   // A run that was stopped may leave columns between their bounds: the next one starts from there.
   const Vector<int>& status = result.basis.col_status;
@@ -147,6 +149,7 @@ Reoptimized reoptimize(const Model& model, const ModelChanges& changes, Owned<Wo
       !is_made_as_requested(*working, settings)) {
     return Reoptimized::impossible;
   }
+  Owned<MeasuredSolution> measured = working->take_measured();
   if (!copy_changes(model, changes, settings.simplex.feasibility_tolerance, *working)) {
     working.reset();
     return Reoptimized::impossible;
@@ -155,6 +158,7 @@ Reoptimized reoptimize(const Model& model, const ModelChanges& changes, Owned<Wo
   DriverLog(context.sink, settings.simplex.display).start_basis(rows, rows, true);
   if (!changes.any() && needs_no_run(settings.simplex, context)) {
     log_optimum(*working, algorithm, settings.simplex, context.sink);
+    working->keep_measured(std::move(measured));
     return Reoptimized::unchanged;
   }
   LpAnswer answer = algorithm.run({working, false, true, settings, context});
@@ -163,15 +167,20 @@ Reoptimized reoptimize(const Model& model, const ModelChanges& changes, Owned<Wo
     return Reoptimized::impossible;
   }
   const bool deferred = answer.outcome == LpOutcome::optimal && !answer.has_solution;
-  if (deferred && !changes.any() && answer.iterations == 0) return Reoptimized::unchanged;
+  if (deferred && !changes.any() && answer.iterations == 0) {
+    working->keep_measured(std::move(measured));
+    return Reoptimized::unchanged;
+  }
   if (deferred) {
     working->get_solution(answer.solution);
     answer.has_solution = true;
   }
   LpAnswer counts;
   counts.count_iterations_of(answer);
-  result = finish_result(model, std::move(answer), algorithm, settings);
-  if (deferred && result.status != kOptimal) {
+  result = finish_result(model, std::move(answer), algorithm, settings, &measured, changes);
+  if (result.status == kOptimal) {
+    working->keep_measured(std::move(measured));
+  } else if (deferred) {
     answer = algorithm.run({working, false, false, settings, context});
     answer.count_iterations_of(counts);
     result = finish_result(model, std::move(answer), algorithm, settings);

@@ -40,6 +40,7 @@ StartQuality judge_start(WorkingLp& working, const SimplexSettings& settings,
 }
 
 bool is_primal_feasible(WorkingLp& working, const SimplexSettings& settings) {
+  if (const auto known = working.simplex().known_primal_feasible(settings)) return *known;
   const StartQuality quality = judge_start(working, settings, {});
   return quality.factored && quality.primal_wrong == 0;
 }

@@ -9,6 +9,7 @@
 
 #include "lp/form/lp_solution.h"
 #include "lp/form/lp_start.h"
+#include "lp/form/measure_changes.h"
 #include "lp/form/program_view.h"
 #include "lp/simplex/simplex.h"
 #include "prob/change_kind.h"
@@ -86,6 +87,10 @@ class WorkingLp {
     verified_feasibility_ = optimal ? settings.feasibility_tolerance : kInf;
     verified_optimality_ = optimal ? settings.optimality_tolerance : kInf;
   }
+  /// The last verified answer with what was measured on the caller's model, whose numbers are still
+  /// those that this object agrees with; null when there is none.
+  Owned<MeasuredSolution> take_measured() { return std::move(measured_); }
+  void keep_measured(Owned<MeasuredSolution> measured) { measured_ = std::move(measured); }
   /// True while what compute_basic_solution() left is there, as recorded by the owner.
   bool has_basic_solution() const { return has_basic_solution_ && has_factor(); }
   void forget_basic_solution() { has_basic_solution_ = false; }
@@ -113,6 +118,7 @@ class WorkingLp {
   LpProblem lp_;
   Scaling scaling_;
   bool has_basic_solution_ = false;
+  Owned<MeasuredSolution> measured_;
   double verified_feasibility_ = kInf;  // tolerances of the last optimum
   double verified_optimality_ = kInf;
   Vector<VariableCost> cost_changes_;  // since the last finish_changes()
