@@ -1,50 +1,30 @@
 // Parameter files: what is written, what is read back, and that a refused file changes nothing.
-#include <unistd.h>
-
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <limits>
-#include <sstream>
-#include <vector>
 
 #include "env_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace {
 
 class ParameterFiles : public EnvironmentTest {
  protected:
-  ~ParameterFiles() override {
-    for (const std::string& file : files_) std::remove(file.c_str());
-  }
-  /// A file name of this test alone, removed afterwards.
-  std::string path(const std::string& name) {
-    files_.push_back(::testing::TempDir() + "kelvo_" + std::to_string(getpid()) + name);
-    return files_.back();
-  }
-  static std::string content(const std::string& file) {
-    std::ostringstream text;
-    text << std::ifstream(file).rdbuf();
-    return text.str();
-  }
+  std::string path(const std::string& name) const { return folder.path(name); }
   /// Reads a file of this text.
   int read(const std::string& text) {
-    const std::string file = path("read.prm");
-    std::ofstream(file) << text;
-    return KLVreadcopyparam(env, file.c_str());
+    return KLVreadcopyparam(env, folder.put("read.prm", text).c_str());
   }
   const std::string header_ = "KELVO Parameter File Version " + std::string(KLVversion(env)) + "\n";
   int read_line(const std::string& line) { return read(header_ + line); }
 
- private:
-  std::vector<std::string> files_;
+  TemporaryFolder folder;
 };
 
 TEST_F(ParameterFiles, HoldWhatDiffersFromTheDefaults) {
   const std::string file = path("w.prm");
   EXPECT_EQ(KLVwriteparam(env, file.c_str()), 0);
-  EXPECT_EQ(content(file), header_);
+  EXPECT_EQ(text_of_file(file), header_);
   EXPECT_EQ(KLVsetintparam(env, KLV_PARAM_BARORDER, 3), 0);
   EXPECT_EQ(KLVsetintparam(env, 1053, 1), 0);
   EXPECT_EQ(KLVsetintparam(env, KLV_PARAM_MIPCBREDLP, 0), 0);
@@ -52,17 +32,16 @@ TEST_F(ParameterFiles, HoldWhatDiffersFromTheDefaults) {
   EXPECT_EQ(KLVsetdblparam(env, 1090, -2.5), 0);
   EXPECT_EQ(KLVsetstrparam(env, KLV_PARAM_WORKDIR, "a \"b\" c"), 0);
   EXPECT_EQ(KLVwriteparam(env, file.c_str()), 0);
-  const std::string before = header_;
-  const std::string expected_start = "KLV_PARAM_EPOPT                  1.00000000000000e-07   \n";
+  const std::string start = "KLV_PARAM_EPOPT                  1.00000000000000e-07   \n";
   const std::string hidden_1053 = "1053                             1\n";
   const std::string middle =
       "KLV_PARAM_WORKDIR                \"a \"b\" c\"\n"
       "1090                             -2.50000000000000e+00  \n";
   const std::string reduced = "KLV_PARAM_MIPCBREDLP             0\n";
   const std::string end = "KLV_PARAM_BARORDER               3\n";
-  EXPECT_EQ(content(file), before + expected_start + hidden_1053 + middle + reduced + end);
+  EXPECT_EQ(text_of_file(file), header_ + start + hidden_1053 + middle + reduced + end);
   EXPECT_EQ(KLVEwriteparam(env, file.c_str()), 0);
-  EXPECT_EQ(content(file), before + expected_start + middle + end);
+  EXPECT_EQ(text_of_file(file), header_ + start + middle + end);
   EXPECT_EQ(get_int(KLV_PARAM_MIPCBREDLP), 0);
 
   EXPECT_EQ(KLVwriteparam(env, nullptr), 1421);
@@ -183,13 +162,13 @@ TEST_F(ParameterFiles, ScreenOutputFollowsTheFile) {
 }
 
 TEST_F(ParameterFiles, TheEnvironmentVariableNamesOneForOpening) {
-  const std::string file = path("override.prm");
-  std::ofstream(file) << header_ << "KLV_PARAM_ADVIND 2\nKLV_PARAM_SCRIND 1\n";
+  const std::string file =
+      folder.put("override.prm", header_ + "KLV_PARAM_ADVIND 2\nKLV_PARAM_SCRIND 1\n");
   ASSERT_EQ(setenv("ZEPH_KELVO_PARAMETER_FILE", file.c_str(), 1), 0);
   ::testing::internal::CaptureStdout();
   int status = -1;
   KLVenv other = KLVopenKELVO(&status);
-  std::ofstream(file) << header_ << "KLV_PARAM_ADVIND 9\n";
+  folder.put("override.prm", header_ + "KLV_PARAM_ADVIND 9\n");
   KLVenv third = KLVopenKELVO(&status);
   unsetenv("ZEPH_KELVO_PARAMETER_FILE");
   const std::string reading = "Reading override parameter file '" + file + "' ";

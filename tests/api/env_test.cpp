@@ -1,33 +1,13 @@
-// Environments: open, close, children, error texts.
-#include <gtest/gtest.h>
-#include <kelvo.h>
-
-#include <cstring>
+// Environments: open, close, children, error texts, callbacks.
 #include <regex>
-#include <string>
+
+#include "env_fixture.h"
 
 namespace {
 
-void collect(void* handle, const char* text) {
-  *static_cast<std::string*>(handle) += text;
-}
+using Environment = EnvironmentTest;
 
-/// An open environment that collects what goes to its error channel.
-struct Env {
-  KLVenv env;
-  std::string errors;
-  Env() {
-    int status = -1;
-    env = KLVopenKELVO(&status);
-    EXPECT_EQ(status, 0);
-    KLVchannel error = nullptr;
-    EXPECT_EQ(KLVgetchannels(env, nullptr, nullptr, &error, nullptr), 0);
-    EXPECT_EQ(KLVaddfuncdest(env, error, &errors, collect), 0);
-  }
-  ~Env() { EXPECT_EQ(KLVcloseKELVO(&env), 0); }
-};
-
-TEST(Environment, CloseFreesEverythingAndForgetsTheHandle) {
+TEST(Environments, CloseFreesEverythingAndForgetsTheHandle) {
   int status = -1;
   KLVenv env = KLVopenKELVO(&status);
   ASSERT_NE(env, nullptr);
@@ -45,11 +25,15 @@ TEST(Environment, CloseFreesEverythingAndForgetsTheHandle) {
   EXPECT_EQ(KLVversion(nullptr), nullptr);
 }
 
-TEST(Environment, ChildrenHaveOneParentAndNoChildren) {
-  Env a, b;
+TEST_F(Environment, ChildrenHaveOneParentAndNoChildren) {
   int status = -1, pointee = 0;
-  EXPECT_EQ(KLVEsetJNI(a.env, &pointee), 0);
-  KLVenv child = KLVparenv(a.env, &status);
+  KLVenv other = KLVopenKELVO(&status);
+  std::string other_errors;
+  KLVchannel error = nullptr;
+  EXPECT_EQ(KLVgetchannels(other, nullptr, nullptr, &error, nullptr), 0);
+  EXPECT_EQ(KLVaddfuncdest(other, error, &other_errors, append), 0);
+  EXPECT_EQ(KLVEsetJNI(env, &pointee), 0);
+  KLVenv child = KLVparenv(env, &status);
   ASSERT_NE(child, nullptr);
   EXPECT_EQ(status, 0);
   EXPECT_EQ(KLVEgetJNI(child), &pointee);
@@ -61,49 +45,86 @@ TEST(Environment, ChildrenHaveOneParentAndNoChildren) {
   EXPECT_EQ(KLVcloseKELVO(&copy), 1021);
   EXPECT_EQ(copy, child);
 
-  EXPECT_EQ(KLVfreeparenv(b.env, &child), 1003);
-  EXPECT_EQ(b.errors, "KELVO Error  1003: Bad argument to Callable Library function.\n");
-  EXPECT_EQ(a.errors, "");
-  EXPECT_EQ(KLVfreeparenv(a.env, &child), 0);
+  EXPECT_EQ(KLVfreeparenv(other, &child), 1003);
+  EXPECT_EQ(other_errors, "KELVO Error  1003: Bad argument to Callable Library function.\n");
+  EXPECT_EQ(errors, "");
+  EXPECT_EQ(KLVfreeparenv(env, &child), 0);
   EXPECT_EQ(child, nullptr);
-  EXPECT_EQ(KLVfreeparenv(a.env, &child), 0);
+  EXPECT_EQ(KLVfreeparenv(env, &child), 0);
+  EXPECT_EQ(KLVcloseKELVO(&other), 0);
 }
 
-TEST(Environment, NumberOfChildrenIsLimited) {
-  Env a;
+TEST_F(Environment, NumberOfChildrenIsLimited) {
   int status = 0, made = 0;
   KLVenv last = nullptr;
-  for (KLVenv child; (child = KLVparenv(a.env, &status)) != nullptr; last = child) {
+  for (KLVenv child; (child = KLVparenv(env, &status)) != nullptr; last = child) {
     ASSERT_LT(++made, 100000);
   }
   EXPECT_EQ(status, 1020);
-  EXPECT_EQ(a.errors, "KELVO Error  1020: Thread limit exceeded.\n");
-  EXPECT_EQ(KLVfreeparenv(a.env, &last), 0);
-  EXPECT_NE(KLVparenv(a.env, &status), nullptr);
+  EXPECT_EQ(errors, "KELVO Error  1020: Thread limit exceeded.\n");
+  EXPECT_EQ(KLVfreeparenv(env, &last), 0);
+  EXPECT_NE(KLVparenv(env, &status), nullptr);
 }
 
-TEST(ErrorTexts, LinesOfKnownAndUnknownCodes) {
+TEST_F(Environment, TextsOfOfKnownAndUnknownCodes) {
   char buffer[1024] = "as before";
   EXPECT_EQ(KLVgeterrorstring(nullptr, 0, buffer), nullptr);
   EXPECT_EQ(KLVgeterrorstring(nullptr, 100000, buffer), nullptr);
   EXPECT_STREQ(buffer, "as before");
   EXPECT_EQ(KLVgeterrorstring(nullptr, 9999, buffer), nullptr);
   EXPECT_STREQ(buffer, "KELVO Error  9999: Unknown error code.\n");
-  Env a;
   // 1001 and 1480 start at the same slot of the index.
-  EXPECT_EQ(KLVgeterrorstring(a.env, 1001, buffer), buffer);
+  EXPECT_EQ(KLVgeterrorstring(env, 1001, buffer), buffer);
   EXPECT_STREQ(buffer, "KELVO Error  1001: Out of memory.\n");
-  EXPECT_EQ(KLVgeterrorstring(a.env, 1480, buffer), buffer);
+  EXPECT_EQ(KLVgeterrorstring(env, 1480, buffer), buffer);
   EXPECT_STREQ(buffer, "KELVO Error  1480: Line %d: 'INTORG' found while reading integers.\n");
-  EXPECT_EQ(KLVgeterrorstring(a.env, 3018, buffer), buffer);
+  EXPECT_EQ(KLVgeterrorstring(env, 3018, buffer), buffer);
   EXPECT_STREQ(buffer,
                "KELVO Error  3018: Magnitude of variable %.255s: %g exceeds\n"
                "      integer limit %d.\n");
   int found = 0;
   for (int code = 1; code < 100000; ++code) {
-    if (KLVgeterrorstring(a.env, code, buffer) != nullptr) ++found;
+    if (KLVgeterrorstring(env, code, buffer) != nullptr) ++found;
   }
   EXPECT_EQ(found, 238);
+}
+
+struct Slot {
+  const char* name;
+  int (*set)(KLVenv, KLVcallback, void*);
+  int (*get)(KLVenv, KLVcallback*, void**);
+};
+
+const Slot kSlots[] = {
+    {"lp", KLVsetlpcallbackfunc, KLVgetlpcallbackfunc},
+    {"net", KLVsetnetcallbackfunc, KLVgetnetcallbackfunc},
+    {"tuning", KLVsettuningcallbackfunc, KLVgettuningcallbackfunc},
+    {"info", KLVsetinfocallbackfunc, KLVgetinfocallbackfunc},
+    {"mip", KLVsetmipcallbackfunc, KLVgetmipcallbackfunc},
+};
+
+TEST_F(Environment, EachKindOfCallbackHasItsSlotWhichDefaultsLeaveAloneAndChildrenCopy) {
+  const KLVcallback function = [](KLVenv, void*, int, void*) { return 0; };
+  int handles[5] = {0, 1, 2, 3, 4};
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(kSlots[i].set(env, function, &handles[i]), 0);
+  EXPECT_EQ(KLVsetdefaults(env), 0);
+  int status = 0;
+  KLVenv child = KLVparenv(env, &status);
+  EXPECT_EQ(kSlots[4].set(env, nullptr, nullptr), 0);
+  for (int i = 0; i < 5; ++i) {
+    KLVcallback stored = nullptr;
+    void* handle = nullptr;
+    EXPECT_EQ(kSlots[i].get(child, &stored, &handle), 0);
+    EXPECT_EQ(stored, function) << kSlots[i].name;
+    EXPECT_EQ(handle, &handles[i]) << kSlots[i].name;
+    EXPECT_EQ(kSlots[i].get(env, &stored, nullptr), 0);
+    EXPECT_EQ(stored, i == 4 ? nullptr : function) << kSlots[i].name;
+    EXPECT_EQ(kSlots[i].get(nullptr, &stored, nullptr), 1002);
+    EXPECT_EQ(kSlots[i].set(nullptr, stored, nullptr), 1002);
+  }
+  EXPECT_EQ(KLVsetterminate(nullptr, nullptr), 1002);
+  EXPECT_EQ(KLVsetterminate(env, nullptr), 0);
+  EXPECT_EQ(errors, "");
 }
 
 }  // namespace

@@ -16,17 +16,30 @@ class IntegerData : public ProblemTest {
     text.pop_back();
     return code == 0 ? text : std::to_string(code);
   }
+  /// Index of a named set, or the code of the failure, negative.
+  int index_of(const char* name) {
+    int at = -1;
+    const int code = KLVgetsosindex(env, lp, name, &at);
+    return code == 0 ? at : -code;
+  }
 };
 
 TEST_F(IntegerData, TypesMakeAProblemMixedInteger) {
   load_columns(5);
   EXPECT_EQ(types(), "3003");
+  EXPECT_EQ(take(errors), "KELVO Error  3003: Not a mixed-integer problem.\n");
+  EXPECT_EQ(KLVgetnumbin(env, lp) + KLVgetnumbin(env, nullptr), 0);
   EXPECT_EQ(KLVcopyctype(env, lp, "CBISN"), 0);
   EXPECT_EQ(KLVgetprobtype(env, lp), 1);
   EXPECT_EQ(types(), "CBISN");
   for (const auto count : {&KLVgetnumbin, &KLVgetnumint, &KLVgetnumsemicont, &KLVgetnumsemiint}) {
     EXPECT_EQ(count(env, lp), 1);
   }
+  std::string part(3, '?');
+  EXPECT_EQ(KLVgetctype(env, lp, part.data(), 1, 3), 0);
+  EXPECT_EQ(part, "BIS");
+  EXPECT_EQ(KLVgetctype(env, lp, part.data(), 0, 5), 1200);
+  EXPECT_EQ(KLVgetctype(env, lp, nullptr, 0, 1), 1004);
   const int columns[] = {4, 0};
   EXPECT_EQ(KLVchgctype(env, lp, 2, columns, "BI"), 0);
   EXPECT_EQ(types(), "IBISB");
@@ -69,48 +82,35 @@ TEST_F(IntegerData, SetsAreStoredAndReadBack) {
   const int begin[] = {0, 2}, members[] = {3, 0, 1, 2, 0};
   const double weights[] = {2, 1, 1, 2, 3};
   const char* names[] = {"first", nullptr};
-  EXPECT_EQ(KLVgetnumsos(env, lp), 0);
   EXPECT_EQ(KLVaddsos(env, lp, 2, 5, "12", begin, members, weights, names), 0);
+  EXPECT_EQ(KLVaddsos(env, lp, 1, 2, "2", begin, members, weights, nullptr), 0);
   EXPECT_EQ(KLVgetprobtype(env, lp), 1);
   EXPECT_EQ(types(), "CCCC");
-  EXPECT_EQ(KLVaddsos(env, lp, 1, 2, "2", begin, members, weights, nullptr), 0);
-  EXPECT_EQ(KLVgetnumsos(env, lp), 3);
+  EXPECT_EQ(image().sets, (std::vector<SetImage>{{'1', {{3, 2}, {0, 1}}, "first"},
+                                                 {'2', {{1, 1}, {2, 2}, {0, 3}}, "s2"},
+                                                 {'2', {{3, 2}, {0, 1}}, "s3"}}));
 
-  int count = -1, surplus = -1, starts[3], index[8];
+  int count = -1, surplus = -1, starts[3], index[8], at = -1;
   double value[8];
   char type[4] = "";
   take(errors);
   EXPECT_EQ(KLVgetsos(env, lp, &count, nullptr, starts, nullptr, nullptr, 0, &surplus, 0, 2), 1207);
   EXPECT_EQ(surplus, -7);
   EXPECT_EQ(take(errors), "");
-  EXPECT_EQ(KLVgetsos(env, lp, &count, type, starts, index, value, 7, &surplus, 0, 2), 0);
-  EXPECT_EQ(std::string(type), "122");
-  EXPECT_EQ(std::vector<int>(starts, starts + 3), (std::vector<int>{0, 2, 5}));
-  EXPECT_EQ(std::vector<int>(index, index + 7), (std::vector<int>{3, 0, 1, 2, 0, 3, 0}));
-  EXPECT_EQ(std::vector<double>(value, value + 7), (std::vector<double>{2, 1, 1, 2, 3, 2, 1}));
   EXPECT_EQ(KLVgetsos(env, lp, &count, type, starts, index, value, 2, &surplus, 1, 1), 1207);
-  EXPECT_EQ(take(errors), "KELVO Error  1207: Insufficient array length.\n");
-  EXPECT_EQ(count, 2);
-  EXPECT_EQ(surplus, -1);
+  EXPECT_EQ(std::pair(count, surplus), std::pair(2, -1));
   EXPECT_EQ(KLVgetsos(env, lp, &count, type, starts, index, value, 7, &surplus, 1, 3), 1200);
   EXPECT_EQ(take(errors),
+            "KELVO Error  1207: Insufficient array length.\n"
             "KELVO Error  1206: KLVgetsos: 'end' value 3 is greater than 2.\n"
             "KELVO Error  1200: Index is outside range of valid values.\n");
 
-  char* name[3];
-  char store[40];
-  EXPECT_EQ(KLVgetsosname(env, lp, name, store, 40, &surplus, 0, 2), 0);
-  EXPECT_EQ(std::string(name[0]) + name[1] + name[2], "firsts2s3");
-  int at = -1;
-  EXPECT_EQ(KLVgetsosindex(env, lp, "s3", &at), 0);
-  EXPECT_EQ(at, 2);
+  EXPECT_EQ(index_of("s3"), 2);
   int marks[] = {0, 1, 0};
   EXPECT_EQ(KLVdelsetsos(env, lp, marks), 0);
   EXPECT_EQ(std::vector<int>(marks, marks + 3), (std::vector<int>{0, -1, 1}));
-  EXPECT_EQ(KLVgetsosindex(env, lp, "s3", &at), 0);
-  EXPECT_EQ(at, 1) << "the look-up follows deletion";
-  take(errors);
-  EXPECT_EQ(KLVgetsosindex(env, lp, "s2", &at), 1210);
+  EXPECT_EQ(index_of("s3"), 1) << "the look-up follows deletion";
+  EXPECT_EQ(index_of("s2"), -1210);
   EXPECT_EQ(take(errors), "");
   EXPECT_EQ(KLVcopysos(env, lp, 1, 2, "1", begin, members, weights, nullptr), 0);
   EXPECT_EQ(KLVgetnumsos(env, lp), 1);
@@ -176,30 +176,15 @@ TEST_F(IntegerData, IndicatorConstraints) {
   const double values[] = {1, -2};
   EXPECT_EQ(KLVaddindconstr(env, lp, 0, 0, 2, 4.0, 'L', columns, values, nullptr), 0);
   EXPECT_EQ(KLVaddindconstr(env, lp, 2, 1, 1, 3.0, 'G', columns, values, "named"), 0);
-  EXPECT_EQ(KLVgetnumindconstrs(env, lp), 2);
   EXPECT_EQ(KLVgetprobtype(env, lp), 1);
-  int column = -1, complemented = -1, count = -1, surplus = -1, index[2];
-  double rhs = 0, value[2];
-  char sense = ' ';
-  EXPECT_EQ(KLVgetindconstr(env, lp, &column, &complemented, &count, &rhs, &sense, index, value, 2,
-                            &surplus, 1),
-            0);
-  EXPECT_EQ(column, 2);
-  EXPECT_EQ(complemented, 1);
-  EXPECT_EQ(count, 1);
-  EXPECT_EQ(rhs, 3.0);
-  EXPECT_EQ(sense, 'G');
-  EXPECT_EQ(index[0], 1);
-  EXPECT_EQ(value[0], 1.0);
-  EXPECT_EQ(surplus, 1);
+  EXPECT_EQ(image().indicators,
+            (std::vector<IndicatorImage>{{0, 0, 4, 'L', {{1, 1}, {2, -2}}, "i1"},
+                                         {2, 1, 3, 'G', {{1, 1}}, "named"}}));
+  int count = -1, surplus = -1, at = -1;
   EXPECT_EQ(KLVgetindconstr(env, lp, nullptr, nullptr, &count, nullptr, nullptr, nullptr, nullptr,
                             0, &surplus, 0),
             1207);
   EXPECT_EQ(surplus, -2);
-  char name[10];
-  EXPECT_EQ(KLVgetindconstrname(env, lp, name, 10, &surplus, 0), 0);
-  EXPECT_EQ(std::string(name), "i1");
-  int at = -1;
   EXPECT_EQ(KLVgetindconstrindex(env, lp, "named", &at), 0);
   EXPECT_EQ(at, 1);
 
@@ -210,13 +195,13 @@ TEST_F(IntegerData, IndicatorConstraints) {
   EXPECT_EQ(std::pair(out[0], out[1]), std::pair(-6.0, -7.0));
   EXPECT_EQ(KLVgetindconstrinfeas(env, lp, x, out, 0, 1), 0);
   EXPECT_EQ(std::pair(out[0], out[1]), std::pair(6.0, 0.0));
-  const double off[] = {0, 10, 0}, low[] = {1, 1, 0}, on[] = {1, 1, 1};
-  EXPECT_EQ(KLVgetindconstrinfeas(env, lp, off, out, 0, 0), 0);
-  EXPECT_EQ(out[0], 0.0) << "its binary column is 0";
-  EXPECT_EQ(KLVgetindconstrinfeas(env, lp, low, out, 1, 1), 0);
-  EXPECT_EQ(out[0], -2.0);
-  EXPECT_EQ(KLVgetindconstrinfeas(env, lp, on, out, 1, 1), 0);
-  EXPECT_EQ(out[0], 0.0);
+  const auto infeasibility = [&](std::vector<double> point) {
+    EXPECT_EQ(KLVgetindconstrinfeas(env, lp, point.data(), out, 0, 1), 0);
+    return std::pair(out[0], out[1]);
+  };
+  EXPECT_EQ(infeasibility({0, 10, 0}).first, 0.0) << "its binary column is 0";
+  EXPECT_EQ(infeasibility({1, 1, 0}).second, -2.0);
+  EXPECT_EQ(infeasibility({1, 1, 1}).second, 0.0);
   EXPECT_EQ(KLVgetindconstrslack(env, lp, out, 0, 1), 1217);
 
   take(errors);
@@ -236,6 +221,7 @@ TEST_F(IntegerData, IndicatorConstraints) {
 TEST_F(IntegerData, PriorityOrders) {
   load_columns(4);
   const int columns[] = {2, 0, 2}, priorities[] = {5, 1, 7}, directions[] = {1, 0, -1};
+  using Order = std::vector<std::tuple<int, int, int>>;
   int count = -1, surplus = -1, index[4], priority[4], direction[4];
   EXPECT_EQ(KLVcopyorder(env, lp, 3, columns, priorities, directions), 3003);
   ASSERT_EQ(KLVcopyctype(env, lp, "IIII"), 0);
@@ -245,12 +231,7 @@ TEST_F(IntegerData, PriorityOrders) {
   EXPECT_EQ(KLVcopyorder(env, lp, 3, columns, priorities, directions), 0);
   EXPECT_EQ(KLVgetorder(env, lp, &count, nullptr, nullptr, nullptr, 0, &surplus), 1207);
   EXPECT_EQ(surplus, -2) << "a column has one place";
-  EXPECT_EQ(KLVgetorder(env, lp, &count, index, priority, direction, 4, &surplus), 0);
-  EXPECT_EQ(count, 2);
-  EXPECT_EQ(surplus, 2);
-  EXPECT_EQ(std::vector<int>(index, index + 2), (std::vector<int>{2, 0}));
-  EXPECT_EQ(std::vector<int>(priority, priority + 2), (std::vector<int>{7, 1}));
-  EXPECT_EQ(std::vector<int>(direction, direction + 2), (std::vector<int>{-1, 0}));
+  EXPECT_EQ(image().order, (Order{{2, 7, -1}, {0, 1, 0}}));
   const int negative[] = {1, -1, 0}, sideways[] = {0, 0, 2};
   take(errors);
   EXPECT_EQ(KLVcopyorder(env, lp, 3, columns, negative, directions), 3006);
@@ -264,8 +245,7 @@ TEST_F(IntegerData, PriorityOrders) {
   EXPECT_EQ(index[0], 1) << "the place of a column follows deletion";
   EXPECT_EQ(count, 1);
   EXPECT_EQ(KLVcopyorder(env, lp, 1, columns, nullptr, nullptr), 0);
-  EXPECT_EQ(KLVgetorder(env, lp, &count, index, priority, direction, 4, &surplus), 0);
-  EXPECT_EQ(priority[0], 0);
+  EXPECT_EQ(image().order, (Order{{2, 0, 0}}));
   EXPECT_EQ(KLVcopyorder(env, lp, 0, nullptr, nullptr, nullptr), 0);
   EXPECT_EQ(KLVgetorder(env, lp, &count, index, priority, direction, 4, &surplus), 3016);
 }

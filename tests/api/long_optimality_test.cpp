@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "env_fixture.h"
+#include "prob_fixture.h"
 
 namespace {
 
@@ -38,35 +38,27 @@ LpData read_data(KLVenv env, KLVprob lp) {
   data.m = KLVgetnumrows(env, lp);
   data.n = KLVgetnumcols(env, lp);
   data.sense = KLVgetobjsen(env, lp);
-  const int nonzeros = KLVgetnumnz(env, lp);
+  int nonzeros = KLVgetnumnz(env, lp), surplus = 0;
   data.begin.resize(data.n + 1);
   data.row.resize(nonzeros);
   data.value.resize(nonzeros);
-  int count = 0, surplus = 0;
-  EXPECT_EQ(KLVgetcols(env, lp, &count, data.begin.data(), data.row.data(), data.value.data(),
+  EXPECT_EQ(KLVgetcols(env, lp, &nonzeros, data.begin.data(), data.row.data(), data.value.data(),
                        nonzeros, &surplus, 0, data.n - 1),
             0);
-  data.begin[data.n] = count;
-  for (auto [values, get] : {std::pair(&data.cost, &KLVgetobj), std::pair(&data.lower, &KLVgetlb),
-                             std::pair(&data.upper, &KLVgetub)}) {
-    values->resize(data.n);
-    EXPECT_EQ(get(env, lp, values->data(), 0, data.n - 1), 0);
-  }
-  std::vector<double> rhs(data.m), range(data.m, 0.0);
-  std::string senses(data.m, ' ');
-  EXPECT_EQ(KLVgetrhs(env, lp, rhs.data(), 0, data.m - 1), 0);
+  data.begin[data.n] = nonzeros;
+  data.cost = numbers(KLVgetobj, env, lp, data.n);
+  data.lower = numbers(KLVgetlb, env, lp, data.n);
+  data.upper = numbers(KLVgetub, env, lp, data.n);
+  data.row_lower = data.row_upper = numbers(KLVgetrhs, env, lp, data.m);
+  std::string senses(data.m + 1, ' ');
   EXPECT_EQ(KLVgetsense(env, lp, senses.data(), 0, data.m - 1), 0);
-  if (senses.find('R') != std::string::npos) {
-    EXPECT_EQ(KLVgetrngval(env, lp, range.data(), 0, data.m - 1), 0);
-  }
+  const bool ranged = senses.find('R') != std::string::npos;
+  const std::vector<double> range =
+      ranged ? numbers(KLVgetrngval, env, lp, data.m) : std::vector<double>(data.m);
   for (int i = 0; i < data.m; ++i) {
-    const bool ranged = senses[i] == 'R';
-    data.row_lower.push_back(senses[i] == 'L' ? -kNoBound
-                             : ranged         ? rhs[i] + std::min(0.0, range[i])
-                                              : rhs[i]);
-    data.row_upper.push_back(senses[i] == 'G' ? kNoBound
-                             : ranged         ? rhs[i] + std::max(0.0, range[i])
-                                              : rhs[i]);
+    if (senses[i] == 'L') data.row_lower[i] = -kNoBound;
+    if (senses[i] == 'G') data.row_upper[i] = kNoBound;
+    if (senses[i] == 'R') (range[i] < 0.0 ? data.row_lower : data.row_upper)[i] += range[i];
   }
   return data;
 }
@@ -161,36 +153,33 @@ std::vector<std::string> bounded_instances(const std::string& folder, int low, i
   return names;
 }
 
-class LongOptimality : public EnvironmentTest {
+class LongOptimality : public ProblemTest {
  protected:
   /// An empty problem, or one read from a file.
   KLVprob problem(const std::string& path) {
     int status = 0;
-    KLVprob lp = KLVcreateprob(env, &status, "instance");
+    KLVprob instance = KLVcreateprob(env, &status, "instance");
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(KLVreadcopyprob(env, lp, path.c_str(), nullptr), 0);
-    return lp;
+    EXPECT_EQ(KLVreadcopyprob(env, instance, path.c_str(), nullptr), 0);
+    return instance;
   }
 
   /// False when the solve ran out of its time; anything but an optimum is a failure.
-  bool solve(KLVprob lp) {
-    EXPECT_EQ(KLVlpopt(env, lp), 0);
-    const int status = KLVgetstat(env, lp);
+  bool solve(KLVprob instance) {
+    EXPECT_EQ(KLVlpopt(env, instance), 0);
+    const int status = KLVgetstat(env, instance);
     if (status == KLV_STATUS_TIME_LIMIT) return false;
     EXPECT_EQ(status, KLV_STATUS_OPTIMAL);
     return status == KLV_STATUS_OPTIMAL;
   }
 
-  void check_solution(KLVprob lp) {
-    const LpData data = read_data(env, lp);
-    std::vector<double> x(data.n), pi(data.m);
-    double objective = 0.0;
-    ASSERT_EQ(KLVsolution(env, lp, nullptr, &objective, x.data(), pi.data(), nullptr, nullptr), 0);
-    const Faults faults = examine(data, x, pi);
+  void check_solution(KLVprob instance) {
+    const LpData data = read_data(env, instance);
+    const Faults faults = examine(data, columns(KLVgetx, instance), rows(KLVgetpi, instance));
     EXPECT_LE(faults.primal, kTolerance);
     EXPECT_LE(faults.dual, kTolerance);
     EXPECT_LE(faults.complementarity, kTolerance);
-    expect_same(faults.dual_objective, objective, "dual objective");
+    expect_same(faults.dual_objective, objective(instance), "dual objective");
   }
 
   /// The basis of `solved` by way of a file into a fresh problem.
@@ -212,10 +201,7 @@ class LongOptimality : public EnvironmentTest {
         std::printf("  %s: %d iterations from the crushed basis\n", path.c_str(),
                     KLVgetitcnt(env, fresh));
       }
-      double before = 0.0, after = 0.0;
-      EXPECT_EQ(KLVgetobjval(env, solved, &before), 0);
-      EXPECT_EQ(KLVgetobjval(env, fresh, &after), 0);
-      expect_same(after, before, "objective from the basis file");
+      expect_same(objective(fresh), objective(solved), "objective from the basis file");
     }
     EXPECT_EQ(KLVfreeprob(env, &fresh), 0);
     std::remove(file.c_str());
@@ -227,14 +213,14 @@ class LongOptimality : public EnvironmentTest {
       ASSERT_EQ(KLVsetdefaults(env), 0);
       ASSERT_EQ(KLVsetdblparam(env, KLV_PARAM_TILIM, kSecondsASolve), 0);
       ASSERT_EQ(KLVsetintparam(env, way.parameter, way.value), 0);
-      KLVprob lp = problem(path);
-      if (solve(lp)) {
-        check_solution(lp);
-        check_basis(lp, path, way.same_tolerances);
+      KLVprob instance = problem(path);
+      if (solve(instance)) {
+        check_solution(instance);
+        check_basis(instance, path, way.same_tolerances);
       } else {
         std::printf("  %s, %s: not solved\n", path.c_str(), way.name);
       }
-      EXPECT_EQ(KLVfreeprob(env, &lp), 0);
+      EXPECT_EQ(KLVfreeprob(env, &instance), 0);
     }
   }
 };

@@ -56,12 +56,16 @@ inline Answers answers_of(const OwnedProblem& p) {
   return answers;
 }
 
+/// The call of a function of the interface with these arguments behind environment and problem.
+template <class Function, class... Arguments>
+Call call(Function function, Arguments... arguments) {
+  return [=](KLVenv env, KLVprob lp) { return function(env, lp, arguments...); };
+}
+
 struct NamedCall {
   const char* what;
-  Call call;
-  Call before = [](KLVenv, KLVprob) {
-    return 0;
-  };  // brings the problem into the state for the call
+  Call run;
+  Call before = {};  // brings the problem into the state for the call
 };
 
 /// Work arrays may be had in another way, and what is kept between calls may go or grow.
@@ -75,16 +79,18 @@ inline void expect_all_or_nothing(
     SCOPED_TRACE(each.what);
     const auto prepare = [&] {
       auto problem = std::make_unique<OwnedProblem>(fill);
-      EXPECT_EQ(each.before(problem->env, problem->lp), 0);
+      if (each.before) {
+        EXPECT_EQ(each.before(problem->env, problem->lp), 0);
+      }
       return problem;
     };
     // Of another object: queries may leave room behind.
     const Answers before = answers_of(*prepare());
     for_each_allocation_failure(
-        prepare, [&](const std::unique_ptr<OwnedProblem>& p) { return each.call(p->env, p->lp); },
+        prepare, [&](const std::unique_ptr<OwnedProblem>& p) { return each.run(p->env, p->lp); },
         [&](const std::unique_ptr<OwnedProblem>& p) {
           EXPECT_TRUE(answers_of(*p) == before) << "the problem answers otherwise";
-          if (afterwards) afterwards(*p, each.call);
+          if (afterwards) afterwards(*p, each.run);
         },
         options);
   }

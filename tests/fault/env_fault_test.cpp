@@ -35,6 +35,12 @@ struct OpenEnv {
   }
 };
 
+/// A call on an open environment, `Env` at the start of each try.
+template <class Env = OpenEnv, class Run, class Check>
+void sweep(Run run, Check check, AllocationFaults options = {}) {
+  for_each_allocation_failure([] { return Env(); }, run, check, options);
+}
+
 // Room made for one more destination may stay with a channel.
 const AllocationFaults kMayKeepRoom = {.may_keep_room = true};
 
@@ -58,48 +64,42 @@ TEST(EnvironmentFaults, Open) {
 }
 
 TEST(EnvironmentFaults, ChildrenAndChannels) {
-  for_each_allocation_failure([] { return OpenEnv(); },
-                              [](OpenEnv& e) {
-                                int status = 0;
-                                KLVparenv(e.env, &status);
-                                return status;
-                              },
-                              [](OpenEnv& e) { EXPECT_NE(KLVversion(e.env), nullptr); });
-  for_each_allocation_failure([] { return OpenEnv(); },
-                              [](OpenEnv& e) { return KLVaddchannel(e.env) ? 0 : 1001; },
-                              [](OpenEnv& e) { EXPECT_NE(KLVaddchannel(e.env), nullptr); });
+  sweep(
+      [](OpenEnv& e) {
+        int status = 0;
+        KLVparenv(e.env, &status);
+        return status;
+      },
+      [](OpenEnv& e) { EXPECT_NE(KLVversion(e.env), nullptr); });
+  sweep([](OpenEnv& e) { return KLVaddchannel(e.env) ? 0 : 1001; },
+        [](OpenEnv& e) { EXPECT_NE(KLVaddchannel(e.env), nullptr); });
 }
 
 TEST(EnvironmentFaults, Destinations) {
   const auto drop = [](void*, const char*) {};
-  for_each_allocation_failure(
-      [] { return OpenEnv(); }, [&](OpenEnv& e) { return KLVaddfuncdest(e.env, e.log, &e, drop); },
-      [&](OpenEnv& e) { EXPECT_EQ(KLVdelfuncdest(e.env, e.log, &e, drop), 1053); });
-  for_each_allocation_failure(
-      [] { return OpenEnv(); }, [](OpenEnv& e) { return KLVaddfpdest(e.env, e.log, stderr); },
-      [](OpenEnv& e) { EXPECT_EQ(KLVdelfpdest(e.env, e.log, stderr), 1052); });
-  for_each_allocation_failure([] { return OpenEnv(); },
-                              [](OpenEnv& e) { return KLVsetlogfile(e.env, stderr); },
-                              [](OpenEnv& e) {
-                                FILE* file = stderr;
-                                EXPECT_EQ(KLVgetlogfile(e.env, &file), 0);
-                                EXPECT_EQ(file, nullptr);
-                                EXPECT_EQ(KLVdelfpdest(e.env, e.log, stderr), 1052);
-                              },
-                              kMayKeepRoom);
+  sweep([&](OpenEnv& e) { return KLVaddfuncdest(e.env, e.log, &e, drop); },
+        [&](OpenEnv& e) { EXPECT_EQ(KLVdelfuncdest(e.env, e.log, &e, drop), 1053); });
+  sweep([](OpenEnv& e) { return KLVaddfpdest(e.env, e.log, stderr); },
+        [](OpenEnv& e) { EXPECT_EQ(KLVdelfpdest(e.env, e.log, stderr), 1052); });
+  sweep([](OpenEnv& e) { return KLVsetlogfile(e.env, stderr); },
+        [](OpenEnv& e) {
+          FILE* file = stderr;
+          EXPECT_EQ(KLVgetlogfile(e.env, &file), 0);
+          EXPECT_EQ(file, nullptr);
+          EXPECT_EQ(KLVdelfpdest(e.env, e.log, stderr), 1052);
+        },
+        kMayKeepRoom);
 }
 
 TEST(EnvironmentFaults, ScreenOutputIsAllOrNothing) {
-  for_each_allocation_failure([] { return OpenEnv(); },
-                              [](OpenEnv& e) { return KLVsetintparam(e.env, KLV_PARAM_SCRIND, 1); },
-                              [](OpenEnv& e) {
-                                EXPECT_EQ(e.get(KLV_PARAM_SCRIND), 0);
-                                KLVchannel results = nullptr;
-                                EXPECT_EQ(
-                                    KLVgetchannels(e.env, &results, nullptr, nullptr, nullptr), 0);
-                                EXPECT_EQ(KLVdelfpdest(e.env, results, stdout), 1052);
-                              },
-                              kMayKeepRoom);
+  sweep([](OpenEnv& e) { return KLVsetintparam(e.env, KLV_PARAM_SCRIND, 1); },
+        [](OpenEnv& e) {
+          EXPECT_EQ(e.get(KLV_PARAM_SCRIND), 0);
+          KLVchannel results = nullptr;
+          EXPECT_EQ(KLVgetchannels(e.env, &results, nullptr, nullptr, nullptr), 0);
+          EXPECT_EQ(KLVdelfpdest(e.env, results, stdout), 1052);
+        },
+        kMayKeepRoom);
 }
 
 TEST(EnvironmentFaults, ParameterFiles) {
@@ -112,16 +112,14 @@ TEST(EnvironmentFaults, ParameterFiles) {
   };
   const std::string file =
       ::testing::TempDir() + "kelvo_fault_" + std::to_string(getpid()) + ".prm";
-  for_each_allocation_failure([] { return ChangedEnv(); },
-                              [&](ChangedEnv& e) { return KLVwriteparam(e.env, file.c_str()); },
-                              [](ChangedEnv& e) { EXPECT_EQ(e.get(KLV_PARAM_ADVIND), 2); });
-  for_each_allocation_failure([] { return OpenEnv(); },
-                              [&](OpenEnv& e) { return KLVreadcopyparam(e.env, file.c_str()); },
-                              [](OpenEnv& e) {
-                                EXPECT_EQ(e.get(KLV_PARAM_ADVIND), 1);
-                                EXPECT_EQ(e.get(KLV_PARAM_SCRIND), 0);
-                              },
-                              kMayKeepRoom);
+  sweep<ChangedEnv>([&](ChangedEnv& e) { return KLVwriteparam(e.env, file.c_str()); },
+                    [](ChangedEnv& e) { EXPECT_EQ(e.get(KLV_PARAM_ADVIND), 2); });
+  sweep([&](OpenEnv& e) { return KLVreadcopyparam(e.env, file.c_str()); },
+        [](OpenEnv& e) {
+          EXPECT_EQ(e.get(KLV_PARAM_ADVIND), 1);
+          EXPECT_EQ(e.get(KLV_PARAM_SCRIND), 0);
+        },
+        kMayKeepRoom);
   std::remove(file.c_str());
 }
 

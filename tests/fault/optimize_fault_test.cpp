@@ -5,6 +5,7 @@
 namespace {
 
 using kelvo::test::Call;
+using kelvo::test::call;
 using kelvo::test::NamedCall;
 
 /// max 3x + 2y + z,  x + y + z <= 4,  x + 3y >= 1,  x - z in [-2, 2],  0 <= x <= 3, y free of an
@@ -19,8 +20,8 @@ int fill(KLVenv env, KLVprob lp) {
 
 void expect_all_or_nothing(const std::vector<NamedCall>& calls) {
   kelvo::test::expect_all_or_nothing(fill, calls, {.may_survive = true, .may_keep_room = true},
-                                     [](const kelvo::test::OwnedProblem& p, const Call& call) {
-                                       EXPECT_EQ(call(p.env, p.lp), 0) << "with memory again";
+                                     [](const kelvo::test::OwnedProblem& p, const Call& run) {
+                                       EXPECT_EQ(run(p.env, p.lp), 0) << "with memory again";
                                        EXPECT_EQ(KLVlpopt(p.env, p.lp), 0);
                                        double objective = 0;
                                        EXPECT_EQ(KLVgetobjval(p.env, p.lp, &objective), 0);
@@ -29,21 +30,21 @@ void expect_all_or_nothing(const std::vector<NamedCall>& calls) {
 }
 
 /// The call on a copy, which holds solution and basis but no factor: what needs one makes it first.
-Call copied(const Call& call) {
-  return [call](KLVenv env, KLVprob lp) {
+Call copied(const Call& run) {
+  return [run](KLVenv env, KLVprob lp) {
     int status = 0;
     KLVprob copy = KLVcloneprob(env, lp, &status);
     if (copy == nullptr) return status;
-    status = call(env, copy);
+    status = run(env, copy);
     EXPECT_EQ(KLVfreeprob(env, &copy), 0);
     return status;
   };
 }
 
-Call with(int parameter, int value, const Call& call) {
-  return [parameter, value, call](KLVenv env, KLVprob lp) {
+Call with(int parameter, int value, const Call& run) {
+  return [parameter, value, run](KLVenv env, KLVprob lp) {
     const int status = KLVsetintparam(env, parameter, value);
-    return status != 0 ? status : call(env, lp);
+    return status != 0 ? status : run(env, lp);
   };
 }
 
@@ -72,10 +73,10 @@ TEST(OptimizeFaults, FactorAndSensitivity) {
   double numbers[3], others[3];
   int found = 0;
   const std::vector<std::pair<const char*, Call>> queries = {
-      {"binvcol", [&](KLVenv env, KLVprob lp) { return KLVbinvcol(env, lp, 0, numbers); }},
-      {"getbhead", [&](KLVenv env, KLVprob lp) { return KLVgetbhead(env, lp, nullptr, numbers); }},
-      {"objsa", [&](KLVenv env, KLVprob lp) { return KLVobjsa(env, lp, 0, 2, numbers, others); }},
-      {"checkpfeas", [&](KLVenv env, KLVprob lp) { return KLVcheckpfeas(env, lp, &found); }},
+      {"binvcol", call(KLVbinvcol, 0, numbers)},
+      {"getbhead", call(KLVgetbhead, nullptr, numbers)},
+      {"objsa", call(KLVobjsa, 0, 2, numbers, others)},
+      {"checkpfeas", call(KLVcheckpfeas, &found)},
       {"getweight", [&](KLVenv env, KLVprob lp) {
          const int begin = 0;
          const double x[] = {3, 1, 0};
@@ -90,38 +91,27 @@ TEST(OptimizeFaults, Starts) {
   static const double kX[] = {3, 1, 0};
   static const int kCodes[] = {2, 1, 0}, kRows[] = {0, 1, 1};
   expect_all_or_nothing(
-      {{"copystart",
-        [](KLVenv env, KLVprob lp) {
-          return KLVcopystart(env, lp, nullptr, nullptr, kX, nullptr, nullptr, nullptr);
-        },
+      {{"copystart", call(KLVcopystart, nullptr, nullptr, kX, nullptr, nullptr, nullptr),
         KLVdualopt},
-       {"copystart with a basis",
-        [](KLVenv env, KLVprob lp) {
-          return KLVcopystart(env, lp, kCodes, kRows, kX, nullptr, nullptr, nullptr);
-        },
+       {"copystart with a basis", call(KLVcopystart, kCodes, kRows, kX, nullptr, nullptr, nullptr),
         KLVdualopt},
-       {"copybasednorms",
-        [](KLVenv env, KLVprob lp) { return KLVcopybasednorms(env, lp, kCodes, kRows, kX); }},
-       {"copypartialbase", [](KLVenv env, KLVprob lp) {
-          return KLVcopypartialbase(env, lp, 3, kList, kCodes, 1, kList, kRows);
-        }}});
+       {"copybasednorms", call(KLVcopybasednorms, kCodes, kRows, kX)},
+       {"copypartialbase", call(KLVcopypartialbase, 3, kList, kCodes, 1, kList, kRows)}});
 }
 
 TEST(OptimizeFaults, OtherForms) {
-  expect_all_or_nothing(
-      {{"dualwrite",
-        [](KLVenv env, KLVprob lp) { return KLVdualwrite(env, lp, "/dev/null", nullptr); },
-        KLVdualopt},
-       {"another objective of a presolved problem",
-        [](KLVenv env, KLVprob lp) {
-          KLVprob reduced = nullptr;
-          return KLVgetredlp(env, lp, &reduced);
-        },
-        with(KLV_PARAM_REDUCE, 1, [](KLVenv env, KLVprob lp) {
-          const double cost = 2, back = 3;
-          const int failures = KLVchgobj(env, lp, 1, kList, &cost) + KLVpresolve(env, lp, 2);
-          return failures + KLVchgobj(env, lp, 1, kList, &back);
-        })}});
+  expect_all_or_nothing({{"dualwrite", call(KLVdualwrite, "/dev/null", nullptr), KLVdualopt},
+                         {"another objective of a presolved problem",
+                          [](KLVenv env, KLVprob lp) {
+                            KLVprob reduced = nullptr;
+                            return KLVgetredlp(env, lp, &reduced);
+                          },
+                          with(KLV_PARAM_REDUCE, 1, [](KLVenv env, KLVprob lp) {
+                            const double cost = 2, back = 3;
+                            const int failures =
+                                KLVchgobj(env, lp, 1, kList, &cost) + KLVpresolve(env, lp, 2);
+                            return failures + KLVchgobj(env, lp, 1, kList, &back);
+                          })}});
 }
 
 TEST(OptimizeFaults, StepsByHand) {
@@ -129,8 +119,7 @@ TEST(OptimizeFaults, StepsByHand) {
   int found = 0;
   expect_all_or_nothing(
       {{"setphase2", KLVsetphase2},
-       {"pivotin", [](KLVenv env, KLVprob lp) { return KLVpivotin(env, lp, kList, 1); },
-        KLVdualopt},
+       {"pivotin", call(KLVpivotin, kList, 1), KLVdualopt},
        {"pivot",
         [](KLVenv env, KLVprob lp) {
           // Back to the slack basis at each try, so that the pivot is there to be made.
@@ -138,16 +127,10 @@ TEST(OptimizeFaults, StepsByHand) {
           if (status != 0 && status != 1262) return status;
           return KLVpivot(env, lp, 0, KLV_NO_VARIABLE, 0);
         }},
-       {"dratio",
-        [&](KLVenv env, KLVprob lp) {
-          return KLVdratio(env, lp, kList, 3, down, up, nullptr, nullptr, nullptr, nullptr);
-        },
+       {"dratio", call(KLVdratio, kList, 3, down, up, nullptr, nullptr, nullptr, nullptr),
         KLVdualopt},
-       {"checksoln", [&](KLVenv env, KLVprob lp) { return KLVchecksoln(env, lp, &found); },
-        KLVdualopt},
-       {"strongbranch",
-        [&](KLVenv env, KLVprob lp) { return KLVstrongbranch(env, lp, kList, 3, down, up, 10); },
-        KLVdualopt}});
+       {"checksoln", call(KLVchecksoln, &found), KLVdualopt},
+       {"strongbranch", call(KLVstrongbranch, kList, 3, down, up, 10), KLVdualopt}});
 }
 
 }  // namespace

@@ -3,12 +3,8 @@
 
 namespace {
 
-using kelvo::test::Answers;
-using kelvo::test::answers_of;
+using kelvo::test::call;
 using kelvo::test::expect_all_or_nothing;
-using kelvo::test::for_each_allocation_failure;
-using kelvo::test::kKeepsRoom;
-using kelvo::test::OwnedProblem;
 
 const double kNumbers[] = {7, 8, 9, 10, 11, 12};
 const int kBegin[] = {0, 2};
@@ -43,95 +39,53 @@ TEST(ProblemFaults, Edits) {
   static const int kRows[] = {1, 0}, kColumns[] = {2, 2}, kCount[] = {2, 2};
   expect_all_or_nothing(
       fill_linear,
-      {{"copylp",
-        [](KLVenv env, KLVprob lp) {
-          return KLVcopylpwnames(env, lp, 2, 4, 1, kNumbers, kNumbers, "LREG", kBegin, kCount,
-                                 kPlaces, kNumbers, kNumbers, kNumbers, kNumbers, kNames, nullptr);
-        }},
-       {"newrows",
-        [](KLVenv env, KLVprob lp) {
-          return KLVnewrows(env, lp, 2, kNumbers, "RR", kNumbers, kNames);
-        }},
+      {{"copylp", call(KLVcopylpwnames, 2, 4, 1, kNumbers, kNumbers, "LREG", kBegin, kCount,
+                       kPlaces, kNumbers, kNumbers, kNumbers, kNumbers, kNames, nullptr)},
+       {"newrows", call(KLVnewrows, 2, kNumbers, "RR", kNumbers, kNames)},
        {"addrows",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddrows(env, lp, 2, 2, 4, kNumbers, "LG", kBegin, kPlaces, kNumbers, kNames,
-                            kNames);
-        }},
-       {"newcols",
-        [](KLVenv env, KLVprob lp) {
-          return KLVnewcols(env, lp, 2, kNumbers, nullptr, nullptr, "BI", kNames);
-        }},
+        call(KLVaddrows, 2, 2, 4, kNumbers, "LG", kBegin, kPlaces, kNumbers, kNames, kNames)},
+       {"newcols", call(KLVnewcols, 2, kNumbers, nullptr, nullptr, "BI", kNames)},
        {"addcols",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddcols(env, lp, 2, 4, kNumbers, kBegin, kPlaces, kNumbers, nullptr, nullptr,
-                            kNames);
-        }},
-       {"chgcoef", [](KLVenv env, KLVprob lp) { return KLVchgcoef(env, lp, 0, 1, 5.0); }},
-       {"chgcoeflist",
-        [](KLVenv env, KLVprob lp) {
-          return KLVchgcoeflist(env, lp, 2, kRows, kColumns, kNumbers);
-        }},
-       {"chgbds",
-        [](KLVenv env, KLVprob lp) { return KLVchgbds(env, lp, 2, kColumns, "LU", kNumbers); }},
-       {"chgsense", [](KLVenv env, KLVprob lp) { return KLVchgsense(env, lp, 2, kRows, "RR"); }},
-       {"chgrowname",
-        [](KLVenv env, KLVprob lp) { return KLVchgrowname(env, lp, 2, kRows, kNames); }},
-       {"chgprobname", [](KLVenv env, KLVprob lp) { return KLVchgprobname(env, lp, kNames[0]); }},
-       {"delcols", [](KLVenv env, KLVprob lp) { return KLVdelcols(env, lp, 1, 2); }},
-       {"delrows", [](KLVenv env, KLVprob lp) { return KLVdelrows(env, lp, 1, 2); }},
-       {"chgqpcoef", [](KLVenv env, KLVprob lp) { return KLVchgqpcoef(env, lp, 0, 1, 5.0); }}});
+        call(KLVaddcols, 2, 4, kNumbers, kBegin, kPlaces, kNumbers, nullptr, nullptr, kNames)},
+       {"chgcoef", call(KLVchgcoef, 0, 1, 5.0)},
+       {"chgcoeflist", call(KLVchgcoeflist, 2, kRows, kColumns, kNumbers)},
+       {"chgbds", call(KLVchgbds, 2, kColumns, "LU", kNumbers)},
+       {"chgsense", call(KLVchgsense, 2, kRows, "RR")},
+       {"chgrowname", call(KLVchgrowname, 2, kRows, kNames)},
+       {"chgprobname", call(KLVchgprobname, kNames[0])},
+       {"delcols", call(KLVdelcols, 1, 2)},
+       {"delrows", call(KLVdelrows, 1, 2)},
+       {"chgqpcoef", call(KLVchgqpcoef, 0, 1, 5.0)}});
 }
 
 TEST(ProblemFaults, EditsOfTheOtherKindsOfData) {
   static const int kFirst[] = {0, 1, 2, 2}, kCount[] = {1, 1, 0, 2}, kIndex[] = {1, 0, 3, 2};
   expect_all_or_nothing(
       fill_everything,
-      {{"copyctype", [](KLVenv env, KLVprob lp) { return KLVcopyctype(env, lp, "CCIN"); }},
-       {"chgctype",
-        [](KLVenv env, KLVprob lp) { return KLVchgctype(env, lp, 4, kPlaces, "CCIN"); }},
-       {"chgprobtype", [](KLVenv env, KLVprob lp) { return KLVchgprobtype(env, lp, 0); }},
-       {"addsos",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddsos(env, lp, 2, 4, "12", kBegin, kPlaces, kNumbers, kNames);
-        }},
-       {"copysos",
-        [](KLVenv env, KLVprob lp) {
-          return KLVcopysos(env, lp, 2, 4, "12", kBegin, kPlaces, kNumbers, kNames);
-        }},
+      {{"copyctype", call(KLVcopyctype, "CCIN")},
+       {"chgctype", call(KLVchgctype, 4, kPlaces, "CCIN")},
+       {"chgprobtype", call(KLVchgprobtype, 0)},
+       {"addsos", call(KLVaddsos, 2, 4, "12", kBegin, kPlaces, kNumbers, kNames)},
+       {"copysos", call(KLVcopysos, 2, 4, "12", kBegin, kPlaces, kNumbers, kNames)},
        {"delsetsos",
         [](KLVenv env, KLVprob lp) {
           int marks[] = {1};
           return KLVdelsetsos(env, lp, marks);
         }},
-       {"addindconstr",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddindconstr(env, lp, 2, 1, 4, 3.0, 'G', kPlaces, kNumbers, kNames[0]);
-        }},
-       {"delindconstrs", [](KLVenv env, KLVprob lp) { return KLVdelindconstrs(env, lp, 0, 0); }},
-       {"copyorder",
-        [](KLVenv env, KLVprob lp) { return KLVcopyorder(env, lp, 4, kPlaces, nullptr, nullptr); }},
+       {"addindconstr", call(KLVaddindconstr, 2, 1, 4, 3.0, 'G', kPlaces, kNumbers, kNames[0])},
+       {"delindconstrs", call(KLVdelindconstrs, 0, 0)},
+       {"copyorder", call(KLVcopyorder, 4, kPlaces, nullptr, nullptr)},
        {"addusercuts",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddusercuts(env, lp, 2, 4, kNumbers, "LG", kBegin, kPlaces, kNumbers, kNames);
-        }},
+        call(KLVaddusercuts, 2, 4, kNumbers, "LG", kBegin, kPlaces, kNumbers, kNames)},
        {"addlazyconstraints",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddlazyconstraints(env, lp, 2, 4, kNumbers, "LG", kBegin, kPlaces, kNumbers,
-                                       kNames);
-        }},
-       {"delcols", [](KLVenv env, KLVprob lp) { return KLVdelcols(env, lp, 1, 2); }},
-       {"copyquad",
-        [](KLVenv env, KLVprob lp) {
-          return KLVcopyquad(env, lp, kFirst, kCount, kIndex, kNumbers);
-        }},
-       {"copyqpsep", [](KLVenv env, KLVprob lp) { return KLVcopyqpsep(env, lp, kNumbers); }},
-       {"chgqpcoef", [](KLVenv env, KLVprob lp) { return KLVchgqpcoef(env, lp, 0, 3, 5.0); }},
-       {"addqconstr",
-        [](KLVenv env, KLVprob lp) {
-          return KLVaddqconstr(env, lp, 4, 4, 2.0, 'G', kPlaces, kNumbers, kPlaces, kPlaces,
-                               kNumbers, kNames[0]);
-        }},
-       {"delqconstrs", [](KLVenv env, KLVprob lp) { return KLVdelqconstrs(env, lp, 0, 0); }},
+        call(KLVaddlazyconstraints, 2, 4, kNumbers, "LG", kBegin, kPlaces, kNumbers, kNames)},
+       {"delcols", call(KLVdelcols, 1, 2)},
+       {"copyquad", call(KLVcopyquad, kFirst, kCount, kIndex, kNumbers)},
+       {"copyqpsep", call(KLVcopyqpsep, kNumbers)},
+       {"chgqpcoef", call(KLVchgqpcoef, 0, 3, 5.0)},
+       {"addqconstr", call(KLVaddqconstr, 4, 4, 2.0, 'G', kPlaces, kNumbers, kPlaces, kPlaces,
+                           kNumbers, kNames[0])},
+       {"delqconstrs", call(KLVdelqconstrs, 0, 0)},
        {"getsosinfeas",
         [](KLVenv env, KLVprob lp) {
           double out;
@@ -142,7 +96,7 @@ TEST(ProblemFaults, EditsOfTheOtherKindsOfData) {
           double x[4];
           return KLVqpindefcertificate(env, lp, x);
         },
-        [](KLVenv env, KLVprob lp) { return KLVchgobjsen(env, lp, -1); }}});
+        call(KLVchgobjsen, -1)}});
 }
 
 TEST(ProblemFaults, BasesAndNorms) {
@@ -154,12 +108,9 @@ TEST(ProblemFaults, BasesAndNorms) {
         failures += KLVnewrows(env, lp, 1, kNumbers, "L", nullptr, nullptr);
         return failures + KLVcopybase(env, lp, status, status + 2);
       },
-      {{"copybase",
-        [](KLVenv env, KLVprob lp) { return KLVcopybase(env, lp, kOther, kOther + 2); }},
-       {"copypnorms",
-        [](KLVenv env, KLVprob lp) { return KLVcopypnorms(env, lp, kNumbers, kNumbers, 2); }},
-       {"copydnorms",
-        [](KLVenv env, KLVprob lp) { return KLVcopydnorms(env, lp, kNumbers, kHead, 1); }}});
+      {{"copybase", call(KLVcopybase, kOther, kOther + 2)},
+       {"copypnorms", call(KLVcopypnorms, kNumbers, kNumbers, 2)},
+       {"copydnorms", call(KLVcopydnorms, kNumbers, kHead, 1)}});
 }
 
 TEST(ProblemFaults, CopiesAndQueriesKeepNothing) {
@@ -198,6 +149,7 @@ TEST(ProblemFaults, CopiesAndQueriesKeepNothing) {
 /// Rows and coefficients that wait are merged by the next query; when that fails the query says so
 /// and they go on waiting.
 TEST(ProblemFaults, MergingWhatWaits) {
+  double number = 0;
   const auto fill = [](KLVenv env, KLVprob lp) {
     const int rows[] = {0, 6, 7}, columns[] = {1, 2, 1};
     int failures = fill_linear(env, lp);
@@ -205,10 +157,7 @@ TEST(ProblemFaults, MergingWhatWaits) {
         KLVaddrows(env, lp, 0, 2, 4, kNumbers, "RG", kBegin, kPlaces, kNumbers, nullptr, kNames);
     return failures + KLVchgcoeflist(env, lp, 3, rows, columns, kNumbers);
   };
-  expect_all_or_nothing(fill, {{"getcoef", [](KLVenv env, KLVprob lp) {
-                                  double number = 0;
-                                  return KLVgetcoef(env, lp, 0, 1, &number);
-                                }}});
+  expect_all_or_nothing(fill, {{"getcoef", call(KLVgetcoef, 0, 1, &number)}});
 }
 
 /// Thousands of rows, where the failure comes when most of the work is done.
@@ -216,6 +165,7 @@ TEST(ProblemFaults, LateFailuresInLargeProblems) {
   constexpr int kRows = 3000, kColumns = 40;
   std::vector<int> begin, index;
   std::vector<double> value;
+  double number = 0;
   for (int i = 0; i < kRows; ++i) {
     begin.push_back(static_cast<int>(index.size()));
     index.push_back(i % kColumns);
@@ -228,21 +178,12 @@ TEST(ProblemFaults, LateFailuresInLargeProblems) {
   const auto fill = [&](KLVenv env, KLVprob lp) {
     int failures = KLVnewcols(env, lp, kColumns, nullptr, nullptr, nullptr, nullptr, nullptr);
     failures += add(env, lp, kRows);
-    double number = 0;
     return failures + KLVgetcoef(env, lp, 0, 0, &number);  // merges them
   };
   expect_all_or_nothing(
-      fill, {{"merging a few rows more",
-              [](KLVenv env, KLVprob lp) {
-                double number = 0;
-                return KLVgetcoef(env, lp, kRows, 0, &number);
-              },
+      fill, {{"merging a few rows more", call(KLVgetcoef, kRows, 0, &number),
               [&](KLVenv env, KLVprob lp) { return add(env, lp, 200); }},
-             {"merging a list of coefficients",
-              [](KLVenv env, KLVprob lp) {
-                double number = 0;
-                return KLVgetcoef(env, lp, 0, 0, &number);
-              },
+             {"merging a list of coefficients", call(KLVgetcoef, 0, 0, &number),
               [&](KLVenv env, KLVprob lp) {
                 std::vector<int> rows(kRows);
                 for (int i = 0; i < kRows; ++i) rows[i] = kRows - 1 - i;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "../io/model_description.h"
+#include "../support/recording_sink.h"
 #include "fuzz_support.h"
 #include "io/lp_format/lp_writer.h"
 #include "io/lp_format/reader/lp_reader.h"
@@ -19,16 +20,6 @@ using kelvo::Channel;
 using kelvo::Model;
 using kelvo::test::Description;
 using kelvo::test::Format;
-
-class WarningSink final : public kelvo::MessageSink {
- public:
-  void send(Channel channel, const char* text) override {
-    if (channel == Channel::warning) warnings += text;
-  }
-  void flush(Channel) override {}
-  bool tells(const char* text) const { return warnings.find(text) != std::string::npos; }
-  std::string warnings;
-};
 
 bool read(std::string_view text, Format format, Model& model) {
   kelvo::LineReader lines(text);
@@ -60,14 +51,17 @@ bool write(const Model& model, Format format, kelvo::MessageSink& sink, std::str
 }
 
 void check_round_trip(const Model& model, Format format) {
-  WarningSink sink;
+  kelvo::test::RecordingSink sink;
+  const auto tells = [&](const char* part) {
+    return sink[Channel::warning].find(part) != std::string::npos;
+  };
   std::string text;
   if (!write(model, format, sink, text)) return;
-  if (sink.tells("cannot be read back")) return;
+  if (tells("cannot be read back")) return;
   Model back;
   const bool readable = read(text, format, back);
   // Legal forms of different names may be equal, which the LP writer does not look at.
-  const bool renamed = sink.tells("Output names have been modified");
+  const bool renamed = tells("Output names have been modified");
   const std::string lost =
       readable && !renamed
           ? kelvo::test::difference(Description(model, format), Description(back, format))

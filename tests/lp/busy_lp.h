@@ -46,82 +46,65 @@ inline Solved solve(const LpProblem& lp, const Vector<int>* start = nullptr,
   return solved;
 }
 
-inline double outside(double value, double low, double high) {
-  return std::max({0.0, low - value, value - high});
-}
+/// A point with the values of all variables, columns and logicals, and their multipliers.
+struct Point {
+  Vector<double> value, multiplier;
+
+  Point(const LpProblem& lp, const Vector<double>& x, const Vector<double>& y)
+      : value(x), multiplier(lp.cost) {
+    value.resize(lp.num_vars(), 0.0);
+    for (int j = 0; j < lp.num_cols; ++j) {
+      for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
+        const int i = lp.columns.index[k];
+        value[lp.num_cols + i] -= lp.columns.value[k] * x[j];
+        multiplier[j] -= lp.columns.value[k] * y[i];
+      }
+    }
+    for (int i = 0; i < lp.num_rows; ++i) multiplier[lp.num_cols + i] = -y[i];
+  }
+  double infeasibility(const LpProblem& lp) const {
+    double worst = 0.0;
+    for (int v = 0; v < lp.num_vars(); ++v) {
+      worst = std::max({worst, value[v] - lp.upper[v], lp.lower[v] - value[v]});
+    }
+    return worst;
+  }
+};
 
 /// Largest violation of a bound or row limit.
 inline double worst_infeasibility(const LpProblem& lp, const Vector<double>& x) {
-  Vector<double> value(x);
-  value.resize(lp.num_vars(), 0.0);
-  double worst = 0.0;
-  for (int j = 0; j < lp.num_cols; ++j) {
-    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
-      value[lp.num_cols + lp.columns.index[k]] -= lp.columns.value[k] * x[j];
-    }
-  }
-  for (int v = 0; v < lp.num_vars(); ++v) {
-    worst = std::max(worst, outside(value[v], lp.lower[v], lp.upper[v]));
-  }
-  return worst;
+  return Point(lp, x, Vector<double>(lp.num_rows, 0.0)).infeasibility(lp);
 }
 
 /// Largest violation of any condition on an optimal pair x, y with its reduced costs z; where a
 /// variable is off its bound, its multiplier counts.
 inline double worst_optimality(const LpProblem& lp, const LpSolution& solution) {
-  const int n = lp.num_cols;
-  double worst = worst_infeasibility(lp, solution.x);
-  Vector<double> value(solution.x), multiplier(lp.cost);
-  value.resize(lp.num_vars(), 0.0);
-  for (int j = 0; j < n; ++j) {
-    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
-      value[n + lp.columns.index[k]] -= lp.columns.value[k] * solution.x[j];
-      multiplier[j] -= lp.columns.value[k] * solution.y[lp.columns.index[k]];
-    }
-    worst = std::max(worst, std::fabs(multiplier[j] - solution.z[j]));
-  }
-  for (int i = 0; i < lp.num_rows; ++i) multiplier[n + i] = -solution.y[i];
+  const Point point(lp, solution.x, solution.y);
+  double worst = point.infeasibility(lp);
   for (int v = 0; v < lp.num_vars(); ++v) {
-    const double limit = multiplier[v] > 0.0 ? lp.lower[v] : lp.upper[v];
-    worst = std::max(worst, std::min(std::fabs(multiplier[v]), std::fabs(value[v] - limit)));
+    const double multiplier = point.multiplier[v];
+    if (v < lp.num_cols) worst = std::max(worst, std::fabs(multiplier - solution.z[v]));
+    const double limit = multiplier > 0.0 ? lp.lower[v] : lp.upper[v];
+    worst = std::max(worst, std::min(std::fabs(multiplier), std::fabs(point.value[v] - limit)));
   }
   return worst;
 }
 
 /// Largest violation of any condition on an optimal basic solution.
 inline double worst_violation(const LpProblem& lp, const LpSolution& solution) {
-  const int n = lp.num_cols;
-  double worst = 0.0;
+  const Point point(lp, solution.x, solution.y);
+  double worst = point.infeasibility(lp);
   int basic = 0;
-  Vector<double> value(solution.x);
-  Vector<double> multiplier(lp.cost);
-  value.resize(lp.num_vars(), 0.0);
-  for (int j = 0; j < n; ++j) {
-    for (int k = lp.columns.start[j]; k < lp.columns.start[j + 1]; ++k) {
-      const int i = lp.columns.index[k];
-      value[n + i] -= lp.columns.value[k] * solution.x[j];
-      multiplier[j] -= lp.columns.value[k] * solution.y[i];
-    }
-  }
-  for (int i = 0; i < lp.num_rows; ++i) multiplier[n + i] = -solution.y[i];
   for (int v = 0; v < lp.num_vars(); ++v) {
-    worst = std::max(worst, outside(value[v], lp.lower[v], lp.upper[v]));
-    const bool fixed = lp.lower[v] == lp.upper[v];
-    switch (solution.status[v]) {
-      case kBasic:
-        ++basic;
-        worst = std::max(worst, std::fabs(multiplier[v]));
-        break;
-      case kAtLower:
-        worst = std::max(worst, std::fabs(value[v] - lp.lower[v]));
-        if (!fixed) worst = std::max(worst, -multiplier[v]);
-        break;
-      case kAtUpper:
-        worst = std::max(worst, std::fabs(value[v] - lp.upper[v]));
-        if (!fixed) worst = std::max(worst, multiplier[v]);
-        break;
-      default:
-        worst = std::max(worst, std::fabs(multiplier[v]));
+    const double multiplier = point.multiplier[v];
+    const bool at_lower = solution.status[v] == kAtLower;
+    if (at_lower || solution.status[v] == kAtUpper) {
+      const double limit = at_lower ? lp.lower[v] : lp.upper[v];
+      worst = std::max(worst, std::fabs(point.value[v] - limit));
+      if (lp.lower[v] != lp.upper[v]) worst = std::max(worst, at_lower ? -multiplier : multiplier);
+    } else {
+      worst = std::max(worst, std::fabs(multiplier));
+      basic += solution.status[v] == kBasic;
     }
   }
   return basic == lp.num_rows ? worst : kInf;

@@ -4,6 +4,7 @@
 #include <initializer_list>
 
 #include "prob/model/model.h"
+#include "support/sparse_lines.h"
 
 namespace kelvo::test {
 
@@ -24,25 +25,15 @@ inline Model small_model(int sense, std::initializer_list<double> objective,
   model.objective.assign(objective);
   model.lower.assign(objective.size(), 0.0);
   model.upper.assign(objective.size(), kInfiniteBound);
-  SparseMatrix by_row;
-  by_row.num_major = model.num_rows;
-  by_row.num_minor = model.num_cols;
+  DenseLines lines;
   for (const RowSpec& row : rows) {
     model.row_sense.push_back(row.sense);
     model.rhs.push_back(row.rhs);
     if (row.sense == 'R') model.range.resize(rows.size(), 0.0);
     if (row.sense == 'R') model.range[model.rhs.size() - 1] = row.range;
-    int j = 0;
-    for (const double value : row.coefficients) {
-      if (value != 0.0) {
-        by_row.index.push_back(j);
-        by_row.value.push_back(value);
-      }
-      ++j;
-    }
-    by_row.start.push_back(static_cast<int>(by_row.index.size()));
+    lines.push_back(row.coefficients);
   }
-  model.matrix.assign(transpose(by_row));
+  model.matrix.assign(transpose(sparse_lines(lines, model.num_cols)));
   return model;
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "lp/model_solver.h"
+#include "lp/simplex/simplex_support.h"
 #include "net/random_network.h"
 #include "net/simplex/product_sum.h"
 #include "net/simplex/spanning_tree.h"
@@ -151,15 +152,6 @@ TEST(NetworkSimplex, FractionalDataMeetTheTolerances) {
   }
 }
 
-class StopAfter final : public StopCheck {
- public:
-  explicit StopAfter(int checks) : left_(checks) {}
-  StopReason check() override { return left_-- > 0 ? StopReason::none : StopReason::time_limit; }
-
- private:
-  int left_;
-};
-
 TEST(NetworkSimplex, StopsLeaveABasisToContinueFrom) {
   Network network;
   NetworkAnswer whole;
@@ -178,7 +170,7 @@ TEST(NetworkSimplex, StopsLeaveABasisToContinueFrom) {
     expect_basis(network, part.basis);
     const NetworkAnswer rest = solve(network, part.basis);
     EXPECT_EQ(rest.solution.objective, whole.solution.objective);
-    StopAfter stop(limit);
+    test::StopAt stop(limit, StopReason::time_limit);
     EXPECT_EQ(solve_network(NetworkProgram(network), {}, {}, nullptr, stop).outcome,
               NetworkOutcome::time_limit);
   }

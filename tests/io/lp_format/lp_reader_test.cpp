@@ -16,75 +16,90 @@ using test::read_lp;
 
 constexpr double kInf = kInfiniteBound;
 
-double coefficient(const Model& model, int row, int column) {
-  return model.matrix.coefficient(row, column);
-}
-
 std::string types(const Model& model) {
   return {model.column_type.begin(), model.column_type.end()};
 }
 
-std::string senses(const Model& model) {
-  return {model.row_sense.begin(), model.row_sense.end()};
-}
+/// A text and the model it gives, as the writer puts it.
+struct ModelCase {
+  const char* text;
+  const char* written;
+  const char* warnings = "";
+};
 
-TEST(LpReader, EverySectionOfAFile) {
-  const LpReading r = read_lp(
-      "\\Problem name: sample\n"
-      "\n"
-      "Maximize\n"
-      " profit: 3 x + 2.5 y - z + x \\ comment\n"
-      "  + 0 idle\n"
-      "Subject To\n"
-      " cap:  x + 2 y\n"
-      "   + 3 z <= 10\n"
-      " x - y >= -2\n"
-      " bal: x + x - y = .5e1\n"
-      "User Cuts\n"
-      " cut: x + y <= 7\n"
-      "  y =< 6\n"
-      "Lazy Constraints\n"
-      " x => 0.25\n"
-      "Bounds\n"
-      " x <= 4\n"
-      " -1 <= y <= 8\n"
-      " z Free\n"
-      "Generals\n"
-      " y\n"
-      "Semi-Continuous\n"
-      " x y\n"
-      "SOS\n"
-      " s: S2:: x:3 y:1 z:2\n"
-      "End\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.errors + r.warnings, "");
-  const Model& m = r.model;
-  EXPECT_EQ(m.sense, -1);
-  EXPECT_EQ(m.objective_name, "profit");
-  ASSERT_EQ(m.num_cols, 4);
-  EXPECT_EQ(m.col_names.view(3), "idle");
-  EXPECT_EQ(m.objective, (Vector<double>{4.0, 2.5, -1.0, 0.0}));
-  ASSERT_EQ(m.num_rows, 3);
-  EXPECT_EQ(senses(m), "LGE");
-  EXPECT_EQ(m.rhs, (Vector<double>{10.0, -2.0, 5.0}));
-  EXPECT_EQ(m.row_names.view(0), "cap");
-  EXPECT_EQ(m.row_names.view(1), "c2");
-  EXPECT_EQ(m.matrix.num_nonzeros(), 7);
-  EXPECT_EQ(coefficient(m, 0, 2), 3.0);
-  EXPECT_EQ(coefficient(m, 2, 0), 2.0);
-  EXPECT_EQ(m.lower, (Vector<double>{0.0, -1.0, -kInf, 0.0}));
-  EXPECT_EQ(m.upper, (Vector<double>{4.0, 8.0, kInf, kInf}));
-  EXPECT_EQ(types(m), "SNCC");
-  ASSERT_EQ(m.user_cuts.size(), 2);
-  EXPECT_EQ(m.user_cuts.names.view(1), "u2");
-  EXPECT_EQ(m.user_cuts.sense[1], 'L');
-  ASSERT_EQ(m.lazy_constraints.size(), 1);
-  EXPECT_EQ(m.lazy_constraints.names.view(0), "l1");
-  EXPECT_EQ(m.lazy_constraints.rhs[0], 0.25);
-  ASSERT_EQ(m.sos.size(), 1);
-  EXPECT_EQ(m.sos.type[0], '2');
-  EXPECT_EQ(m.sos.members.index, (Vector<int>{1, 2, 0}));
-  EXPECT_EQ(m.sos.members.value, (Vector<double>{1.0, 2.0, 3.0}));
+TEST(LpReader, TextsAndTheirModels) {
+  for (const ModelCase& c : std::initializer_list<ModelCase>{
+           // Every section of a file.
+           {"\\Problem name: sample\n\nMaximize\n profit: 3 x + 2.5 y - z + x \\ comment\n"
+            "  + 0 idle\nSubject To\n cap:  x + 2 y\n   + 3 z <= 10\n x - y >= -2\n"
+            " bal: x + x - y = .5e1\nUser Cuts\n cut: x + y <= 7\n  y =< 6\nLazy Constraints\n"
+            " x => 0.25\nBounds\n x <= 4\n -1 <= y <= 8\n z Free\nGenerals\n y\nSemi-Continuous\n"
+            " x y\nSOS\n s: S2:: x:3 y:1 z:2\nEnd\n",
+            "Maximize\n profit: 4 x + 2.5 y - z + 0 idle\nSubject To\n"
+            " cap: x + 2 y + 3 z <= 10\n c2:  x - y >= -2\n bal: 2 x - y  = 5\nUser Cuts\n"
+            " cut: x + y <= 7\n u2:  y <= 6\nLazy Constraints\n l1: x >= 0.25\nBounds\n"
+            " 0 <= x <= 4\n-1 <= y <= 8\n      z Free\nGenerals\n y \nSemi-Continuous\n"
+            " x  y \nSOS\n s: S2 ::  y : 1  z : 2  x : 3\nEnd\n"},
+           // Blanks and control characters do not separate.
+           {"min 1 2 a\tb c\x01\n\r\nst\r\n  r 1 : 2 . 5 abc > = 1 0\r\nend\r\n",
+            "Minimize\n obj: 12 abc\nSubject To\n r1: 2.5 abc >= 10\nEnd\n"},
+           // Coefficients of zero and those that cancel leave no entry.
+           {"min x\nst\nc1: x + y - x + 0 z + 2 y >= 1\nnone: <= 3\nend\n",
+            "Minimize\n obj: x + 0 z\nSubject To\n c1:   3 y >= 1\n none: <= 3\nEnd\n"},
+           // A term may be broken at any token.
+           {"min\nobj:\n-\n2\nx\n+\n[\n2\nx\n^\n2\n-\nx\n*\ny\n]\n/\n2\nst\nc:\nx\n-\n3\ny\n"
+            ">=\n-\n1\nend\n",
+            "Minimize\n obj: - 2 x + [ 2 x ^2 - x * y ] / 2\nSubject To\n c: x - 3 y >= -1\n"
+            "End\n"},
+           // Quadratic constraints are apart from the rows.
+           {"min x\nst\n q: x + 2 y + [ 3 x^2 + 4 x*y - y^2 ] - x <= 8\n [ x^2 ] = 1\n lin: x >= "
+            "1\n"
+            "end\n",
+            "Minimize\n obj: x + 0 y\nSubject To\n lin: x >= 1\n"
+            " q: 2 y + [ 3 x ^2 + 4 x * y - y ^2 ] <= 8\n q2: [ x ^2 ]  = 1\nEnd\n"},
+           // Indicators of all three directions.
+           {"min x\nst\n on: b = 1 -> x + y >= 2\n b = 0 -> x\n  <= 3\n bi: 1 c = 1 <-> x <= 4\n"
+            " c = 1 <- y = 5\nend\n",
+            "Minimize\n obj: x + 0 b + 0 y + 0 c\nSubject To\n on: b = 1 -> x + y >= 2\n"
+            " i2: b = 0 -> x <= 3\n bi: c = 1 <-> x <= 4\n i4: c = 1 <- y  = 5\nEnd\n"},
+           // Bounds that cannot be meant.
+           {"min x\nst\nx>=1\nbounds\nx >= 1e18\nx <= -inf\n0 <= x >= 5\nx <= 9\nunknown <= 3\n"
+            "e5 <= 3\nend\n",
+            "Minimize\n obj: x\nSubject To\n c1: x >= 1\nBounds\n 5 <= x <= 9\nEnd\n",
+            "Warning, line 7: Possible sense conflict.\n"
+            "Warning, line 9: Name 'unknown' does not exist.\n"
+            "Warning, line 10: 'e5' not valid identifier.\n"
+            "Warning:  Infinity lower bound ignored.\n"
+            "Warning:  -Infinity upper bound ignored.\n"},
+           // Types.
+           {"min a + b + c + d + f + g\nst\na>=0\nbounds\n0 <= f <= 3\nbinaries\na b\tf nobody e7\n"
+            "generals\n b c\nints\nd\nsemi\nc\nend\n",
+            "Minimize\n obj: a + b + c + d + f + g\nSubject To\n c1: a >= 0\nBounds\n"
+            " 0 <= a <= 1\n 0 <= b <= 1\n      d >= 0\n 0 <= f <= 3\nBinaries\n a  b  f \n"
+            "Generals\n c  d \nSemi-Continuous\n c \nEnd\n",
+            "Warning, line 7: Name 'nobody' does not exist.\n"
+            "Warning, line 7: 'e7' not valid identifier.\n"
+            "Warning:  Binary variables declared with bounds other than 0 and 1.\n"},
+           // Sets.
+           {"min x + y + z\nst\nx>=0\nsos\n a: S1 :: x : 1 y : 2.5\n  z : 3\n S2:: y:-1 x:2\nb:\n"
+            " s1::\n z\n :\n -\n 4 nobody:7\nend\n",
+            "Minimize\n obj: x + y + z\nSubject To\n c1: x >= 0\nSOS\n"
+            " a:  S1 ::  x : 1  y : 2.5  z : 3\n s2: S2 ::  y : -1  x : 2\n"
+            " b:  S1 ::  z : -4\nEnd\n",
+            "Warning, line 13: Name 'nobody' does not exist.\n"},
+           // Characters that no file should have are dropped.
+           {"min x\xff\xffy\ns\xfft\nxy >= 1 \\ \xff\nend\n",
+            "Minimize\n obj: xy\nSubject To\n c1: xy >= 1\nEnd\n",
+            "Warning, line 1: Unexpected character code 255 skipped.\n"
+            "Warning, line 1: Unexpected character code 255 skipped.\n"
+            "Warning, line 2: Unexpected character code 255 skipped.\n"},
+       }) {
+    const LpReading r = read_lp(c.text);
+    EXPECT_TRUE(r.status.ok()) << c.text << r.errors;
+    EXPECT_EQ(r.written(), c.written) << c.text;
+    EXPECT_EQ(r.warnings, c.warnings) << c.text;
+  }
+  EXPECT_TRUE(read_lp("min x\nst\nx>=0\ngen\nend\n").model.column_type.empty());
 }
 
 TEST(LpReader, KeywordSpellings) {
@@ -149,44 +164,11 @@ TEST(LpReader, TextAroundTheModel) {
   EXPECT_EQ(empty.warnings, "");
 }
 
-TEST(LpReader, BlanksAndControlCharactersDoNotSeparate) {
-  const LpReading r = read_lp("min 1 2 a\tb c\x01\n\r\nst\r\n  r 1 : 2 . 5 abc > = 1 0\r\nend\r\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.warnings, "");
-  ASSERT_EQ(r.model.num_cols, 1);
-  EXPECT_EQ(r.model.col_names.view(0), "abc");
-  EXPECT_EQ(r.model.objective[0], 12.0);
-  EXPECT_EQ(r.model.row_names.view(0), "r1");
-  EXPECT_EQ(coefficient(r.model, 0, 0), 2.5);
-  EXPECT_EQ(r.model.rhs[0], 10.0);
-}
-
 TEST(LpReader, EndOfTheUsefulPartOfALine) {
   const std::string text("min x \\ + y\n + z\f + a\n + b\r + c\n + d\0 + e5\nst\nx>=1\nend\n", 55);
   const LpReading r = read_lp(text);
   ASSERT_TRUE(r.status.ok()) << r.errors;
   EXPECT_EQ(r.model.num_cols, 4);
-}
-
-TEST(LpReader, UnexpectedCharactersAreDropped) {
-  const LpReading r = read_lp("min x\xff\xffy\ns\xfft\nxy >= 1 \\ \xff\nend\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.warnings,
-            "Warning, line 1: Unexpected character code 255 skipped.\n"
-            "Warning, line 1: Unexpected character code 255 skipped.\n"
-            "Warning, line 2: Unexpected character code 255 skipped.\n");
-  EXPECT_EQ(r.model.num_cols, 1);
-  EXPECT_EQ(r.model.num_rows, 1);
-}
-
-TEST(LpReader, ZeroAndCancelledCoefficientsLeaveNoEntry) {
-  const LpReading r = read_lp("min x\nst\nc1: x + y - x + 0 z + 2 y >= 1\nempty: <= 3\nend\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.model.num_cols, 3);
-  EXPECT_EQ(r.model.num_rows, 2);
-  EXPECT_EQ(r.model.matrix.num_nonzeros(), 1);
-  EXPECT_EQ(coefficient(r.model, 0, 1), 3.0);
-  EXPECT_EQ(r.model.row_names.view(1), "empty");
 }
 
 TEST(LpReader, Numbers) {
@@ -202,18 +184,6 @@ TEST(LpReader, Numbers) {
     ASSERT_TRUE(r.status.ok()) << c.text << r.errors;
     EXPECT_DOUBLE_EQ(r.model.rhs[0], c.value) << c.text;
   }
-}
-
-TEST(LpReader, TermsMayBeBrokenAtAnyToken) {
-  const LpReading r = read_lp(
-      "min\nobj:\n-\n2\nx\n+\n[\n2\nx\n^\n2\n-\nx\n*\ny\n]\n/"
-      "\n2\nst\nc:\nx\n-\n3\ny\n>=\n-\n1\nend\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.warnings, "");
-  EXPECT_EQ(r.model.objective, (Vector<double>{-2.0, 0.0}));
-  EXPECT_EQ(r.model.quadratic.value, (Vector<double>{2.0, -0.5, -0.5}));
-  EXPECT_EQ(coefficient(r.model, 0, 1), -3.0);
-  EXPECT_EQ(r.model.rhs[0], -1.0);
 }
 
 TEST(LpReader, QuadraticObjective) {
@@ -238,52 +208,6 @@ TEST(LpReader, QuadraticObjective) {
     EXPECT_EQ(r.warnings,
               c.deprecated ? "Warning, line 1: Deprecated format, expecting '] / 2'.\n" : "");
   }
-}
-
-TEST(LpReader, QuadraticConstraints) {
-  const LpReading r = read_lp(
-      "min x\nst\n"
-      " q: x + 2 y + [ 3 x^2 + 4 x*y - y^2 ] - x <= 8\n"
-      " [ x^2 ] = 1\n"
-      " lin: x >= 1\n"
-      "end\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.model.num_rows, 1);
-  EXPECT_EQ(r.model.row_names.view(0), "lin");
-  ASSERT_EQ(r.model.quadratic_constraints.size(), 2u);
-  const QuadraticConstraint& q = r.model.quadratic_constraints[0];
-  EXPECT_EQ(q.linear_index, Vector<int>{1});
-  EXPECT_EQ(q.linear_value, Vector<double>{2.0});
-  EXPECT_EQ(q.quad_row, (Vector<int>{0, 0, 1}));
-  EXPECT_EQ(q.quad_col, (Vector<int>{0, 1, 1}));
-  EXPECT_EQ(q.quad_value, (Vector<double>{3.0, 4.0, -1.0}));
-  EXPECT_EQ(q.sense, 'L');
-  EXPECT_EQ(q.rhs, 8.0);
-  EXPECT_EQ(r.model.quadratic_constraints[1].sense, 'E');
-  EXPECT_EQ(r.model.quadratic_names.view(1), "q2");
-}
-
-TEST(LpReader, Indicators) {
-  const LpReading r = read_lp(
-      "min x\nst\n"
-      " on: b = 1 -> x + y >= 2\n"
-      " b = 0 -> x\n  <= 3\n"
-      " bi: 1 c = 1 <-> x <= 4\n"
-      " c = 1 <- y = 5\n"
-      "end\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.warnings, "");
-  const IndicatorConstraints& indicators = r.model.indicators;
-  ASSERT_EQ(indicators.size(), 4);
-  EXPECT_EQ(r.model.num_rows, 0);
-  EXPECT_EQ(indicators.column, (Vector<int>{1, 1, 3, 3}));
-  EXPECT_EQ(indicators.complemented, (Vector<char>{0, 1, 0, 0}));
-  EXPECT_EQ(indicators.relation, (Vector<int>{1, 1, 3, 2}));
-  EXPECT_EQ(indicators.rows.sense, (Vector<char>{'G', 'L', 'L', 'E'}));
-  EXPECT_EQ(indicators.rows.rhs, (Vector<double>{2.0, 3.0, 4.0, 5.0}));
-  EXPECT_EQ(indicators.rows.names.view(0), "on");
-  EXPECT_EQ(indicators.rows.names.view(1), "i2");
-  EXPECT_EQ(indicators.rows.rows.start, (Vector<int>{0, 2, 3, 4, 5}));
 }
 
 TEST(LpReader, ASwitchIsZeroOrOneWithinATolerance) {
@@ -321,50 +245,6 @@ TEST(LpReader, BoundForms) {
     EXPECT_EQ(r.model.upper[0], c.upper) << c.line;
     EXPECT_EQ(r.warnings, "") << c.line;
   }
-}
-
-TEST(LpReader, BoundsThatCannotBeMeant) {
-  const LpReading r = read_lp(
-      "min x\nst\nx>=1\nbounds\nx >= 1e18\nx <= -inf\n0 <= x >= 5\nx <= 9\nunknown <= 3\n"
-      "e5 <= 3\nend\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(r.model.lower[0], 5.0);
-  EXPECT_EQ(r.model.upper[0], 9.0);
-  EXPECT_EQ(r.warnings,
-            "Warning, line 7: Possible sense conflict.\n"
-            "Warning, line 9: Name 'unknown' does not exist.\n"
-            "Warning, line 10: 'e5' not valid identifier.\n"
-            "Warning:  Infinity lower bound ignored.\n"
-            "Warning:  -Infinity upper bound ignored.\n");
-}
-
-TEST(LpReader, Types) {
-  const LpReading r = read_lp(
-      "min a + b + c + d + f + g\nst\na>=0\nbounds\n0 <= f <= 3\n"
-      "binaries\na b\tf nobody e7\ngenerals\n b c\nints\nd\nsemi\nc\nend\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  EXPECT_EQ(types(r.model), "BBNIBC");
-  EXPECT_EQ(r.model.upper, (Vector<double>{1.0, 1.0, kInf, kInf, 3.0, kInf}));
-  EXPECT_EQ(r.warnings,
-            "Warning, line 7: Name 'nobody' does not exist.\n"
-            "Warning, line 7: 'e7' not valid identifier.\n"
-            "Warning:  Binary variables declared with bounds other than 0 and 1.\n");
-  EXPECT_TRUE(read_lp("min x\nst\nx>=0\ngen\nend\n").model.column_type.empty());
-}
-
-TEST(LpReader, SpecialOrderedSets) {
-  const LpReading r = read_lp(
-      "min x + y + z\nst\nx>=0\nsos\n a: S1 :: x : 1 y : 2.5\n  z : 3\n S2:: y:-1 x:2\n"
-      "b:\n s1::\n z\n :\n -\n 4 nobody:7\nend\n");
-  ASSERT_TRUE(r.status.ok()) << r.errors;
-  ASSERT_EQ(r.model.sos.size(), 3);
-  EXPECT_EQ(r.model.sos.type, (Vector<char>{'1', '2', '1'}));
-  EXPECT_EQ(r.model.sos.names.view(0), "a");
-  EXPECT_EQ(r.model.sos.names.view(1), "s2");
-  EXPECT_EQ(r.model.sos.members.start, (Vector<int>{0, 3, 5, 6}));
-  EXPECT_EQ(r.model.sos.members.index, (Vector<int>{0, 1, 2, 1, 0, 2}));
-  EXPECT_EQ(r.model.sos.members.value, (Vector<double>{1.0, 2.5, 3.0, -1.0, 2.0, -4.0}));
-  EXPECT_EQ(r.warnings, "Warning, line 13: Name 'nobody' does not exist.\n");
 }
 
 TEST(LpReader, LinearOnly) {

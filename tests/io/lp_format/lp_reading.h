@@ -5,7 +5,9 @@
 #include <string_view>
 
 #include "base/line_reader.h"
+#include "io/lp_format/lp_writer.h"
 #include "io/lp_format/reader/lp_reader.h"
+#include "io/written.h"
 #include "support/recording_sink.h"
 
 namespace kelvo::test {
@@ -16,6 +18,14 @@ struct LpReading {
   std::string errors;  // texts behind "KELVO Error  nnnn: "
   std::string warnings;
   std::string results;
+
+  /// The model as an LP file, without the line of its name.
+  std::string written() const {
+    SilentSink sink;
+    const std::string text =
+        test::written([&](FileStream& stream) { return write_lp(model, {}, sink, stream); });
+    return text.substr(text.find("\n\n") + 2);
+  }
 };
 
 inline LpReading read_lp(std::string_view text, const LpReaderSettings& settings = {}) {

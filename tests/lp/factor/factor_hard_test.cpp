@@ -5,6 +5,7 @@
 #include "lp/factor/basis_factor.h"
 #include "lp/factor/factor_support.h"
 #include "lp/factor/lu/kernel.h"
+#include "support/sparse_lines.h"
 
 namespace kelvo {
 namespace {
@@ -21,24 +22,13 @@ void make_dependent(SparseMatrix& a, int to, const Vector<int>& from, Random& ra
     for_column(a, j, [&](int i, double value) { sum[i] += factor * value; });
   }
   sum[row] += epsilon;
-  SparseMatrix result;
-  result.num_minor = a.num_minor;
+  test::DenseLines columns;
   for (int j = 0; j < a.num_major; ++j) {
-    const auto put = [&](int i, double value) {
-      result.index.push_back(i);
-      result.value.push_back(value);
-    };
-    if (j != to) {
-      for_column(a, j, put);
-    } else {
-      for (int i = 0; i < a.num_minor; ++i) {
-        if (sum[i] != 0.0) put(i, sum[i]);
-      }
-    }
-    result.start.push_back(static_cast<int>(result.index.size()));
-    ++result.num_major;
+    columns.emplace_back(a.num_minor);
+    for_column(a, j, [&](int i, double value) { columns[j][i] = value; });
   }
-  a = result;
+  columns[to].assign(sum.begin(), sum.end());
+  a = test::sparse_lines(columns, a.num_minor);
 }
 
 /// A header of the columns 0..m-1.
@@ -50,7 +40,7 @@ Vector<int> leading_columns(int m) {
 
 /// A nonsingular matrix of small integers with a random pattern: the identity, times shears.
 SparseMatrix sheared_identity(Random& random, int m, int shears) {
-  Vector<Vector<double>> columns(m, Vector<double>(m, 0.0));
+  test::DenseLines columns(m, std::vector<double>(m, 0.0));
   for (int j = 0; j < m; ++j) columns[j][j] = 1.0;
   for (int k = 0; k < shears; ++k) {
     const int from = random.below(m), to = random.below(m);
@@ -58,17 +48,7 @@ SparseMatrix sheared_identity(Random& random, int m, int shears) {
     const double factor = random.below(2) == 0 ? 1.0 : -1.0;
     for (int i = 0; i < m; ++i) columns[to][i] += factor * columns[from][i];
   }
-  SparseMatrix a;
-  a.num_minor = a.num_major = m;
-  for (int j = 0; j < m; ++j) {
-    for (int i = 0; i < m; ++i) {
-      if (columns[j][i] == 0.0) continue;
-      a.index.push_back(i);
-      a.value.push_back(columns[j][i]);
-    }
-    a.start.push_back(static_cast<int>(a.index.size()));
-  }
-  return a;
+  return test::sparse_lines(columns, m);
 }
 
 TEST(HardBases, ARepairExchangesAsManyColumnsAsDepend) {
@@ -119,18 +99,9 @@ TEST(HardBases, TinyEntriesAreNoPivots) {
   for (const bool column_alone : {false, true}) {
     constexpr double kTiny = 1e-14;
     // Row 0 has an entry in column 0 alone, or column 0 in row 0 alone; the rest is a full block.
-    SparseMatrix a;
-    a.num_minor = a.num_major = 4;
-    const double full[4][4] = {{kTiny, 0, 0, 0}, {1, 1, 2, 1}, {1, 2, 1, 5}, {0, 1, 3, 1}};
-    for (int j = 0; j < 4; ++j) {
-      for (int i = 0; i < 4; ++i) {
-        const double value = column_alone ? full[j][i] : full[i][j];
-        if (value == 0.0) continue;
-        a.index.push_back(i);
-        a.value.push_back(value);
-      }
-      a.start.push_back(static_cast<int>(a.index.size()));
-    }
+    const test::DenseLines full = {{kTiny, 0, 0, 0}, {1, 1, 2, 1}, {1, 2, 1, 5}, {0, 1, 3, 1}};
+    const SparseMatrix lines = test::sparse_lines(full, 4);
+    const SparseMatrix a = column_alone ? lines : transpose(lines);
     Vector<int> header = leading_columns(4);
     BasisFactor factor(a, FactorSettings{}, nullptr);
     Vector<BasisRepair> repairs;
@@ -225,16 +196,14 @@ TEST(HardBases, MultipliersKeepTheThreshold) {
 // An arrow: eliminated from its tip it fills completely, otherwise not at all.
 TEST(HardBases, AnArrowDoesNotFill) {
   constexpr int m = 60;
-  SparseMatrix a;
-  a.num_minor = a.num_major = m;
+  test::DenseLines columns(m, std::vector<double>(m));
   for (int j = 0; j < m; ++j) {
     for (int i = 0; i < m; ++i) {
-      if (i != j && i > 1 && j > 1) continue;
-      a.index.push_back(i);
-      a.value.push_back(i == j ? 4.0 + j : 1.0 + 0.1 * i + 0.01 * j * j);
+      if (i == j || i <= 1 || j <= 1)
+        columns[j][i] = i == j ? 4.0 + j : 1.0 + 0.1 * i + 0.01 * j * j;
     }
-    a.start.push_back(static_cast<int>(a.index.size()));
   }
+  const SparseMatrix a = test::sparse_lines(columns, m);
   Vector<int> header = leading_columns(m);
   FactorSettings settings;
   settings.dense_switch_density = 10.0;

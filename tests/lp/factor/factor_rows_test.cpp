@@ -24,34 +24,24 @@ SparseMatrix random_rows(Random& random, int rows, int columns) {
   return result;
 }
 
-/// The matrix (by columns) with further rows below, or with the lines of `dropped` deleted.
-SparseMatrix with_rows(const SparseMatrix& a, const SparseMatrix& rows) {
-  SparseMatrix by_rows = transpose(a);
-  for (int i = 0; i < rows.num_major; ++i) {
-    for (int e = rows.start[i]; e < rows.start[i + 1]; ++e) {
-      by_rows.index.push_back(rows.index[e]);
-      by_rows.value.push_back(rows.value[e]);
-    }
-    by_rows.start.push_back(static_cast<int>(by_rows.index.size()));
-    ++by_rows.num_major;
-  }
-  return transpose(by_rows);
-}
-
-SparseMatrix without_rows(const SparseMatrix& a, const Vector<int>& dropped) {
+/// The matrix (by columns) without the rows of `dropped` and with further ones below.
+SparseMatrix other_rows(const SparseMatrix& a, const Vector<int>& dropped,
+                        const SparseMatrix& added) {
   const SparseMatrix by_rows = transpose(a);
-  SparseMatrix kept;
-  kept.num_minor = by_rows.num_minor;
-  for (int i = 0; i < by_rows.num_major; ++i) {
-    if (std::find(dropped.begin(), dropped.end(), i) != dropped.end()) continue;
-    for (int e = by_rows.start[i]; e < by_rows.start[i + 1]; ++e) {
-      kept.index.push_back(by_rows.index[e]);
-      kept.value.push_back(by_rows.value[e]);
+  SparseMatrix result;
+  result.num_minor = by_rows.num_minor;
+  for (const SparseMatrix* from : {&by_rows, &added}) {
+    for (int i = 0; i < from->num_major; ++i) {
+      if (from == &by_rows && std::count(dropped.begin(), dropped.end(), i) > 0) continue;
+      for (int e = from->start[i]; e < from->start[i + 1]; ++e) {
+        result.index.push_back(from->index[e]);
+        result.value.push_back(from->value[e]);
+      }
+      result.start.push_back(static_cast<int>(result.index.size()));
+      ++result.num_major;
     }
-    kept.start.push_back(static_cast<int>(kept.index.size()));
-    ++kept.num_major;
   }
-  return transpose(kept);
+  return transpose(result);
 }
 
 /// A basis whose matrix grows and shrinks.
@@ -78,7 +68,7 @@ struct GrowingBasis {
       ++basic.num_major;
     }
     basic.num_minor = m;
-    a = with_rows(a, rows);
+    a = other_rows(a, {}, rows);
     for (int i = 0; i < count; ++i) walk.header.push_back(a.num_major + m + i);
     return walk.factor.add_rows(basic);
   }
@@ -100,7 +90,7 @@ struct GrowingBasis {
       const auto before = std::lower_bound(rows.begin(), rows.end(), row) - rows.begin();
       header.push_back(walk.header[p] - (row < 0 ? 0 : static_cast<int>(before)));
     }
-    a = without_rows(a, rows);
+    a = other_rows(a, rows, {});
     walk.header = header;
     return walk.factor.delete_rows(rows, positions);
   }

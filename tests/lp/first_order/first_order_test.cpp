@@ -14,7 +14,6 @@ namespace {
 using test::dense_lp;
 using test::random_feasible_lp;
 using test::StopAt;
-using test::TextSink;
 
 double exact_objective(const LpProblem& lp) {
   Simplex simplex(lp);
@@ -126,7 +125,7 @@ LpProblem assignment_relaxation(Random& random, int size) {
 struct StartCase : ::testing::Test {
   Random random{5};
   LpProblem lp = assignment_relaxation(random, 8);
-  TextSink sink;
+  test::RecordingSink sink;
   NeverStop never;
   DriverSettings settings;
   Owned<WorkingLp> working;
@@ -148,7 +147,7 @@ TEST_F(StartCase, LongRunsRestartFromAnApproximateSolution) {
   EXPECT_EQ(answer.outcome, LpOutcome::optimal);
   EXPECT_TRUE(answer.is_feasible());
   EXPECT_NEAR(answer.solution.objective, objective, 1e-6);
-  EXPECT_NE(sink.text.find(kRestart), std::string::npos);
+  EXPECT_NE(sink.all().find(kRestart), std::string::npos);
   // Runs repeat exactly: turns are due by work, not by time.
   EXPECT_EQ(solve(LpMethod::dual, never).iterations, answer.iterations);
 }
@@ -162,14 +161,14 @@ TEST_F(StartCase, LimitsAndStopsHoldThroughTheRestart) {
   // A stop within the first-order method's turn ends the whole run.
   bool stopped_in_turn = false;
   for (int calls = all / 2; calls < 8 * all && !stopped_in_turn; calls += all / 4) {
-    sink.text.clear();
+    sink.take();
     StopAt stop(calls);
     const LpAnswer answer = solve(LpMethod::dual, stop);
     if (answer.outcome == LpOutcome::optimal) break;
     EXPECT_EQ(answer.outcome, LpOutcome::aborted);
     EXPECT_TRUE(answer.has_solution);
     stopped_in_turn =
-        calls > answer.iterations + 200 && sink.text.find(kRestart) == std::string::npos;
+        calls > answer.iterations + 200 && sink.all().find(kRestart) == std::string::npos;
   }
   EXPECT_TRUE(stopped_in_turn);
 }
@@ -177,7 +176,7 @@ TEST_F(StartCase, LimitsAndStopsHoldThroughTheRestart) {
 TEST_F(StartCase, OnlyOrdinaryRunsFromSlacksGiveWay) {
   settings.simplex.dual_pricing = DualPricing::steepest;
   EXPECT_EQ(solve(LpMethod::dual, never).outcome, LpOutcome::optimal);
-  EXPECT_EQ(sink.text.find(kRestart), std::string::npos);
+  EXPECT_EQ(sink.all().find(kRestart), std::string::npos);
 }
 
 }  // namespace

@@ -8,19 +8,12 @@
 #include "base/random.h"
 #include "lp/small_model.h"
 #include "lp/solve/conversion.h"
+#include "support/recording_sink.h"
 
 namespace kelvo {
 namespace {
 
 using test::small_model;
-
-struct RecordingSink final : MessageSink {
-  void send(Channel channel, const char* message) override {
-    if (channel == Channel::warning) warnings += message;
-  }
-  void flush(Channel) override {}
-  std::string warnings;
-};
 
 TEST(Scaling, RoundsToThePowerOfTwoOfTheWindow) {
   EXPECT_EQ(nearest_power_of_two(3.0), 2.0);
@@ -80,20 +73,15 @@ Model spread_model(std::uint64_t seed, int decades) {
   Model model = small_model(-1, {}, {});
   model.num_rows = 12;
   model.num_cols = 9;
-  SparseMatrix columns;
-  columns.num_major = model.num_cols;
-  columns.num_minor = model.num_rows;
+  test::DenseLines columns(model.num_cols, std::vector<double>(model.num_rows));
   const auto entry = [&] {
     const double sign = random.uniform() < 0.5 ? -1.0 : 1.0;
     return sign * std::pow(10.0, decades * (random.uniform() - 0.5));
   };
   for (int j = 0; j < model.num_cols; ++j) {
     for (int i = 0; i < model.num_rows; ++i) {
-      if (random.uniform() < 0.5) continue;
-      columns.index.push_back(i);
-      columns.value.push_back(entry());
+      if (random.uniform() >= 0.5) columns[j][i] = entry();
     }
-    columns.start.push_back(static_cast<int>(columns.index.size()));
     model.objective.push_back(entry());
     model.lower.push_back(random.uniform() < 0.3 ? -kInfiniteBound : -std::fabs(entry()));
     model.upper.push_back(random.uniform() < 0.3 ? kInfiniteBound : std::fabs(entry()));
@@ -102,7 +90,7 @@ Model spread_model(std::uint64_t seed, int decades) {
     model.rhs.push_back(entry());
     model.row_sense.push_back("LGE"[random.below(3)]);
   }
-  model.matrix.assign(std::move(columns));
+  model.matrix.assign(test::sparse_lines(columns, model.num_rows));
   return model;
 }
 
@@ -173,7 +161,7 @@ TEST(Scaling, GeometricPassesNarrowTheSpread) {
 }
 
 TEST(Scaling, WithoutMemoryTheProblemStaysAsItWas) {
-  RecordingSink sink;
+  test::RecordingSink sink;
   const LpProblem original = with_rows(make_lp(spread_model(3, 8)));
   for (int k = 0; k < 4; ++k) {
     LpProblem lp = original;
@@ -185,8 +173,7 @@ TEST(Scaling, WithoutMemoryTheProblemStaysAsItWas) {
     EXPECT_EQ(scaling.state, ScalingState::not_scaled);
     EXPECT_EQ(lp.columns.value, original.columns.value);
     EXPECT_EQ(live_blocks(), blocks);
-    EXPECT_EQ(sink.warnings, "Not enough memory to scale.\n");
-    sink.warnings.clear();
+    EXPECT_EQ(sink.take(), "Not enough memory to scale.\n");
   }
 }
 

@@ -161,11 +161,11 @@ TEST(Sifting, TellsTheObjectiveOfTheWhole) {
   lp.offset = 1000.0;
   // Paid for, though never in the work program.
   lp.lower[7] = lp.upper[7] = 1.0;
-  test::TextSink sink;
+  test::RecordingSink sink;
   SiftingSettings settings;
   settings.simplex.display = 1;
   ASSERT_EQ(Sifting(lp, settings, {.sink = &sink}).run(), SiftingEnd::priced_out);
-  std::istringstream lines(sink.text);
+  std::istringstream lines(sink.all());
   std::vector<double> counts, objectives;
   for (std::string line; std::getline(lines, line);) {
     int iterations = 0;
@@ -176,7 +176,7 @@ TEST(Sifting, TellsTheObjectiveOfTheWhole) {
     counts.push_back(iterations);
     objectives.push_back(objective);
   }
-  ASSERT_GE(objectives.size(), 2u) << sink.text;
+  ASSERT_GE(objectives.size(), 2u) << sink.all();
   EXPECT_TRUE(std::is_sorted(counts.begin(), counts.end()));
   EXPECT_TRUE(std::is_sorted(objectives.rbegin(), objectives.rend()));
   EXPECT_NEAR(objectives.back(), optimal_value(lp), 1e-5);

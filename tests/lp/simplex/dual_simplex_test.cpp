@@ -12,8 +12,8 @@ using test::dense_lp;
 using test::expect_infeasibility_proof;
 using test::expect_optimal;
 using test::random_feasible_lp;
+using test::RecordingSink;
 using test::StopAt;
-using test::TextSink;
 
 class DualSimplex : public ::testing::Test {
  protected:
@@ -191,15 +191,15 @@ TEST_F(DualSimplex, AGivenBasisIsCompletedAndUsed) {
 TEST_F(DualSimplex, ASingularBasisIsRepaired) {
   const LpProblem lp =
       dense_lp({{1, 0, 10}, {1, 0, 10}, {2, 0, 10}}, {{1, 1, 2}, {1, 1, 1}}, {{3, 8}, {2, kInf}});
-  TextSink text;
+  RecordingSink text;
   settings.display = 1;
   Simplex simplex(lp);
   Vector<int> status{kBasic, kBasic, kAtLower, kAtLower, kAtLower};
   simplex.set_basis(status);
   ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   expect_optimal(lp, simplex);
-  EXPECT_NE(text.text.find("Repairing basis singularity.\n"), std::string::npos);
-  EXPECT_NE(text.text.find("fixed because of singularity.\n"), std::string::npos);
+  EXPECT_NE(text.all().find("Repairing basis singularity.\n"), std::string::npos);
+  EXPECT_NE(text.all().find("fixed because of singularity.\n"), std::string::npos);
 }
 
 TEST_F(DualSimplex, LimitsStopTheRun) {
@@ -300,7 +300,7 @@ TEST_F(DualSimplex, TheObjectiveLimitIsProved) {
 TEST_F(DualSimplex, LogLines) {
   const LpProblem lp =
       dense_lp({{2, 0, kInf}, {3, 0, kInf}}, {{1, 1}, {1, 2}}, {{4, kInf}, {6, kInf}});
-  TextSink text;
+  RecordingSink text;
   settings.display = 1;
   settings.perturbation = 1e-8;
   Simplex simplex(lp);
@@ -308,29 +308,29 @@ TEST_F(DualSimplex, LogLines) {
   const std::string start =
       "Perturbation started.\n\nIteration log . . .\n"
       "Iteration:     0   Dual objective     =             0.000000\n";
-  EXPECT_EQ(text.text.substr(0, start.size()), start);
-  EXPECT_NE(text.text.find("Removing perturbation.\n"), std::string::npos);
+  EXPECT_EQ(text.all().substr(0, start.size()), start);
+  EXPECT_NE(text.all().find("Removing perturbation.\n"), std::string::npos);
 
   // From the optimal basis there is one line and nothing else.
-  text.text.clear();
+  text.take();
   ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
   EXPECT_EQ(
-      text.text,
+      text.all(),
       "\nIteration log . . .\nIteration:     2   Dual objective     =            10.000000\n");
   // The caller's sense turns objectives around.
-  text.text.clear();
+  text.take();
   settings.sense = -1.0;
   ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
-  EXPECT_NE(text.text.find("Dual objective     =           -10.000000\n"), std::string::npos);
+  EXPECT_NE(text.all().find("Dual objective     =           -10.000000\n"), std::string::npos);
 
-  text.text.clear();
+  text.take();
   settings.scaled = true;
   const LpProblem open = dense_lp({{-2, 0, kInf}, {3, 0, kInf}}, {{1, 1}}, {{1, 7}});
   Simplex phased(open);
   ASSERT_EQ(phased.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
-  EXPECT_NE(text.text.find("Iteration:     0   Scaled dual infeas =             2.0000"),
+  EXPECT_NE(text.all().find("Iteration:     0   Scaled dual infeas =             2.0000"),
             std::string::npos)
-      << text.text;
+      << text.all();
 }
 
 }  // namespace

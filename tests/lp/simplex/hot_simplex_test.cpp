@@ -8,7 +8,7 @@ namespace {
 
 using test::expect_optimal;
 using test::random_feasible_lp;
-using test::TextSink;
+using test::RecordingSink;
 
 double cold_objective(const LpProblem& lp, SimplexOutcome& outcome) {
   Simplex simplex(lp);
@@ -133,18 +133,11 @@ TEST_P(HotSimplex, AProbeBoundsTheOptimumAndLeavesNoTrace) {
 }
 
 SparseMatrix random_lines(Random& random, int count, int length) {
-  SparseMatrix lines;
-  lines.num_minor = length;
-  for (int k = 0; k < count; ++k) {
-    for (int i = 0; i < length; ++i) {
-      if (random.below(4) != 0) continue;
-      lines.index.push_back(i);
-      lines.value.push_back(random.below(9) - 4.0);
-    }
-    lines.start.push_back(static_cast<int>(lines.index.size()));
-    ++lines.num_major;
+  test::DenseLines lines(count, std::vector<double>(length));
+  for (std::vector<double>& line : lines) {
+    for (double& value : line) value = random.below(4) == 0 ? random.below(9) - 4.0 : 0.0;
   }
-  return lines;
+  return test::sparse_lines(lines, length);
 }
 
 TEST_P(HotSimplex, RowsAndColumnsJoinAndLeave) {
@@ -240,12 +233,12 @@ TEST(Perturbation, WaitsUntilItIsWorthIt) {
   for (const bool dual : {true, false}) {
     SCOPED_TRACE(dual);
     const auto log_of = [&](const LpProblem& problem, const SimplexSettings& settings) {
-      TextSink text;
+      RecordingSink text;
       Simplex simplex(problem);
       const RunContext context{.sink = &text};
       EXPECT_EQ(dual ? simplex.run_dual(settings, context) : simplex.run_primal(settings, context),
                 SimplexOutcome::optimal);
-      return text.text;
+      return text.all();
     };
     SimplexSettings settings;
     settings.display = 1;
@@ -272,12 +265,12 @@ TEST(DualNorms, SlackSpaceAndFullSpace) {
     SimplexSettings settings;
     settings.display = 1;
     settings.dual_pricing = full ? DualPricing::steepest_slack : DualPricing::steepest;
-    TextSink text;
+    RecordingSink text;
     Simplex simplex(lp);
     ASSERT_EQ(simplex.run_dual(settings, {.sink = &text}), SimplexOutcome::optimal);
     expect_optimal(lp, simplex);
-    EXPECT_EQ(text.text.find(full ? "Initializing dual full norms . . .\n"
-                                  : "Initializing dual steep norms . . .\n"),
+    EXPECT_EQ(text.all().find(full ? "Initializing dual full norms . . .\n"
+                                   : "Initializing dual steep norms . . .\n"),
               0U);
     iterations[full] = simplex.iterations();
   }

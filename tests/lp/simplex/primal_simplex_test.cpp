@@ -13,8 +13,8 @@ using test::dense_lp;
 using test::expect_infeasibility_proof;
 using test::expect_optimal;
 using test::random_feasible_lp;
+using test::RecordingSink;
 using test::StopAt;
-using test::TextSink;
 
 class PrimalSimplex : public ::testing::Test {
  protected:
@@ -71,7 +71,7 @@ TEST_F(PrimalSimplex, AutomaticPricingChangesItsRuleAndStaysRight) {
   Simplex reference(lp);
   ASSERT_EQ(reference.run_dual(settings), SimplexOutcome::optimal);
   for (const int threshold : {0, 1}) {
-    TextSink text;
+    RecordingSink text;
     settings.display = 1;
     settings.perturbation_limit = threshold;
     settings.refactor_frequency = 20;
@@ -79,13 +79,13 @@ TEST_F(PrimalSimplex, AutomaticPricingChangesItsRuleAndStaysRight) {
     ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
     expect_optimal(lp, simplex);
     EXPECT_NEAR(simplex.objective(), reference.objective(), 1e-6);
-    const std::size_t steepest = text.text.find("Switched to steepest-edge.\n");
-    const std::size_t devex = text.text.find("Switched to devex.\n");
+    const std::size_t steepest = text.all().find("Switched to steepest-edge.\n");
+    const std::size_t devex = text.all().find("Switched to devex.\n");
     EXPECT_NE(steepest, std::string::npos);
     EXPECT_NE(devex, std::string::npos);
     EXPECT_LT(steepest, devex);
-    const bool perturbed = text.text.find("Perturbation started.\n") != std::string::npos;
-    EXPECT_EQ(perturbed, text.text.find("Removing perturbation.\n") != std::string::npos);
+    const bool perturbed = text.all().find("Perturbation started.\n") != std::string::npos;
+    EXPECT_EQ(perturbed, text.all().find("Removing perturbation.\n") != std::string::npos);
     EXPECT_TRUE(perturbed || threshold == 0);
   }
 }
@@ -107,14 +107,14 @@ TEST_F(PrimalSimplex, LogLines) {
       {PrimalPricing::full, "\nIteration log . . .\n"},
   };
   for (const auto& c : cases) {
-    TextSink text;
+    RecordingSink text;
     settings.primal_pricing = c.pricing;
     Simplex simplex(lp);
     ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
     EXPECT_NEAR(simplex.objective(), -4.0, 1e-9);
     const std::string expected =
         std::string(c.start) + "Iteration:     0    Objective     =             0.000000\n";
-    EXPECT_EQ(text.text.substr(0, expected.size()), expected);
+    EXPECT_EQ(text.all().substr(0, expected.size()), expected);
   }
 }
 
@@ -144,17 +144,17 @@ TEST_F(PrimalSimplex, DroppedVariablesArePricedAtTheEnd) {
   for (const double first : {-1.0, -2.0}) {
     const LpProblem lp = dense_lp({{first, 0, 10}, {-3.0 - first, 0, 10}, {2, 0, 1}},
                                   {{1, 1, 2}, {1, 1, 1}}, {{3, 8}, {2, kInf}});
-    TextSink text;
+    RecordingSink text;
     settings.display = 1;
     Simplex simplex(lp);
     simplex.set_basis(Vector<int>{kBasic, kBasic, kAtLower, kAtLower, kAtLower});
     ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
     expect_optimal(lp, simplex);
-    EXPECT_NE(text.text.find("fixed because of singularity.\n"), std::string::npos);
+    EXPECT_NE(text.all().find("fixed because of singularity.\n"), std::string::npos);
     satisfied +=
-        text.text.find("Dropped variables satisfy optimality criteria.\n") != std::string::npos;
-    const std::size_t price = text.text.find("Reduced cost of dropped variable '");
-    const std::size_t again = text.text.find(
+        text.all().find("Dropped variables satisfy optimality criteria.\n") != std::string::npos;
+    const std::size_t price = text.all().find("Reduced cost of dropped variable '");
+    const std::size_t again = text.all().find(
         "There are 1 violations to optimality.\nAttempting to reinclude dropped variables.\n");
     reincluded += price != std::string::npos && again != std::string::npos && price < again;
   }
@@ -164,13 +164,13 @@ TEST_F(PrimalSimplex, DroppedVariablesArePricedAtTheEnd) {
 
 TEST_F(PrimalSimplex, SuperbasicsAreCountedAndPriced) {
   const LpProblem lp = dense_lp({{1, 0, 10}, {2, 0, 10}, {-1, 0, 5}}, {{1, 1, 1}}, {{4, kInf}});
-  TextSink text;
+  RecordingSink text;
   settings.display = 1;
   Simplex simplex(lp);
   const double values[] = {2.5, 0.0, 1.0, 0.0};
   simplex.set_basis(Vector<int>{kFreeSuper, kAtLower, kFreeSuper, kBasic}, values);
   ASSERT_EQ(simplex.run_primal(settings, {.sink = &text}), SimplexOutcome::optimal);
-  EXPECT_NE(text.text.find("Primal superbasis exists (2).\n"), std::string::npos);
+  EXPECT_NE(text.all().find("Primal superbasis exists (2).\n"), std::string::npos);
   EXPECT_NEAR(simplex.objective(), -5.0, 1e-9);
 }
 

@@ -10,16 +10,10 @@
 
 #include "base/random.h"
 #include "lp/simplex/simplex.h"
+#include "support/recording_sink.h"
+#include "support/sparse_lines.h"
 
 namespace kelvo::test {
-
-/// Keeps the log as one text.
-class TextSink final : public MessageSink {
- public:
-  void send(Channel, const char* line) override { text += line; }
-  void flush(Channel) override {}
-  std::string text;
-};
 
 /// Stops at the call of that number, as a stop check or as a hook.
 class StopAt final : public StopCheck, public IterationHook {
@@ -41,31 +35,23 @@ struct ColumnSpec {
 };
 
 /// A program from dense rows; limits are those of the row activities.
-inline LpProblem dense_lp(const std::vector<ColumnSpec>& columns,
-                          const std::vector<std::vector<double>>& rows,
+inline LpProblem dense_lp(const std::vector<ColumnSpec>& columns, const DenseLines& rows,
                           const std::vector<std::pair<double, double>>& limits) {
   LpProblem lp;
   lp.num_rows = static_cast<int>(rows.size());
   lp.num_cols = static_cast<int>(columns.size());
-  lp.columns.num_major = lp.num_cols;
-  lp.columns.num_minor = lp.num_rows;
-  for (int j = 0; j < lp.num_cols; ++j) {
-    for (int i = 0; i < lp.num_rows; ++i) {
-      if (rows[i][j] == 0.0) continue;
-      lp.columns.index.push_back(i);
-      lp.columns.value.push_back(rows[i][j]);
-    }
-    lp.columns.start.push_back(static_cast<int>(lp.columns.index.size()));
-    lp.cost.push_back(columns[j].cost);
-    lp.lower.push_back(columns[j].lower);
-    lp.upper.push_back(columns[j].upper);
+  for (const ColumnSpec& column : columns) {
+    lp.cost.push_back(column.cost);
+    lp.lower.push_back(column.lower);
+    lp.upper.push_back(column.upper);
   }
   for (const auto& [low, high] : limits) {
     lp.cost.push_back(0.0);
     lp.lower.push_back(-high);
     lp.upper.push_back(-low);
   }
-  lp.rows = transpose(lp.columns);
+  lp.rows = sparse_lines(rows, lp.num_cols);
+  lp.columns = transpose(lp.rows);
   return lp;
 }
 

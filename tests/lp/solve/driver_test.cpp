@@ -5,6 +5,7 @@
 
 #include "base/random.h"
 #include "lp/model_solver.h"
+#include "lp/simplex/simplex_support.h"
 #include "lp/small_model.h"
 
 namespace kelvo {
@@ -13,6 +14,7 @@ namespace {
 using test::small_model;
 
 using test::ModelAnswer;
+using test::StopAt;
 using test::verify_farkas;
 using test::verify_ray;
 
@@ -128,23 +130,21 @@ TEST(Driver, DirectionsThatDoublesCannotHold) {
     const int m = 2 + random.below(12), n = m + 1 + random.below(m);
     model.num_rows = m;
     model.num_cols = n;
-    SparseMatrix rows;
-    rows.num_major = m;
-    rows.num_minor = n;
+    test::DenseLines rows(m, std::vector<double>(n));
     for (int i = 0; i < m; ++i) {
       double sum = 0.0;
+      int last = 0;
       for (int j = 0; j < n; ++j) {
         if (random.below(3) != 0 && j != i) continue;
-        rows.index.push_back(j);
-        rows.value.push_back((random.uniform() - 0.5) * std::pow(10.0, random.below(4) - 1));
-        sum += rows.value.back() * (1.0 + j);
+        rows[i][j] = (random.uniform() - 0.5) * std::pow(10.0, random.below(4) - 1);
+        sum += rows[i][j] * (1.0 + j);
+        last = j;
       }
-      rows.value.back() -= sum / (1.0 + rows.index.back());  // A (1, 2, ..., n)' = 0
-      rows.start.push_back(static_cast<int>(rows.index.size()));
-      model.row_sense.push_back('E');
-      model.rhs.push_back(0.0);
+      rows[i][last] -= sum / (1.0 + last);  // A (1, 2, ..., n)' = 0
     }
-    model.matrix.assign(transpose(rows));
+    model.matrix.assign(transpose(test::sparse_lines(rows, n)));
+    model.row_sense.assign(m, 'E');
+    model.rhs.assign(m, 0.0);
     model.objective.assign(n, -1.0);
     model.lower.assign(n, 0.0);
     model.upper.assign(n, kInfiniteBound);
@@ -207,18 +207,13 @@ Model random_model(std::uint64_t seed) {
   model.num_cols = 1 + random.below(9);
   model.num_rows = 1 + random.below(9);
   const auto number = [&] { return std::floor(9.0 * random.uniform()) - 4.0; };
-  SparseMatrix columns;
-  columns.num_major = model.num_cols;
-  columns.num_minor = model.num_rows;
-  for (int j = 0; j < model.num_cols; ++j) {
+  test::DenseLines columns(model.num_cols, std::vector<double>(model.num_rows));
+  for (std::vector<double>& column : columns) {
     const double magnitude = std::pow(10.0, random.below(4) - 1);
-    for (int i = 0; i < model.num_rows; ++i) {
-      const double value = number() * magnitude;
-      if (random.uniform() < 0.5 || value == 0.0) continue;
-      columns.index.push_back(i);
-      columns.value.push_back(value);
+    for (double& entry : column) {
+      entry = number() * magnitude;
+      if (random.uniform() < 0.5) entry = 0.0;
     }
-    columns.start.push_back(static_cast<int>(columns.index.size()));
     model.objective.push_back(number());
     const double lower = number();
     model.lower.push_back(random.uniform() < 0.2 ? -1e20 : lower);
@@ -229,7 +224,7 @@ Model random_model(std::uint64_t seed) {
     model.row_sense.push_back("LGERL"[random.below(5)]);
     model.range.push_back(model.row_sense.back() == 'R' ? number() : 0.0);
   }
-  model.matrix.assign(std::move(columns));
+  model.matrix.assign(test::sparse_lines(columns, model.num_rows));
   return model;
 }
 
@@ -315,14 +310,6 @@ TEST(Driver, KeepsTheWorkingLpWhileTheMatrixStands) {
   EXPECT_NEAR(bench.solve(model).record.objective, 9.0, 1e-9);
 }
 
-struct StopAfter final : StopCheck, IterationHook {
-  StopAfter(int calls, StopReason why) : calls_left(calls), reason(why) {}
-  StopReason check() override { return calls_left-- > 0 ? StopReason::none : reason; }
-  int before_iteration(bool, bool) override { return requested() ? 1 : 0; }
-  int calls_left;
-  StopReason reason;
-};
-
 TEST(Driver, LimitsLeaveTheLastBasis) {
   Bench bench;
   bench.settings.simplex.iteration_limit = 0;
@@ -333,7 +320,7 @@ TEST(Driver, LimitsLeaveTheLastBasis) {
   EXPECT_TRUE(answer.record.has_primal && answer.record.has_basis);
 
   for (const StopReason reason : {StopReason::time_limit, StopReason::user_abort}) {
-    StopAfter stop(1, reason);
+    StopAt stop(1, reason);
     Bench stopped;
     stopped.stop = &stop;
     answer = stopped.solve(textbook());
@@ -343,7 +330,7 @@ TEST(Driver, LimitsLeaveTheLastBasis) {
     stopped.stop = &stopped.never;
     EXPECT_EQ(stopped.solve(textbook()).status, kOptimal);
   }
-  StopAfter hook(0, StopReason::user_abort);
+  StopAt hook(0, StopReason::user_abort);
   Bench hooked;
   hooked.hook = &hook;
   EXPECT_EQ(hooked.solve(textbook()).status, kUserAborted);
@@ -400,7 +387,7 @@ TEST(Driver, StartsWideModelsFromAPartOfTheirColumns) {
     EXPECT_EQ(part.record.iterations, half);
     EXPECT_TRUE(part.record.has_primal && part.basis.present);
     for (const bool by_hook : {true, false}) {
-      StopAfter stop(half, StopReason::time_limit);
+      StopAt stop(half, StopReason::time_limit);
       Bench stopped;
       if (by_hook) stopped.hook = &stop;
       if (!by_hook) stopped.stop = &stop;

@@ -8,6 +8,7 @@
 #include "base/random.h"
 #include "lp/public_models.h"
 #include "prob/model/row_limits.h"
+#include "support/sparse_lines.h"
 
 namespace kelvo {
 namespace {
@@ -56,38 +57,24 @@ void expect_proof(const Model& model, LpMethod method) {
 
 /// Rows of a random matrix, and one that contradicts a combination of the others by `gap`.
 Model contradictory(Random& random, int rows, int columns, double gap) {
-  SparseMatrix by_row;
-  by_row.num_minor = columns;
   Model model;
   model.num_cols = columns;
   model.num_rows = rows + 1;
-  Vector<double> combination(columns, 0.0);
+  model.row_sense.assign(rows + 1, 'E');
+  test::DenseLines lines(rows + 1, std::vector<double>(columns));
   double combined = 0.0;
-  const auto close_row = [&](double rhs) {
-    by_row.start.push_back(static_cast<int>(by_row.index.size()));
-    ++by_row.num_major;
-    model.row_sense.push_back('E');
-    model.rhs.push_back(rhs);
-  };
   for (int i = 0; i < rows; ++i) {
     const double weight = std::ldexp(random.uniform() - 0.5, random.below(12));
     for (int j = 0; j < columns; ++j) {
       if (random.uniform() > 0.4) continue;
-      const double value = std::ldexp(random.uniform() - 0.5, random.below(10));
-      by_row.index.push_back(j);
-      by_row.value.push_back(value);
-      combination[j] += weight * value;
+      lines[i][j] = std::ldexp(random.uniform() - 0.5, random.below(10));
+      lines[rows][j] += weight * lines[i][j];
     }
-    const double rhs = 10.0 * random.uniform();
-    combined += weight * rhs;
-    close_row(rhs);
+    model.rhs.push_back(10.0 * random.uniform());
+    combined += weight * model.rhs[i];
   }
-  for (int j = 0; j < columns; ++j) {
-    by_row.index.push_back(j);
-    by_row.value.push_back(combination[j]);
-  }
-  close_row(combined + gap);
-  model.matrix.assign(transpose(by_row));
+  model.rhs.push_back(combined + gap);
+  model.matrix.assign(transpose(test::sparse_lines(lines, columns)));
   for (int j = 0; j < columns; ++j) {
     model.objective.push_back(random.uniform());
     model.lower.push_back(random.uniform() < 0.5 ? 0.0 : -kInfiniteBound);

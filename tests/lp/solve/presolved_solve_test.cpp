@@ -37,21 +37,17 @@ Model random_model(Random& random) {
   Model model;
   model.sense = random.below(2) == 0 ? 1 : -1;
   const int m = 1 + random.below(9), n = 1 + random.below(10);
-  SparseMatrix rows;
-  rows.num_major = model.num_rows = m;
-  rows.num_minor = model.num_cols = n;
+  model.num_rows = m;
+  model.num_cols = n;
+  test::DenseLines rows(m, std::vector<double>(n));
   for (int i = 0; i < m; ++i) {
     const int share = 2 + random.below(4);
     double activity = 0.0;
     for (int j = 0; j < n; ++j) {
       if (random.below(share) != 0) continue;
-      const double value = random.below(2) == 0 ? 1.0 : random.below(9) - 4;
-      if (value == 0.0) continue;
-      rows.index.push_back(j);
-      rows.value.push_back(value);
-      activity += value * (j % 4);
+      rows[i][j] = random.below(2) == 0 ? 1.0 : random.below(9) - 4;
+      activity += rows[i][j] * (j % 4);
     }
-    rows.start.push_back(static_cast<int>(rows.index.size()));
     const char sense = "LGERE"[random.below(5)];
     model.row_sense.push_back(sense);
     model.rhs.push_back(activity + (sense == 'E' ? 0 : random.below(3) - 1));
@@ -60,7 +56,7 @@ Model random_model(Random& random) {
       model.range[i] = random.below(9) - 4;
     }
   }
-  model.matrix.assign(transpose(rows));
+  model.matrix.assign(transpose(test::sparse_lines(rows, n)));
   for (int j = 0; j < n; ++j) {
     model.objective.push_back(random.below(4) == 0 ? 0.0 : random.below(9) - 3.0 * model.sense);
     const int kind = random.below(5);
