@@ -230,7 +230,11 @@ void PrimalPricer::exact_norms_columnwise() {
 // --- Candidates ----------------------------------------------------------------------------------
 
 bool PrimalPricer::attractive(int j) const {
-  return DualValues::wrong(state_.duals.reduced_cost[j], state_.basis.move[j], tolerance_);
+  const double d = state_.duals.reduced_cost[j];
+  const int movement = state_.basis.move[j];
+  if (movement == Basis::kUp) return d < -tolerance_;
+  if (movement == Basis::kDown) return d > tolerance_;
+  return movement == Basis::kAnywhere && std::fabs(d) > tolerance_;
 }
 
 double PrimalPricer::merit(int j) const {
