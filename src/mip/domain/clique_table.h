@@ -9,6 +9,8 @@
 // its complement makes all others false, an equation of one literal makes it true. Such literals
 // are collected; the caller fetches them with take_forced() and fixes their columns.
 //
+// Queries count their work and use scratch memory: each thread has a table of its own.
+//
 // Atamtürk, Nemhauser, Savelsbergh (2000), Conflict graphs in solving integer programming problems.
 // European Journal of Operational Research 121.
 #pragma once

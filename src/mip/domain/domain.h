@@ -38,7 +38,8 @@ namespace kelvo {
 class Domain {
  public:
   /// All three must outlive the domain, unchanged but for additions to the tables. Nothing is
-  /// propagated yet.
+  /// propagated yet: that wants to be done once before the first decision, as what follows from the
+  /// bounds of the program is found then and only then.
   Domain(const MipProblem& mip, const CliqueTable& cliques, const ImplicationTable& implications);
   Domain(const Domain&) = delete;
   Domain& operator=(const Domain&) = delete;

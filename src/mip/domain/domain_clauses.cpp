@@ -2,6 +2,12 @@
 #include "mip/domain/domain.h"
 
 namespace kelvo {
+namespace {
+
+/// More clauses than this are not looked at again and again until their watches are free.
+constexpr std::size_t kMostFreshClauses = 64;
+
+}  // namespace
 
 // Whether a literal cannot hold any more, so that its clauses are satisfied.
 bool Domain::is_excluded(const BoundLiteral& literal) const {
@@ -72,6 +78,9 @@ bool Domain::check_fresh_clauses() {
     if (bounds_.holds(watched[0]) || bounds_.holds(watched[1])) fresh_clauses_[kept++] = clause;
   }
   fresh_clauses_.resize(kept);
+  if (kept > kMostFreshClauses) {
+    fresh_clauses_.erase(fresh_clauses_.begin(), fresh_clauses_.end() - kMostFreshClauses);
+  }
   return consistent;
 }
 

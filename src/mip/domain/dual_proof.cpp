@@ -5,8 +5,10 @@
 namespace kelvo {
 namespace {
 
-/// A coefficient that is this share of the terms it was summed from is rounding.
-constexpr double kCancelled = 1e-13;
+/// A coefficient that is this share of the terms it was summed from is rounding. It is left out
+/// where no bound can replace it: the column is unbounded, and without this hardly any proof would
+/// hold.
+constexpr double kCancelled = 1e-12;
 /// Coefficients smaller than this share of the largest are replaced by their column's bounds: they
 /// are dual infeasibilities, or would propagate nothing but noise.
 constexpr double kNegligible = 1e-9;
@@ -31,7 +33,8 @@ class Summation {
     }
   }
 
-  /// Replaces what may be replaced by global bounds and gives the rest.
+  /// Replaces what may be replaced by global bounds and gives the rest, scaled by a power of two,
+  /// which rounds nothing, to coefficients of about 1: the slack that all users allow is absolute.
   LinearProof finish(const Domain& domain, long double rhs) const {
     const int n = domain.mip().num_cols();
     double largest = 0.0;
@@ -41,22 +44,23 @@ class Summation {
       const double value = value_of(v);
       if (value == 0.0) continue;
       const double most = domain.bounds().global(value > 0.0 ? upper_of(v) : lower_of(v));
-      if ((v >= n || std::abs(value) < kNegligible * largest) && std::isfinite(most)) {
-        rhs -= static_cast<long double>(value) * most;
-        continue;
+      if ((v >= n || std::abs(value) < kNegligible * largest || is_cancelled(v)) &&
+          std::isfinite(most)) {
+        rhs -= sum_[v] * most;
+      } else if (!is_cancelled(v)) {
+        proof.index.push_back(v);
+        proof.value.push_back(value);
       }
-      proof.index.push_back(v);
-      proof.value.push_back(value);
     }
-    proof.rhs = static_cast<double>(rhs);
+    const double scale = largest > 0.0 ? std::exp2(-std::floor(std::log2(largest))) : 1.0;
+    for (double& value : proof.value) value *= scale;
+    proof.rhs = static_cast<double>(rhs * scale);
     return proof;
   }
 
  private:
-  double value_of(int v) const {
-    const double value = static_cast<double>(sum_[v]);
-    return std::abs(value) <= kCancelled * size_[v] ? 0.0 : value;
-  }
+  double value_of(int v) const { return static_cast<double>(sum_[v]); }
+  bool is_cancelled(int v) const { return std::abs(value_of(v)) <= kCancelled * size_[v]; }
 
   Vector<long double> sum_;  // [num_vars]
   Vector<double> size_;      // [num_vars] of the terms
@@ -66,9 +70,13 @@ Summation multiply_rows(const Domain& domain, const Vector<double>& multipliers,
   const MipProblem& mip = domain.mip();
   Summation sum(mip.lp.num_vars());
   for (int i = 0; i < mip.num_rows(); ++i) {
-    if (multipliers[i] == 0.0) continue;
-    sum.add_row(domain.rows().view(i), sign * multipliers[i]);
-    sum.add(mip.num_cols() + i, sign * multipliers[i]);
+    const double y = sign * multipliers[i];
+    // Any multipliers give a proof: a wrong sign, small as it may be, is better left out where the
+    // row has no limit on that side.
+    const int logical = mip.num_cols() + i;
+    if (y == 0.0 || std::isinf(y > 0.0 ? domain.upper(logical) : domain.lower(logical))) continue;
+    sum.add_row(domain.rows().view(i), y);
+    sum.add(logical, y);
   }
   return sum;
 }
@@ -112,12 +120,7 @@ int add_proof_row(Domain& domain, const LinearProof& proof) {
     largest = std::max(largest, std::abs(proof.value[k]));
   }
   if (!(largest <= kWidestRange * smallest) || !std::isfinite(proof.rhs)) return -1;
-  // By a power of two, which rounds nothing, to coefficients of about 1: the slack that propagation
-  // allows is absolute.
-  const double scale = std::exp2(-std::floor(std::log2(largest)));
-  Vector<double> value(proof.value);
-  for (double& a : value) a *= scale;
-  return domain.add_row(proof.index.data(), value.data(), length, scale * proof.rhs, kInf);
+  return domain.add_row(proof.index.data(), proof.value.data(), length, proof.rhs, kInf);
 }
 
 }  // namespace kelvo

@@ -189,10 +189,8 @@ int RowSystem::add(const int* index, const double* value, int length, double low
 void RowSystem::remove(int row) {
   const AddedRow& added = added_[row - lp_.num_rows];
   for (int e = added.start; e < added.start + added.length; ++e) unlink(e);
-  RowState& state = state_[row];
-  state.flags |= kRowRemoved;
-  state.lower = -kInf;
-  state.upper = kInf;
+  // Entries and limits stay for the explanation of what the row has implied.
+  state_[row].flags |= kRowRemoved;
   removed_.push_back(row);
 }
 

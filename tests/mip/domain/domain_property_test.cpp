@@ -5,6 +5,7 @@
 #include "mip/domain/clique_rows.h"
 #include "mip/domain/conflict_analysis.h"
 #include "mip/domain/dual_proof.h"
+#include "mip/domain/proof_rows.h"
 #include "mip/domain/reduced_costs.h"
 #include "random_mip.h"
 
@@ -29,7 +30,8 @@ class Walk {
         cliques_(instance_.mip),
         implications_(instance_.mip),
         domain_(instance_.mip, cliques_, implications_),
-        analysis_(domain_) {}
+        analysis_(domain_),
+        proofs_(domain_, 3) {}
 
   void run() {
     domain_.propagate();
@@ -196,7 +198,7 @@ class Walk {
       check_clause(learned.literals, "clause of a proof");
       analysis_.learn(learned);
     } else if (random_.uniform() < 0.5) {
-      add_proof_row(domain_, proof);
+      proofs_.add(proof);
     } else if (fix_by_proof(domain_, proof) < 0) {
       for (const Vector<double>& point : points_) {
         EXPECT_FALSE(satisfies_all(point, decisions_)) << "refuted by a proof";
@@ -301,6 +303,7 @@ class Walk {
   ImplicationTable implications_;
   Domain domain_;
   ConflictAnalysis analysis_;
+  ProofRows proofs_;
   Vector<BoundLiteral> decisions_;  // one a level
   Vector<std::pair<DomainMark, Vector<double>>> marks_;
   Vector<int> rows_;
