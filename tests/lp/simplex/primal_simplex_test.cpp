@@ -197,6 +197,16 @@ TEST_F(PrimalSimplex, AnOptimumBetweenVerticesIsMovedToOne) {
   EXPECT_EQ(basic, 2);
 }
 
+TEST_F(PrimalSimplex, FreeSuperbasicsAreMovedWithinTheRows) {
+  const LpProblem lp = dense_lp({{0, -kInf, kInf}}, {{1}}, {{1, 5}});
+  Simplex simplex(lp);
+  const double values[] = {3.0, -3.0};
+  simplex.set_basis(Vector<int>{kFreeSuper, kBasic}, values);
+  ASSERT_EQ(simplex.run_primal(settings), SimplexOutcome::optimal);
+  EXPECT_EQ(simplex.values()[0], 1.0);
+  EXPECT_LE(simplex.iterations(), 1);
+}
+
 TEST_F(PrimalSimplex, ProofsOfInfeasibilityAndUnboundedness) {
   for (int pricing = -1; pricing <= 4; ++pricing) {
     settings.primal_pricing = static_cast<PrimalPricing>(pricing);

@@ -290,7 +290,8 @@ PrimalSimplex::Step PrimalSimplex::push_superbasics() {
     const double x = state_.basis.value[j];
     const double lower = state_.program.is_free(j) ? 0.0 : state_.program.lower[j];
     const double upper = state_.program.is_free(j) ? 0.0 : state_.program.upper[j];
-    const int direction = x < lower || upper - x < x - lower ? 1 : -1;
+    const bool up = x < lower || (x <= upper && upper - x < x - lower);
+    const int direction = up ? 1 : -1;
     compute_entering_column(j);
     const PrimalStep step =
         ratio_test_.phase_two(direction, direction > 0 ? upper - x : x - lower, tolerance());
