@@ -56,7 +56,7 @@ TEST(LeavingList, ChoosesAsAScanOfAllPositionsDoes) {
   for (int p = 0; p < kRows; ++p) change(p);
   LeavingList list(state);
   list.rebuild();
-  for (int k = 0; k < 400; ++k) {
+  for (int k = 0; k < 1000; ++k) {
     const int chosen = list.choose();
     ASSERT_GE(chosen, 0);
     double best = 0.0;
@@ -64,7 +64,7 @@ TEST(LeavingList, ChoosesAsAScanOfAllPositionsDoes) {
     ASSERT_GE(merit(chosen), best * (1.0 - 1e-10)) << "choice " << k;
     state.basics.value[chosen] = 0.0;
     list.update(chosen);
-    for (int change_count = random.below(30); change_count > 0; --change_count) {
+    for (int change_count = random.below(6); change_count > 0; --change_count) {
       const int p = random.below(kRows);
       change(p);
       list.update(p);
