@@ -170,6 +170,7 @@ typedef struct klv_channel* KLVchannel;
 #define KLV_ERROR_BAD_PRICING                         1257 /* incorrect usage of pricing indicator */
 #define KLV_ERROR_NO_FACTOR                           1258 /* no LU factorization exists */
 #define KLV_ERROR_NO_SENSITIVITY                      1260 /* sensitivity analysis not available for current status */
+#define KLV_ERROR_NO_BASIC_SOLUTION                   1261 /* no basic solution exists */
 #define KLV_ERROR_NO_BASIS                            1262 /* no basis exists */
 #define KLV_ERROR_STRONG_BRANCHING_ABORTED            1263 /* strong branching aborted */
 #define KLV_ERROR_DUAL_UNBOUNDED_REQUIRED             1265 /* dual unbounded solution required */
@@ -182,6 +183,7 @@ typedef struct klv_channel* KLVchannel;
 #define KLV_ERROR_CANNOT_WRITE_FILE                   1422 /* the file cannot be written */
 #define KLV_ERROR_CANNOT_READ_FILE                    1423 /* the file cannot be read */
 #define KLV_ERROR_BAD_FILE_TYPE                       1424 /* unknown file type */
+#define KLV_ERROR_XML_SYNTAX                          1425 /* the file is no XML that is accepted */
 #define KLV_ERROR_TOO_MANY_ROWS                       1431 /* too many rows */
 #define KLV_ERROR_TOO_MANY_COLUMNS                    1432 /* too many columns */
 #define KLV_ERROR_TOO_MANY_COEFFICIENTS               1433 /* too many coefficients */
@@ -284,6 +286,7 @@ typedef struct klv_channel* KLVchannel;
 #define KLV_ERROR_UNKNOWN_DIRECTION                   3012 /* unrecognized direction */
 #define KLV_ERROR_NO_SETS                             3015 /* the problem has no sets */
 #define KLV_ERROR_NO_ORDER                            3016 /* no priority order exists */
+#define KLV_ERROR_NO_MIP_START                        3020 /* no MIP start exists */
 #define KLV_ERROR_COLUMN_TYPE_ENTRY                   3021 /* illegal column type */
 #define KLV_ERROR_NO_INCUMBENT_VALUES                 3023 /* the values of the integer solution are not available */
 #define KLV_ERROR_NO_SOLUTION_POOL                    3024 /* no solution pool exists */
@@ -501,7 +504,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_TUNINGREPEAT           1111 /* * repetitions of each tuning run */
 #define KLV_PARAM_TUNINGTILIM            1112 /* * seconds for each tuning run */
 #define KLV_PARAM_TUNINGDISPLAY          1113 /* * log of tuning: 0 none to 3 detailed */
-#define KLV_PARAM_WRITELEVEL             1114 /* * solution files: 0 automatic, 1 all, 2 discrete, 3 non-zero, 4 both */
+#define KLV_PARAM_WRITELEVEL             1114 /* solution files: 0 automatic, 1 all, 2 discrete, 3 non-zero, 4 both */
 #define KLV_PARAM_PERFVAR_RUNS           1121 /* * runs of the variability estimator */
 #define KLV_PARAM_PERFVAR_DISPLAY        1122 /* * log of the variability estimator: 0 no, 1 yes */
 #define KLV_PARAM_PERFVAR_MEASURE        1123 /* * measure of the variability estimator */
@@ -1273,6 +1276,74 @@ KLV_API int KLVqconstrslackfromx(KLVenv env, KLVprob lp, const double* x, double
 KLV_API int KLVgetqconstrinfeas(KLVenv env, KLVprob lp, const double* x, double* infeasout,
                                 int begin, int end);
 
+/* ---- MIP starts ----------------------------------------------------------------------------- */
+
+/* Values of some or all columns from which the search of a mixed-integer problem may make its first
+ * solution. A problem holds any number of starts, each with a name and an effort level; they are
+ * kept through edits, lose the entries of deleted columns, and go when the whole model is replaced.
+ * In all functions of this section: 3003 for a problem that is not mixed-integer; those that read,
+ * change or delete starts give 3020 when there is none. No optimizer of this version uses them. */
+
+/* Effort levels: how much may be done to make a solution of a start. Higher levels count as the
+ * highest. */
+#define KLV_MIPSTART_AUTO 0
+#define KLV_MIPSTART_CHECK 1    /* only check whether the values are a solution */
+#define KLV_MIPSTART_FIXED 2    /* fix the integer columns at the values, solve what is left */
+#define KLV_MIPSTART_COMPLETE 3 /* complete a start of some columns by a small search */
+#define KLV_MIPSTART_REPAIR 4   /* also give up values that do not fit */
+
+/* Appends mcnt starts with together nzcnt entries: start k has those from beg[k] up to
+ * beg[k + 1] - 1 (the last one up to nzcnt - 1), columns varindices[p] with values[p].
+ * effortlevel [mcnt] may be null: automatic; mipstartname [mcnt] or a name of it too: "m" and the
+ * start's number, from 1. Equal names are kept. 1003 for a negative count or level, 1004, 1226 for
+ * starts that do not ascend, 1201, 1222 for a column that occurs twice in a start; with data
+ * checking 1225 or 1233 for a value that is no finite number, 1224 for a null name. */
+KLV_API int KLVaddmipstarts(KLVenv env, KLVprob lp, int mcnt, int nzcnt, const int* beg,
+                            const int* varindices, const double* values, const int* effortlevel,
+                            const char* const* mipstartname);
+
+/* Replaces the entries of the mcnt starts mipstartindices[k], as KLVaddmipstarts; their names stay,
+ * with a null effortlevel their levels too. 1200 for a start that does not exist. */
+KLV_API int KLVchgmipstarts(KLVenv env, KLVprob lp, int mcnt, const int* mipstartindices, int nzcnt,
+                            const int* beg, const int* varindices, const double* values,
+                            const int* effortlevel);
+
+/* Replaces all starts by one of cnt entries, of automatic effort and with a default name. Errors of
+ * KLVaddmipstarts. */
+KLV_API int KLVcopymipstart(KLVenv env, KLVprob lp, int cnt, const int* indices,
+                            const double* values);
+
+/* Replaces the entries of the first start. Errors of KLVaddmipstarts. */
+KLV_API int KLVchgmipstart(KLVenv env, KLVprob lp, int cnt, const int* indices,
+                           const double* values);
+
+/* Number of starts; 0 on failure. */
+KLV_API int KLVgetnummipstarts(KLVenv env, KLVprob lp);
+
+/* Starts begin..end: *nzcnt_p entries, those of start begin + k from position beg[k] on, and the
+ * effort levels (effortlevel may be null). startspace is the room in varindices and values. */
+KLV_API int KLVgetmipstarts(KLVenv env, KLVprob lp, int* nzcnt_p, int* beg, int* varindices,
+                            double* values, int* effortlevel, int startspace, int* surplus_p,
+                            int begin, int end);
+
+/* The *cnt_p entries of the first start; startspace is the room in each of the arrays. */
+KLV_API int KLVgetmipstart(KLVenv env, KLVprob lp, int* cnt_p, int* indices, double* values,
+                           int startspace, int* surplus_p);
+
+/* Names of starts begin..end, as KLVgetrowname. */
+KLV_API int KLVgetmipstartname(KLVenv env, KLVprob lp, char** name, char* namestore, int storespace,
+                               int* surplus_p, int begin, int end);
+
+/* The first start with that name; 1210, not printed, when there is none. */
+KLV_API int KLVgetmipstartindex(KLVenv env, KLVprob lp, const char* name, int* index_p);
+
+/* Deletes starts begin..end. */
+KLV_API int KLVdelmipstarts(KLVenv env, KLVprob lp, int begin, int end);
+
+/* Deletes the starts k with delset[k] == 1; delset [starts] then holds the new index of each, -1
+ * for deleted ones. */
+KLV_API int KLVdelsetmipstarts(KLVenv env, KLVprob lp, int* delset);
+
 /* ---- Model files ---------------------------------------------------------------------------- */
 
 /* File types. */
@@ -1523,6 +1594,83 @@ KLV_API int KLVreadcopybase(KLVenv env, KLVprob lp, const char* filename);
 /* Writes the basis of the problem. 1421, 1422; 1262 when there is none; 1555 when the number of its
  * basic variables is not the number of rows. */
 KLV_API int KLVmbasewrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* ---- Solution and start files --------------------------------------------------------------- */
+
+/* Solutions (.sol) and MIP starts (.mst) in XML. KLV_PARAM_WRITELEVEL chooses the variables
+ * written: 1 all, 2 the discrete ones, 3 those whose value is not 0, 4 discrete ones with such a
+ * value; 0 is 2 for MIP starts and 1 for solutions. Names ending in .gz, .bz2 or the capital .Z are
+ * compressed. In all functions of this section: 1421 without a name, 1422 when the file cannot be
+ * written, 1423 when it cannot be read.
+ *
+ * Readers find variables and constraints by name when the problem has names, else by index. What
+ * the file says about something that the problem does not have, or says a second time, is skipped
+ * with a warning. 1425, with the line, for a file that is no XML or declares entities. */
+
+/* Writes the solution of the problem, of a mixed-integer problem the incumbent: values, slacks and,
+ * as far as there are any, duals, basis statuses and figures of quality. 1217 without a solution,
+ * 3023 when the values of the incumbent are not there. */
+KLV_API int KLVsolwrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes a member of the solution pool, soln -1 being the incumbent. 3024 when there is no pool,
+ * which in this version is always so; 1217, 3023. */
+KLV_API int KLVsolwritesolnpool(KLVenv env, KLVprob lp, int soln, const char* filename);
+
+/* Writes all members of the solution pool into one file. 3024 when there is no pool, which in this
+ * version is always so. */
+KLV_API int KLVsolwritesolnpoolall(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes the incumbent as a MIP start. 3003 for a problem that is not mixed-integer, 1217, 3023. */
+KLV_API int KLVmstwrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* As KLVsolwritesolnpool, but as a MIP start. 3003 for a problem that is not mixed-integer. */
+KLV_API int KLVmstwritesolnpool(KLVenv env, KLVprob lp, int soln, const char* filename);
+
+/* As KLVsolwritesolnpoolall, but as MIP starts. 3003. */
+KLV_API int KLVmstwritesolnpoolall(KLVenv env, KLVprob lp, const char* filename);
+
+/* Writes MIP starts begin..end. 3003; 3020 when there is none; 1200. */
+KLV_API int KLVwritemipstarts(KLVenv env, KLVprob lp, const char* filename, int begin, int end);
+
+/* Reads a solution file, ".sol" added to a name that does not open, as a start of the next
+ * optimization; all or nothing. A continuous problem gets the file's basis when every row and
+ * column has a status and KLV_PARAM_ADVIND is not 0, else the basis that the values determine, as
+ * KLVcopystart makes it; a mixed-integer problem one more MIP start, and the basis too. Warnings
+ * tell what became of a basis, and when there are no values. 1031 for a continuous problem with
+ * quadratic constraints. */
+KLV_API int KLVreadcopysol(KLVenv env, KLVprob lp, const char* filename);
+
+/* Reads a MIP-start file, ".mst" added to a name that does not open, and appends its starts; all or
+ * nothing. Solution files are read too. 3003 for a problem that is not mixed-integer. */
+KLV_API int KLVreadcopymipstart(KLVenv env, KLVprob lp, const char* filename);
+
+/* The same as KLVreadcopymipstart. */
+KLV_API int KLVreadcopymipstarts(KLVenv env, KLVprob lp, const char* filename);
+
+/* ---- Solution reports ----------------------------------------------------------------------- */
+
+/* The types of reports. */
+#define KLV_FILETYPE_TEXT_REPORT "TXT"
+#define KLV_FILETYPE_BINARY_REPORT "BIN"
+
+/* Writes the basic solution as a report: an entry for the objective, each row and each column, with
+ * status, activity, slack or cost, limits, and dual activity or reduced cost. filetype, or else the
+ * name's extension, is "TXT" or "BIN" in any case. Duals of rows are given with the opposite sign;
+ * slacks are the right-hand side minus the activity. A marker 'A' is a sign of other optima.
+ * 1421 without a name; 1424 for another type; 1261 without a basic solution; 1422. */
+KLV_API int KLVwritesol(KLVenv env, KLVprob lp, const char* filename, const char* filetype);
+
+/* The report as a text: two sections of lines in fixed columns. 1261, 1421, 1422. */
+KLV_API int KLVtxtsolwrite(KLVenv env, KLVprob lp, const char* filename);
+
+/* The report as records of 64 bytes, each framed by its length as a 4-byte integer before and
+ * behind it. A section begins with a record of eight-character names: of the section, "HSECTION",
+ * "RSECTION" (rows, the objective first) or "CSECTION", and of its fields. In the sections of rows
+ * and columns a record then holds as doubles the activity, slack or cost, lower and upper limit
+ * (-1.01e75, 1.01e75: none), dual or reduced cost and number, and in eight characters each status
+ * and name; in the first section an eight-character field and its text. A record "$ENDSEC$" ends
+ * each. 1261, 1421, 1422. */
+KLV_API int KLVbinsolwrite(KLVenv env, KLVprob lp, const char* filename);
 
 /* ---- Presolve ------------------------------------------------------------------------------- */
 

@@ -14,6 +14,7 @@ packages=(
   cmake ninja-build  # the build
   ccache             # quick rebuilds
   make               # the front door
+  libexpat1-dev      # the library reads solution and start files with it
   libcli11-dev       # the command's options
   gzip bzip2         # the library reads and writes compressed files through them
 )

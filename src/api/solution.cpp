@@ -58,43 +58,6 @@ int query_number(KLVenv env, KLVprob lp, Read read) {
   return code == 0 ? value : 0;
 }
 
-/// Methods of results of the mixed-integer side: the relaxations of FeasOpt or the optimizer.
-int mixed_integer_method(int status) {
-  constexpr int kFirstRelaxation = 120, kLastRelaxation = 127;
-  return status >= kFirstRelaxation && status <= kLastRelaxation ? kMethodFeasOpt : kMethodMip;
-}
-
-struct SolutionInfo {
-  int method = kMethodNone;
-  int type = KLV_SOLUTION_NONE;
-  int primal_feasible = 0;
-  int dual_feasible = 0;
-};
-
-SolutionInfo solution_info(const Problem& problem) {
-  SolutionInfo info;
-  if (is_mixed_integer(problem)) {
-    const Incumbent& incumbent = problem.incumbent;
-    if (!incumbent.present) return info;
-    info.type = KLV_SOLUTION_PRIMAL;
-    info.method = mixed_integer_method(problem.solution_status);
-    if (incumbent.has_values) {
-      info.primal_feasible = 1;
-      info.dual_feasible = incumbent.dual_feasible;
-    }
-    return info;
-  }
-  if (!has_continuous_solution(problem)) return info;
-  const SolutionRecord& record = problem.solution;
-  info.method = record.method;
-  info.primal_feasible = record.primal_feasible;
-  info.dual_feasible = record.dual_feasible;
-  info.type = !record.has_dual   ? KLV_SOLUTION_PRIMAL
-              : record.has_basis ? KLV_SOLUTION_BASIC
-                                 : KLV_SOLUTION_NONBASIC;
-  return info;
-}
-
 template <class T>
 void put(T* out, T value) {
   if (out != nullptr) *out = value;
@@ -132,9 +95,9 @@ int KLVsolninfo(KLVenv env, KLVprob lp, int* method_p, int* type_p, int* primal_
   return api_read(env, lp, [&](Environment&, Problem& problem) -> Status {
     const SolutionInfo info = solution_info(problem);
     put(method_p, info.method);
-    put(type_p, info.type);
-    put(primal_feasible_p, info.primal_feasible);
-    put(dual_feasible_p, info.dual_feasible);
+    put(type_p, info.kind);
+    put(primal_feasible_p, info.primal_feasible ? 1 : 0);
+    put(dual_feasible_p, info.dual_feasible ? 1 : 0);
     return Status();
   });
 }

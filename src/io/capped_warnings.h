@@ -29,6 +29,10 @@ class CappedWarnings {
     text[length] = '\0';
     sink_.print(Channel::warning, format, line, text);
   }
+  /// Prints a format that takes the number of a line and another number.
+  void warn(const char* format, int line, int number) {
+    if (++count_ <= kMostPrinted) sink_.print(Channel::warning, format, line, number);
+  }
   void close() {
     if (count_ <= kMostPrinted) return;
     sink_.print(Channel::warning, "%d warnings not printed.\n", count_ - kMostPrinted);

@@ -174,6 +174,14 @@ Status network_output_format(std::string_view name, const char* type, FileFormat
   return find_type(kNetworkOutputTypes, text, format);
 }
 
+Status report_format(std::string_view name, const char* type, ReportFormat& format) {
+  std::string_view text;
+  KELVO_TRY(written_type(name, type, text));
+  format = equal_ignoring_case(text, "BIN") ? ReportFormat::binary : ReportFormat::text;
+  const bool known = format == ReportFormat::binary || equal_ignoring_case(text, "TXT");
+  return known ? Status() : Status::failure(error::kBadFileType);
+}
+
 Status read_model_file(const char* name, const char* type, const Settings& settings,
                        MessageSink& sink, Model& model) {
   FileFormat format = type != nullptr ? input_format_of_type(type) : input_format_of_name(name);

@@ -39,6 +39,11 @@ Status output_format(std::string_view name, const char* type, FileFormat& format
 /// The same for KLVNETwriteprob.
 Status network_output_format(std::string_view name, const char* type, FileFormat& format);
 
+enum class ReportFormat { text, binary };
+
+/// The same for KLVwritesol.
+Status report_format(std::string_view name, const char* type, ReportFormat& format);
+
 /// Reads a file into a model that was empty. `type` may be null; an empty name with the type "LP"
 /// reads what is typed on the standard input. Errors, reported or without arguments: 1423, 1424 and
 /// those of the readers. Throws std::bad_alloc.

@@ -150,6 +150,32 @@ int format_number(double x, char* text, WrittenNumbers& numbers) {
   return static_cast<int>(end - text);
 }
 
+int format_general(double x, char* text) {
+  constexpr int kLeastPoint = -3;
+  if (!std::isfinite(x)) {
+    return static_cast<int>(std::to_chars(text, text + kNumberText, x).ptr - text);
+  }
+  Decimal decimal;
+  const double magnitude = std::fabs(x);
+  if (!decompose_quickly(magnitude, decimal)) decimal = decompose(magnitude, kLongDigits);
+  char* end = text;
+  if (x < 0.0) *end++ = '-';
+  if (decimal.count == 0 || (decimal.point >= kLeastPoint && decimal.point <= kLongDigits)) {
+    end = put_plain(decimal, end);
+  } else {
+    WrittenNumbers not_counted;
+    const bool one_digit = std::abs(decimal.point - 1) < 10;
+    end = put_exponential(decimal, 'e', end, not_counted);
+    if (one_digit) {
+      end[0] = end[-1];
+      end[-1] = '0';
+      ++end;
+    }
+  }
+  *end = '\0';
+  return static_cast<int>(end - text);
+}
+
 int format_short_number(double x, char* text, WrittenNumbers& numbers) {
   constexpr int kLeastPoint = -2;
   if (!std::isfinite(x)) return unknown(text, numbers);

@@ -17,6 +17,9 @@ struct WrittenNumbers {
 /// "e" and a signed exponent; "?" for infinities and NaN. Returns the length.
 int format_number(double x, char* text, WrittenNumbers& numbers);
 
+/// Writes x as printf's "%.15g" does in the C locale, but -0 as 0. Returns the length.
+int format_general(double x, char* text);
+
 /// Writes x with its sign in at most 12 characters: 5 to 11 significant digits, as many as fit, and
 /// "E" before an exponent. Returns the length.
 int format_short_number(double x, char* text, WrittenNumbers& numbers);

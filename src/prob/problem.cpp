@@ -124,6 +124,7 @@ Owned<Problem> Problem::clone() {
   copy->incumbent = incumbent;
   copy->basis = basis;
   copy->protected_columns = protected_columns;
+  copy->mip_starts = mip_starts;
   return copy;
 }
 

@@ -20,6 +20,7 @@
 #include "base/status.h"
 #include "prob/bound_trail.h"
 #include "prob/change_kind.h"
+#include "prob/data/mip_starts.h"
 #include "prob/kept_slot.h"
 #include "prob/model/blocks.h"
 #include "prob/model/model.h"
@@ -191,6 +192,7 @@ class Problem {
   KeptSlot<PresolvedProblem> presolve;
   bool presolve_follows_costs = false;  // it outlives changes of the objective
   Vector<int> protected_columns;  // that presolve must leave in the model; kept in step by edits
+  MipStartSet mip_starts;         // the same
   Owned<Problem> view_target;
   Owned<Problem> derived;
   ObjectNode* node = nullptr;  // where an environment's object list holds this problem

@@ -61,6 +61,7 @@ void Problem::replace_model(Model&& model) noexcept {
   model_ = std::move(model);
   type_ = type_of(model_);
   protected_columns.clear();
+  mip_starts.start.clear();
   notify_change(ChangeKind::model_replaced);
 }
 
@@ -104,6 +105,7 @@ void Problem::delete_columns(const int* new_index) {
     if (new_index[j] >= 0) protected_columns[kept++] = new_index[j];
   }
   protected_columns.resize(kept);
+  mip_starts.delete_columns(new_index);
   notify_change(ChangeKind::columns_deleted);
 }
 

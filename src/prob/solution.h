@@ -43,6 +43,14 @@ enum SolutionMethod : int {
   kMethodMip = 12
 };
 
+/// What a stored solution consists of.
+enum SolutionKind : int {
+  kNoValues = 0,
+  kBasicValues = 1,     // primal and dual values and a basis
+  kNonbasicValues = 2,  // primal and dual values
+  kPrimalValues = 3
+};
+
 /// A start basis by columns and rows, BasisStatus codes. A row's status is that of its slack
 /// variable, whose bounds are [0, inf) for 'L',
 /// (-inf, 0] for 'G', {0} for 'E', and those of the range variable for 'R'. A nonbasic slack with
@@ -109,7 +117,9 @@ struct Incumbent {
   bool primal_feasible = false;
   bool dual_feasible = false;
   double objective = 0.0;
-  Vector<double> x;  // [columns]
+  Vector<double> x;    // [columns]
+  int nodes = 0;       // of the search
+  int iterations = 0;  // the same, of all its simplex runs
 };
 
 /// Row activities of a point, accumulated in extended precision; `activity` gets one per row.

@@ -26,6 +26,33 @@ bool has_continuous_solution(const Problem& problem) {
          admits_method(problem.type(), problem.solution.method);
 }
 
+int mixed_integer_method(int status) {
+  constexpr int kFirstRelaxation = 120, kLastRelaxation = 127;
+  return status >= kFirstRelaxation && status <= kLastRelaxation ? kMethodFeasOpt : kMethodMip;
+}
+
+SolutionInfo solution_info(const Problem& problem) {
+  SolutionInfo info;
+  if (is_mixed_integer(problem)) {
+    const Incumbent& incumbent = problem.incumbent;
+    if (!incumbent.present) return info;
+    info.kind = kPrimalValues;
+    info.method = mixed_integer_method(problem.solution_status);
+    if (incumbent.has_values) {
+      info.primal_feasible = true;
+      info.dual_feasible = incumbent.dual_feasible;
+    }
+    return info;
+  }
+  if (!has_continuous_solution(problem)) return info;
+  const SolutionRecord& record = problem.solution;
+  info.method = record.method;
+  info.primal_feasible = record.primal_feasible;
+  info.dual_feasible = record.dual_feasible;
+  info.kind = !record.has_dual ? kPrimalValues : record.has_basis ? kBasicValues : kNonbasicValues;
+  return info;
+}
+
 Status check_values(const Problem& problem, Needs needs) {
   if (is_mixed_integer(problem)) {
     if (needs == Needs::dual) return Status::failure(error::kNotForMixedInteger);

@@ -12,6 +12,19 @@ inline bool is_mixed_integer(const Problem& problem) {
   return is_mixed_integer_type(problem.type());
 }
 
+/// What kind of solution is stored, and of what quality.
+struct SolutionInfo {
+  int method = kMethodNone;
+  int kind = kNoValues;
+  bool primal_feasible = false;
+  bool dual_feasible = false;
+};
+SolutionInfo solution_info(const Problem& problem);
+
+/// The method behind a status of the mixed-integer side: the relaxations of FeasOpt or the
+/// optimizer.
+int mixed_integer_method(int status);
+
 /// True when the result of a continuous optimizer that fits the problem's type is stored.
 bool has_continuous_solution(const Problem& problem);
 

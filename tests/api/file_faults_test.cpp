@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <functional>
 #include <iterator>
+#include <numeric>
 
 #include "file_fixture.h"
 
@@ -25,6 +26,7 @@ constexpr Writer kWriters[] = {
     {".bas", KLVmbasewrite},
     {".ord", KLVordwrite},
     {".prm", [](KLVenv e, KLVprob, const char* f) { return KLVwriteparam(e, f); }},
+    {".mst", [](KLVenv e, KLVprob p, const char* f) { return KLVwritemipstarts(e, p, f, 0, 0); }},
 };
 
 struct Reader {
@@ -38,6 +40,7 @@ constexpr Reader kReaders[] = {
     {".bas", KLVreadcopybase},
     {".ord", KLVreadcopyorder},
     {".prm", [](KLVenv e, KLVprob, const char* f) { return KLVreadcopyparam(e, f); }},
+    {".mst", KLVreadcopymipstarts},
 };
 
 constexpr const char* kCompressions[] = {"", ".gz", ".bz2"};
@@ -46,20 +49,26 @@ class FileFaults : public FileTest {
  protected:
   /// A mixed-integer model of so many columns with a basis, an order and a changed parameter.
   void build(int columns) {
-    std::string model = "min obj: x1\nst\n r: x1 + x2 >= 1\nbounds\n", basis = "NAME\n XU x1 r\n",
+    std::string model = "min obj: x1\nst\n r:", bounds, types, basis = "NAME\n XU x1 r\n",
                 order = "NAME\n";
     for (int j = 1; j <= columns; ++j) {
       const std::string name = "x" + std::to_string(j);
-      model += name + " <= 9\n";
+      model += " + " + name + "\n";
+      bounds += name + " <= 9\n";
+      types += " " + name + "\n";
       if (j > 1) basis += " UL " + name + "\n";
       order += " UP " + name + " 3\n";
     }
-    model += "general\n";
-    for (int j = 1; j <= columns; ++j) model += " x" + std::to_string(j) + "\n";
-    ASSERT_EQ(KLVreadcopyprob(env, lp, put("model.lp", model + "end\n").c_str(), nullptr), 0);
+    model += " >= 1\nbounds\n" + bounds + "general\n" + types + "end\n";
+    ASSERT_EQ(KLVreadcopyprob(env, lp, put("model.lp", model).c_str(), nullptr), 0);
+    ASSERT_EQ(KLVgetnumcols(env, lp), columns);
     ASSERT_EQ(KLVreadcopybase(env, lp, put("basis.bas", basis + "ENDATA\n").c_str()), 0);
     ASSERT_EQ(KLVreadcopyorder(env, lp, put("order.ord", order + "ENDATA\n").c_str()), 0);
     ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_ITLIM, 77), 0);
+    std::vector<int> indices(columns);
+    std::iota(indices.begin(), indices.end(), 0);
+    const std::vector<double> values(columns, 1.5);
+    ASSERT_EQ(KLVcopymipstart(env, lp, columns, indices.data(), values.data()), 0);
   }
   /// The full disk under a name of this folder.
   std::string full(const std::string& name) const {
@@ -153,6 +162,9 @@ TEST_F(FileFaults, ErrorsNameTheirLineAnywhereInAFile) {
             "KELVO Error  1553: Line %d: "},
            {kReaders[3].read, "e.ord", "NAME\n", " UP x1 3\n", " XX x1 3\n", "ENDATA\n",
             "KELVO Error  3012: Line %d: Unrecognized direction 'XX'.\n"},
+           {kReaders[5].read, "e.mst", "<KELVOSolutions>\n", "<KELVOSolution></KELVOSolution>\n",
+            "<KELVOSolution></variables>\n", "",
+            "KELVO Error  1425: XML parsing error at line %d: mismatched tag.\n"},
            {kReaders[4].read, "e.prm", "KELVO Parameter File Version 12.1.0\n",
             "KLV_PARAM_ITLIM 9\n", "KLV_PARAM_NONE 9\n", "", "KELVO Error  1028: Line %d: "},
        }) {

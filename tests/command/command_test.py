@@ -211,6 +211,31 @@ class Files(Command):
         run = self.fail_with("nowhere/end.bas", diet, "--write", self.path("nowhere/end.bas"))
         self.assertNotIn("Status", run.stdout)  # found out before the solve
 
+    def test_a_solution_goes_from_one_solve_to_the_next(self):
+        diet = os.path.join(MODELS, "diet.lp")
+        run = self.succeed(diet, "--write", "end.sol", "--write", "end.sol.gz", "--report", "end.txt")
+        self.assertNotIn("Start", run)
+        self.assertIn('solutionStatusString="optimal"', self.read("end.sol"))
+        self.assertIn(" SECTION 2 - COLUMNS\n", self.read("end.txt"))
+        self.succeed(diet, "--quiet", "--report", "end.bin")
+        with open(self.path("end.bin"), "rb") as file:
+            self.assertEqual(file.read()[:12], b"\x40\0\0\0HSECTION")
+        for name in ("end.sol", "end", "end.sol.gz"):
+            run = self.succeed(diet, "--start", name, "--set", "PREIND=0")
+            self.assertRegex(run, r"\nIterations: +0\nStart: +%s loaded\n" % name)
+        self.file("none.mst", "<KELVOSolutions/>")
+        self.assertIn("Start: none.mst has no values", self.succeed(diet, "--start", "none.mst"))
+        self.fail_with(["bad.sol", "line 2", "1425"], diet, "--start", self.file("bad.sol", "<a>\n</b>"))
+        self.fail_with(["--basis", "--start"], diet, "--start", "end.sol", "--basis", "end.bas")
+        self.fail_with("nowhere/end.sol", diet, "--write", "nowhere/end.sol")
+        self.fail_with("nowhere/end.txt", diet, "--report", "nowhere/end.txt")
+        depots = os.path.join(MODELS, "depots.lp")
+        start = self.file("a.mst", "<KELVOSolutions><KELVOSolution><variable name='open_w' value='1'/>"
+                                   "</KELVOSolution></KELVOSolutions>")
+        run = self.fail_with("--relax", depots, "--start", start)
+        self.assertIn("a.mst loaded, not used", run.stdout)
+        self.assertIn("a.mst loaded\n", self.succeed(depots, "--relax", "--start", start))
+
     def test_parameter_files(self):
         diet = os.path.join(MODELS, "diet.lp")
         self.succeed(diet, "--set", "itlim=77", "--set", "EPOPT=1e-7", "--write-params", "a.prm")

@@ -6,6 +6,7 @@ namespace {
 
 using kelvo::test::AllocationFaults;
 using kelvo::test::Call;
+using kelvo::test::kKeepsRoom;
 
 constexpr const char* kModel =
     "max profit: x + 2 y + 3 z + [ x^2 + x*y ] / 2\nst\n cap: x + y <= 4\n rng: x + z >= 1\n"
@@ -26,6 +27,13 @@ class FileFaults : public ::testing::Test {
     folder.put("a.mps", kMps);
     folder.put("linear.lp", "max x + y + z + b + s\nst\n cap: x + y <= 4\n rng: x + z >= 1\nend\n");
     folder.put("a.bas", "NAME\n XL x cap\n UL z\nENDATA\n");
+    folder.put("a.sol",
+               "<KELVOSolution><header solutionName='a plan'/><linearConstraints>"
+               "<constraint name='cap' status='LL'/><constraint name='rng' status='BS'/>"
+               "</linearConstraints><variables><variable name='x' status='BS' value='3'/>"
+               "<variable name='y' status='LL' value='1'/><variable name='z' status='UL'/>"
+               "<variable name='b' status='LL'/><variable name='s' status='LL' value='2'/>"
+               "</variables></KELVOSolution>");
     folder.put("a.ord", "NAME\n UP z 1\n    b 2\nENDATA\n");
   }
   std::string path(const char* name) const { return folder.path(name); }
@@ -69,10 +77,26 @@ TEST_F(FileFaults, Reading) {
                     "a.ord"));
 }
 
+TEST_F(FileFaults, ReadingStarts) {
+  for (const char* model : {"a.lp", "linear.lp"})
+    sweep(model, on(KLVreadcopysol, "a.sol"), kKeepsRoom);
+  sweep("a.lp", on(KLVreadcopymipstarts, "a.sol"), kKeepsRoom);
+}
+
 TEST_F(FileFaults, Writing) {
   for (const char* name : {"b.lp", "b.rlp", "b.mps", "b.rew"}) sweep("a.lp", on(write, name));
   sweep("linear.lp", on(KLVmbasewrite, "b.bas"));
   sweep("a.lp", on(KLVordwrite, "b.ord"));
+  const auto solve = [](KLVenv env, KLVprob lp) {
+    const double obj[] = {1, 1}, rhs[] = {1}, ones[] = {1, 1};
+    const int begin[] = {0}, columns[] = {0, 1};
+    return KLVnewcols(env, lp, 2, obj, nullptr, nullptr, nullptr, nullptr) +
+           KLVaddrows(env, lp, 0, 1, 2, rhs, "G", begin, columns, ones, nullptr, nullptr) +
+           KLVlpopt(env, lp);
+  };
+  kelvo::test::expect_all_or_nothing(solve, {{"solution", on(KLVsolwrite, "b.sol")},
+                                             {"text report", on(KLVtxtsolwrite, "b.txt")},
+                                             {"binary report", on(KLVbinsolwrite, "b.bin")}});
 }
 
 }  // namespace

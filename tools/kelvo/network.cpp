@@ -114,6 +114,10 @@ bool is_network_file(const std::string& path) {
 }
 
 std::string solve_network(Session& session, const Options& options, Outcome& outcome) {
+  if (!options.start_file.empty() || !options.report_file.empty()) {
+    throw Failure("--start and --report are for linear problems: name a --method to solve " +
+                  options.model + " as one");
+  }
   session.read_network(options.model);
   KLVenv env = session.env();
   KLVnet network = session.network();

@@ -84,6 +84,10 @@ void add_solve_options(CLI::App& app, Options& options) {
       ->option_text("FILE");
   app.add_option("--basis", options.basis_file, "start from the basis in a file (.bas)")
       ->option_text("FILE");
+  app.add_option("--start", options.start_file,
+                 "start from the values in a solution or MIP-start file\n(.sol, .mst)")
+      ->option_text("FILE")
+      ->excludes("--basis");
   app.add_option("--time-limit", options.time_limit, "stop after so many seconds, reading included")
       ->option_text("S")
       ->check(not_negative);
@@ -94,10 +98,15 @@ void add_solve_options(CLI::App& app, Options& options) {
   app.add_flag("--quiet", options.quiet, "no log, the summary alone");
   app.add_option("--log", options.log_file, "write the log to a file too")->option_text("FILE");
   app.add_option("--write", options.write_files,
-                 "write what the name says: the model (.lp, .mps), the final\n"
-                 "basis (.bas), the priority order (.ord); may be repeated")
+                 "write what the name says: the model (.lp, .mps), the\n"
+                 "solution (.sol), the final basis (.bas), the priority order\n"
+                 "(.ord); may be repeated")
       ->option_text("FILE")
       ->allow_extra_args(false);
+  app.add_option("--report", options.report_file,
+                 "write the basic solution as a table of rows and columns\n"
+                 "(binary when the name ends in .bin)")
+      ->option_text("FILE");
   app.add_option("--values", options.values_file,
                  "write the non-zero values of the solution,\n"
                  "a line 'name value' each")

@@ -25,9 +25,11 @@ struct Options {
   bool quiet = false;
   std::string log_file;
   std::string basis_file;            // to start from
+  std::string start_file;            // the same, values
   std::string parameter_file;        // read before the settings
   std::string write_parameter_file;  // written after them
   std::vector<std::string> write_files;
+  std::string report_file;
   std::string values_file;
   std::string json_file;
 };

@@ -65,6 +65,7 @@ std::string summary(const Outcome& outcome) {
   if (outcome.iterations) text += format("Iterations:  %d\n", *outcome.iterations);
   if (outcome.barrier_iterations)
     text += format("Barrier:     %d iterations\n", *outcome.barrier_iterations);
+  if (!outcome.start.empty()) text += "Start:       " + outcome.start + "\n";
   text += format("Time:        %.2f s\n", outcome.time);
   return text;
 }

@@ -18,6 +18,7 @@ struct Outcome {
   std::optional<int> nodes;
   std::optional<int> iterations;
   std::optional<int> barrier_iterations;
+  std::string start;  // what became of a start file; empty without one
   double time = 0.0;  // seconds since the program started
   std::optional<int> rows, columns, nonzeros;
   std::string error;  // why there is no status

@@ -40,12 +40,33 @@ void read_model(Session& session, const Options& options, Outcome& outcome) {
 /// Writes the files that can be written now; that the others can be is found out at once.
 void write_files(Session& session, const Options& options, bool solved) {
   for (const std::string& path : options.write_files) {
-    if (holds_basis(path) == solved) {
+    if (needs_solve(path) == solved) {
       write_file(session, path);
     } else if (!solved) {
       const OutputFile probe(path);
     }
   }
+  if (options.report_file.empty()) return;
+  if (solved) {
+    write_report(session, options.report_file);
+  } else {
+    const OutputFile probe(options.report_file);
+  }
+}
+
+/// Loads a start. Its values become the basis of a linear problem; MIP starts only wait, since no
+/// optimizer takes them yet.
+void read_start(Session& session, const std::string& path, Outcome& outcome) {
+  KLVenv env = session.env();
+  KLVprob problem = session.problem();
+  const int before = KLVgetnummipstarts(env, problem);
+  session.check(KLVreadcopysol(env, problem, path.c_str()), "cannot read " + path);
+  const bool integer = is_mixed_integer(session);
+  const bool loaded = integer ? KLVgetnummipstarts(env, problem) > before
+                              : KLVgetbase(env, problem, nullptr, nullptr) == 0;
+  session.take_errors();  // that there is no basis
+  outcome.start = path + (!loaded ? " has no values" : integer ? " loaded, not used" : " loaded");
+  session.say("Start: " + outcome.start + "\n");
 }
 
 void optimize(Session& session, const Options& options) {
@@ -68,6 +89,7 @@ std::string solve_problem(Session& session, const Options& options, Outcome& out
     session.check(KLVreadcopybase(session.env(), session.problem(), options.basis_file.c_str()),
                   "cannot read " + options.basis_file);
   }
+  if (!options.start_file.empty()) read_start(session, options.start_file, outcome);
   write_files(session, options, false);
   optimize(session, options);
   note_solution(session, outcome);

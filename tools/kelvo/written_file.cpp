@@ -23,17 +23,26 @@ bool has_extension(std::string path, const std::string& extension) {
 
 }  // namespace
 
-bool holds_basis(const std::string& path) {
-  return has_extension(path, ".bas");
+bool needs_solve(const std::string& path) {
+  return has_extension(path, ".bas") || has_extension(path, ".sol") || has_extension(path, ".mst");
 }
 
 void write_file(Session& session, const std::string& path) {
-  KLVenv env = session.env();
-  KLVprob problem = session.problem();
   const char* const name = path.c_str();
-  session.check(holds_basis(path)             ? KLVmbasewrite(env, problem, name)
-                : has_extension(path, ".ord") ? KLVordwrite(env, problem, name)
-                                              : KLVwriteprob(env, problem, name, nullptr),
+  int (*write)(KLVenv, KLVprob, const char*) = [](KLVenv env, KLVprob problem, const char* file) {
+    return KLVwriteprob(env, problem, file, nullptr);
+  };
+  if (has_extension(path, ".bas")) write = KLVmbasewrite;
+  if (has_extension(path, ".ord")) write = KLVordwrite;
+  if (has_extension(path, ".sol")) write = KLVsolwrite;
+  if (has_extension(path, ".mst")) write = KLVmstwrite;
+  session.check(write(session.env(), session.problem(), name), "cannot write " + path);
+}
+
+void write_report(Session& session, const std::string& path) {
+  const char* const type =
+      has_extension(path, ".bin") ? KLV_FILETYPE_BINARY_REPORT : KLV_FILETYPE_TEXT_REPORT;
+  session.check(KLVwritesol(session.env(), session.problem(), path.c_str(), type),
                 "cannot write " + path);
 }
 

@@ -1,4 +1,5 @@
-// Files of the library's formats that the user asks for: models, bases, priority orders.
+// Files of the library's formats that the user asks for: models, solutions, bases,
+// priority orders, reports.
 #pragma once
 
 #include <string>
@@ -8,10 +9,13 @@
 namespace kelvo::command {
 
 /// True for a file that a solve has to come before.
-bool holds_basis(const std::string& path);
+bool needs_solve(const std::string& path);
 
-/// Writes what the name says: the basis (.bas), the priority order (.ord) or else the model, each
-/// also compressed. Throws Failure.
+/// Writes what the name says: the solution (.sol, .mst), the basis (.bas), the priority order
+/// (.ord) or else the model, each also compressed. Throws Failure.
 void write_file(Session& session, const std::string& path);
+
+/// Writes the basic solution as a report, binary when the name ends in .bin. Throws Failure.
+void write_report(Session& session, const std::string& path);
 
 }  // namespace kelvo::command

@@ -6,6 +6,7 @@
 #include "kelvo.h"
 #include "lp/form/lp_problem.h"
 #include "lp/presolve/crush.h"
+#include "prob/data/mip_starts.h"
 #include "prob/model/model.h"
 #include "prob/problem.h"
 #include "prob/solution.h"
@@ -53,6 +54,17 @@ static_assert(KLV_METHOD_DUAL == kMethodDual);
 static_assert(KLV_METHOD_BARRIER == kMethodBarrier);
 static_assert(KLV_METHOD_FEASOPT == kMethodFeasOpt);
 static_assert(KLV_METHOD_MIP == kMethodMip);
+
+static_assert(KLV_SOLUTION_NONE == kNoValues);
+static_assert(KLV_SOLUTION_BASIC == kBasicValues);
+static_assert(KLV_SOLUTION_NONBASIC == kNonbasicValues);
+static_assert(KLV_SOLUTION_PRIMAL == kPrimalValues);
+
+static_assert(KLV_MIPSTART_AUTO == kEffortAutomatic);
+static_assert(KLV_MIPSTART_CHECK == kEffortCheck);
+static_assert(KLV_MIPSTART_FIXED == kEffortFixed);
+static_assert(KLV_MIPSTART_COMPLETE == kEffortComplete);
+static_assert(KLV_MIPSTART_REPAIR == kEffortRepair);
 
 static_assert(KLV_BASIS_AT_LOWER == kAtLower);
 static_assert(KLV_BASIS_BASIC == kBasic);
@@ -142,6 +154,7 @@ static_assert(KLV_ERROR_BASIS_SINGULAR == error::kBasisSingular);
 static_assert(KLV_ERROR_BAD_PRICING == error::kBadPricing);
 static_assert(KLV_ERROR_NO_FACTOR == error::kNoFactor);
 static_assert(KLV_ERROR_NO_SENSITIVITY == error::kNoSensitivity);
+static_assert(KLV_ERROR_NO_BASIC_SOLUTION == error::kNoBasicSolution);
 static_assert(KLV_ERROR_NO_BASIS == error::kNoBasis);
 static_assert(KLV_ERROR_STRONG_BRANCHING_ABORTED == error::kStrongBranchingAborted);
 static_assert(KLV_ERROR_DUAL_UNBOUNDED_REQUIRED == error::kDualUnboundedRequired);
@@ -152,6 +165,7 @@ static_assert(KLV_ERROR_NO_FILE_NAME == error::kNoFileName);
 static_assert(KLV_ERROR_CANNOT_WRITE_FILE == error::kCannotWriteFile);
 static_assert(KLV_ERROR_CANNOT_READ_FILE == error::kCannotReadFile);
 static_assert(KLV_ERROR_BAD_FILE_TYPE == error::kBadFileType);
+static_assert(KLV_ERROR_XML_SYNTAX == error::kXmlSyntax);
 static_assert(KLV_ERROR_TOO_MANY_ROWS == error::kTooManyRows);
 static_assert(KLV_ERROR_TOO_MANY_COLUMNS == error::kTooManyColumns);
 static_assert(KLV_ERROR_TOO_MANY_COEFFICIENTS == error::kTooManyCoefficients);
@@ -240,6 +254,7 @@ static_assert(KLV_ERROR_UNKNOWN_DIRECTION == error::kUnknownDirection);
 static_assert(KLV_ERROR_NO_SETS == error::kNoSets);
 static_assert(KLV_ERROR_NO_ORDER == error::kNoOrder);
 static_assert(KLV_ERROR_COLUMN_TYPE_ENTRY == error::kColumnTypeEntry);
+static_assert(KLV_ERROR_NO_MIP_START == error::kNoMipStart);
 static_assert(KLV_ERROR_NO_INCUMBENT_VALUES == error::kNoIncumbentValues);
 static_assert(KLV_ERROR_NO_SOLUTION_POOL == error::kNoSolutionPool);
 static_assert(KLV_ERROR_NO_SET_TYPE == error::kNoSetType);

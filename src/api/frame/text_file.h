@@ -10,17 +10,25 @@
 namespace kelvo {
 
 /// Opens the file, with the ending added to a name that does not open, and runs
-/// read(LineReader&) -> Status. What comes through a decompressor counts when that has succeeded.
+/// read(FileStream&) -> Status. What comes through a decompressor counts when that has succeeded.
 template <class Read>
-Status read_text_file(const char* filename, const char* ending, MessageSink& sink, Read read) {
+Status read_file(const char* filename, const char* ending, MessageSink& sink, Read read) {
   const auto unreadable = [&] { return report_error(sink, error::kCannotReadFile, filename); };
   FileStream stream;
   if (!open_input(filename, ending, stream).ok()) return unreadable();
-  LineReader lines(stream);
-  const Status status = read(lines);
+  const Status status = read(stream);
   const bool closed = close_file(stream).ok();
   const bool stream_failed = status.code() == error::kCannotReadFile && !status.is_reported();
   return stream_failed || (status.ok() && !closed) ? unreadable() : status;
+}
+
+/// The same with read(LineReader&) -> Status.
+template <class Read>
+Status read_text_file(const char* filename, const char* ending, MessageSink& sink, Read read) {
+  return read_file(filename, ending, sink, [&read](FileStream& stream) {
+    LineReader lines(stream);
+    return read(lines);
+  });
 }
 
 /// Creates the file and runs write(FileStream&).

@@ -22,6 +22,8 @@ inline constexpr int MATRIX_COMPRESSION = 1066;
 inline constexpr int ECHO_SETTINGS = 1075;
 /// 1: the LP writer writes objective terms with coefficient 0.
 inline constexpr int EVERY_OBJECTIVE_TERM = 1086;
+/// 0: incumbents are written as MIP starts in the older form, a line for each column.
+inline constexpr int XML_MIP_STARTS = 1102;
 /// 1: the LP writer changes names that the format cannot hold.
 inline constexpr int LEGALIZE_NAMES = 1105;
 /// 1: the MPS reader tells which objective and which sets it selected.

@@ -16,6 +16,7 @@ enum class NameKind : char {
   indicator = 'i',
   user_cut = 'u',
   lazy_constraint = 'l',
+  mip_start = 'm',
   node = 'n',
   arc = 'a'
 };
