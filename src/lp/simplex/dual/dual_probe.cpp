@@ -101,9 +101,9 @@ ProbeResult DualEngine::probe(const Vector<VariableBounds>& changes) {
     return result;
   }
   initialize_weights();
-  if (!s_.duals.current() || !s_.basics.current()) {
+  if (!s_.duals.feasible() || !s_.basics.current()) {  // a given basis, or other costs
     s_.compute_duals();
-    s_.compute_primals();
+    if (!s_.basics.current()) s_.compute_primals();
     s_.duals.objective = s_.duals.working_objective();
     s_.duals.set_feasible(count_dual_infeasibilities(true, s_.run.dual_tolerance) == 0);
   }
