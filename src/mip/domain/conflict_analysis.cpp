@@ -105,7 +105,12 @@ bool ConflictAnalysis::find_cut(ConflictCut cut, LearnedClause& learned) {
   if (settings_.minimize) drop_implied();
   const bool accepted = static_cast<int>(kept_.size()) <= settings_.longest_clause;
   learned.literals.clear();
-  learned.backjump_level = kept_.size() < 2 ? 0 : bounds.level_of(kept_[1].position);
+  learned.backjump_level = 0;
+  if (kept_.size() > 1) {
+    // Bounds without explanation may leave several of the last level.
+    learned.backjump_level =
+        std::min(bounds.level_of(kept_[1].position), bounds.level_of(kept_[0].position) - 1);
+  }
   for (const Needed& each : kept_) {
     const int bound = bounds.change(each.position).bound;
     kept_at_[bound] = 0;

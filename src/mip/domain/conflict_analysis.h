@@ -25,7 +25,8 @@ enum class ConflictCut { kFirstUip, kDecisions };
 /// Bounds that cannot hold all at once; none: the program has no solution better than the cutoff.
 struct LearnedClause {
   Vector<BoundLiteral> literals;  // the latest first
-  /// The level to return to, where all literals but the first hold still.
+  /// The level to return to, below that of the first literal. With a unique implication point all
+  /// others hold there still, so that its negation follows.
   int backjump_level = 0;
 };
 

@@ -199,6 +199,36 @@ TEST(ConflictAnalysis, FindsTheFirstImplicationPoint) {
   EXPECT_EQ(domain.lower(4), 1.0);
 }
 
+TEST(ConflictAnalysis, DropsWhatFollowsButNothingInCircles) {
+  // y >= 1 => b => x >= 2 => y >= 2, and with all of it u1 or u2, which v excludes. b implies x and
+  // y >= 2; y >= 2 implies b as well, but it came later.
+  Fixture f;
+  test::add_column(f.mip, -3.0, 10.0, true);  // y
+  f.binaries(1);                              // b
+  test::add_column(f.mip, -3.0, 10.0, true);  // x
+  f.binaries(3);                              // u1, u2, v
+  test::add_row(f.mip, {1.0, -10.0, 0.0, 0.0, 0.0, 0.0}, -kInf, 0.0);
+  test::add_row(f.mip, {0.0, -5.0, 1.0, 0.0, 0.0, 0.0}, -3.0, kInf);
+  test::add_row(f.mip, {1.0, 0.0, -1.0, 0.0, 0.0, 0.0}, 0.0, kInf);
+  test::add_row(f.mip, {1.0, 3.0, 1.0, -1.0, -1.0, 0.0}, -kInf, 6.0);
+  test::add_row(f.mip, {0.0, 0.0, 0.0, 1.0, 0.0, 1.0}, -kInf, 1.0);
+  test::add_row(f.mip, {0.0, 0.0, 0.0, 0.0, 1.0, 1.0}, -kInf, 1.0);
+  Domain& domain = f.start();
+  ASSERT_TRUE(domain.propagate());
+  domain.decide(lower_of(0), 1.0);
+  ASSERT_TRUE(domain.propagate());
+  EXPECT_EQ(domain.lower(0), 2.0);
+  domain.decide(lower_of(5), 1.0);
+  ASSERT_FALSE(domain.propagate());
+  ConflictAnalysis analysis(domain);
+  LearnedClause learned;
+  ASSERT_TRUE(analysis.analyze(ConflictCut::kFirstUip, learned));
+  ASSERT_EQ(learned.literals.size(), 2u);
+  EXPECT_EQ(learned.literals[0].bound, lower_of(5));
+  EXPECT_EQ(learned.literals[1].bound, lower_of(1));
+  EXPECT_EQ(learned.backjump_level, 1);
+}
+
 TEST(ConflictAnalysis, RelaxesBoundsThatARowDoesNotNeed) {
   // x + y + z >= 10 with x <= 2, y <= 3, z <= 1: any x <= 5 would do.
   Fixture f;
@@ -339,6 +369,14 @@ TEST(ReducedCosts, FixAtTheRootForGoodAndBelowWithProof) {
   ASSERT_TRUE(analysis.analyze(ConflictCut::kDecisions, learned));
   ASSERT_EQ(learned.literals.size(), 1u);
   EXPECT_EQ(learned.literals[0].bound, upper_of(2));
+  // Without explanation the fixing is a literal of its own, of the same level as the decision.
+  domain.backtrack_to_level(0);
+  domain.decide(upper_of(2), 0.0);
+  domain.tighten(upper_of(0), 0.0, kWithoutExplanation);
+  ASSERT_FALSE(domain.propagate());
+  ASSERT_TRUE(analysis.analyze(ConflictCut::kFirstUip, learned));
+  EXPECT_EQ(learned.literals.size(), 2u);
+  EXPECT_EQ(learned.backjump_level, 0);
 }
 
 TEST(DebugSolution, NamesTheStepThatLosesIt) {
