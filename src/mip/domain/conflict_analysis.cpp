@@ -73,37 +73,48 @@ void ConflictAnalysis::keep(int position) {
   kept_at_[bound] = static_cast<int>(kept_.size());
 }
 
-bool ConflictAnalysis::find_cut(ConflictCut cut, LearnedClause& learned) {
+// Replaces queued bounds by their explanations until the rest is the cut. False: too much work.
+bool ConflictAnalysis::resolve(ConflictCut cut) {
   const LocalBounds& bounds = domain_.bounds();
-  is_queued_.resize(std::max<std::size_t>(is_queued_.size(), bounds.size()), 0);
-  needed_.resize(is_queued_.size());
-  level_start_ = bounds.size();
-  open_ = 0;
-  add_all(bounds.size());
-  if (!heap_.empty()) level_start_ = bounds.level_start(bounds.level_of(heap_.front()));
-  open_ = static_cast<int>(
-      std::count_if(heap_.begin(), heap_.end(), [&](int p) { return p >= level_start_; }));
   while (!heap_.empty()) {
     const int position = pop();
     const BoundChange& entry = bounds.change(position);
     const BoundLiteral needed{entry.bound, needed_[position]};
+    is_queued_[position] = 0;
+    if (is_exhausted()) {
+      for (const int other : heap_) is_queued_[other] = 0;
+      heap_.clear();
+      return false;
+    }
     scores_.bump(entry.bound);
     if (is_stop(position, cut) ||
         !explainer_.explain(needed, entry.reason, position, explanation_)) {
       keep(position);
-      is_queued_[position] = 0;
       continue;
     }
     if (entry.reason.kind == ReasonKind::kClause) {
       domain_.mutable_clauses().bump(entry.reason.index);
     }
-    is_queued_[position] = 0;
     open_ -= position >= level_start_;
     add_all(position);
   }
+  return true;
+}
+
+bool ConflictAnalysis::find_cut(ConflictCut cut, LearnedClause& learned) {
+  const LocalBounds& bounds = domain_.bounds();
+  stop_at_ = explainer_.work() + settings_.work_limit;
+  is_queued_.resize(std::max<std::size_t>(is_queued_.size(), bounds.size()), 0);
+  needed_.resize(is_queued_.size());
+  level_start_ = bounds.size();
+  add_all(bounds.size());
+  if (!heap_.empty()) level_start_ = bounds.level_start(bounds.level_of(heap_.front()));
+  open_ = static_cast<int>(
+      std::count_if(heap_.begin(), heap_.end(), [&](int p) { return p >= level_start_; }));
+  bool accepted = resolve(cut);
   scores_.decay();
-  if (settings_.minimize) drop_implied();
-  const bool accepted = static_cast<int>(kept_.size()) <= settings_.longest_clause;
+  if (accepted && settings_.minimize) drop_implied();
+  accepted = accepted && static_cast<int>(kept_.size()) <= settings_.longest_clause;
   learned.literals.clear();
   learned.backjump_level = 0;
   if (kept_.size() > 1) {
@@ -141,7 +152,9 @@ void ConflictAnalysis::drop_implied() {
   // The first literal is the one that the clause is for. Literals that were dropped keep their
   // place in kept_at_: they follow from others that stay.
   Vector<char> stays(kept_.size(), 1);
-  for (std::size_t k = 1; k < kept_.size(); ++k) stays[k] = !is_implied(kept_[k]);
+  for (std::size_t k = 1; k < kept_.size() && !is_exhausted(); ++k) {
+    stays[k] = !is_implied(kept_[k]);
+  }
   std::size_t end = 0;
   for (std::size_t k = 0; k < kept_.size(); ++k) {
     kept_at_[domain_.bounds().change(kept_[k].position).bound] = 0;

@@ -33,6 +33,9 @@ struct LearnedClause {
 struct ConflictSettings {
   int longest_clause = 200;  // longer ones are dropped: they hardly ever imply anything
   int most_clauses = 20000;  // from here on half of them are removed
+  // Nonzeros that the explanations of one conflict may touch: with rows of ten thousand entries
+  // hundreds of them cost more than a clause is worth.
+  double work_limit = 2e6;
   bool minimize = true;
 };
 
@@ -41,7 +44,7 @@ class ConflictAnalysis {
   explicit ConflictAnalysis(Domain& domain, const ConflictSettings& settings = {});
 
   /// The domain is in conflict and has not been moved since. False: no clause (an unexplained bound
-  /// crossed, or the clause is too long).
+  /// crossed, or the clause would be too long or too expensive).
   bool analyze(ConflictCut cut, LearnedClause& learned);
   /// The domain is not in conflict, but its bounds contradict a proof. False: they do not, or no
   /// clause was found.
@@ -61,6 +64,8 @@ class ConflictAnalysis {
   };
 
   bool find_cut(ConflictCut cut, LearnedClause& learned);
+  bool resolve(ConflictCut cut);
+  bool is_exhausted() const { return explainer_.work() > stop_at_; }
   void add_all(int before);
   void add(const BoundLiteral& literal, int before);
   int pop();
@@ -81,6 +86,7 @@ class ConflictAnalysis {
   Vector<int> kept_at_;     // [2 num_vars] 1 + place in kept_; 0
   int level_start_ = 0;     // of the conflict's level
   int open_ = 0;            // queued or kept positions at that level
+  double stop_at_ = 0.0;    // work of the explainer
   int num_learned_ = 0;
 };
 

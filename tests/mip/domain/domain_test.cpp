@@ -178,6 +178,9 @@ TEST(ConflictAnalysis, FindsTheFirstImplicationPoint) {
   domain.decide(lower_of(0), 1.0);
   ASSERT_FALSE(domain.propagate());
   LearnedClause decided, learned;
+  ConflictSettings no_work;
+  no_work.work_limit = 0.0;
+  EXPECT_FALSE(ConflictAnalysis(domain, no_work).analyze(ConflictCut::kFirstUip, learned));
   ASSERT_TRUE(analysis.analyze(ConflictCut::kDecisions, decided));
   ASSERT_EQ(decided.literals.size(), 2u);
   EXPECT_EQ(decided.literals[0].bound, lower_of(0));
