@@ -10,6 +10,14 @@ constexpr double kSmallestReducedCost = 1e-6;
 /// The bound and the reduced costs of an LP are right to about this share of the objective.
 constexpr double kObjectiveSlack = 1e-9;
 
+/// Whether a (x_j - near end) <= room takes enough off the interval of column j. Whoever fixes
+/// continuous columns by crumbs changes many bounds of the node LP for nothing.
+bool is_worthwhile(const Domain& domain, int column, double coefficient, double room) {
+  const double range = domain.upper(column) - domain.lower(column);
+  const double share = domain.bounds().is_integer(column) ? 1.0 : 1.0 - kSmallestGain;
+  return std::abs(coefficient) * share * range > room;
+}
+
 /// The value that a (x_j - near end) <= room allows column j; as the rows' propagation rounds it.
 double limit_of(const Domain& domain, int column, double coefficient, double room) {
   const bool upper = coefficient > 0.0;
@@ -34,8 +42,7 @@ int fix_by_reduced_costs(Domain& domain, const Vector<double>& z, double lp_boun
   for (int j = 0; j < domain.mip().num_cols(); ++j) {
     if (std::abs(z[j]) < kSmallestReducedCost) continue;
     const bool upper = z[j] > 0.0;
-    const double range = domain.upper(j) - domain.lower(j);
-    if (!(std::abs(z[j]) * range > room)) continue;
+    if (!is_worthwhile(domain, j, z[j], room)) continue;
     if (std::isinf(upper ? domain.lower(j) : domain.upper(j))) continue;
     const double value = limit_of(domain, j, z[j], room);
     const Tightening result = domain.tighten(upper ? upper_of(j) : lower_of(j), value, reason);
@@ -67,8 +74,7 @@ int fix_by_proof(Domain& domain, LinearProof proof) {
   for (int k = 0; k < length; ++k) {
     const int j = kept.index[k];
     const double a = -kept.value[k];
-    if (j >= domain.mip().num_cols()) continue;
-    if (!(std::abs(a) * (domain.upper(j) - domain.lower(j)) > room)) continue;
+    if (j >= domain.mip().num_cols() || !is_worthwhile(domain, j, a, room)) continue;
     const double value = limit_of(domain, j, a, room);
     const Tightening result =
         domain.tighten(a > 0.0 ? upper_of(j) : lower_of(j), value, {ReasonKind::kProof, index});
