@@ -7,8 +7,8 @@
  * A program opens an environment (KLVopenKELVO), makes a problem in it (KLVcreateprob), fills it
  * (KLVnewcols and KLVaddrows, KLVcopylp, or KLVreadcopyprob), solves it (KLVlpopt), reads the
  * answer (KLVgetstat, KLVgetobjval, KLVgetx) and closes the environment (KLVcloseKELVO). This
- * version solves linear problems; the other parts of a model can be built, queried, read and
- * written.
+ * version solves linear and mixed-integer linear problems (KLVmipopt); quadratic parts of a model
+ * can be built, queried, read and written.
  *
  * Conventions. What is said here holds for every function whose comment does not say otherwise.
  *
@@ -510,29 +510,29 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_PERFVAR_MEASURE        1123 /* * measure of the variability estimator */
 
 /* Mixed-integer optimizer */
-#define KLV_PARAM_BRDIR                  2001 /* * branch first: -1 down, 0 automatic, 1 up */
-#define KLV_PARAM_BTTOL                  2002 /* * share of the gap by which a dive may fall behind before it ends */
+#define KLV_PARAM_BRDIR                  2001 /* branch first: -1 down, 0 automatic, 1 up */
+#define KLV_PARAM_BTTOL                  2002 /* share of the gap by which a dive may fall behind before it ends */
 #define KLV_PARAM_CLIQUES                2003 /* * clique cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
 #define KLV_PARAM_COEREDIND              2004 /* * coefficient reduction: 0 off, 1 moderate, 2 more */
 #define KLV_PARAM_COVERS                 2005 /* * cover cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
-#define KLV_PARAM_CUTLO                  2006 /* * cutoff of a maximization: nodes with a smaller objective are dropped */
-#define KLV_PARAM_CUTUP                  2007 /* * cutoff of a minimization: nodes with a larger objective are dropped */
-#define KLV_PARAM_EPAGAP                 2008 /* * absolute gap at which the search stops */
-#define KLV_PARAM_EPGAP                  2009 /* * relative gap at which the search stops */
+#define KLV_PARAM_CUTLO                  2006 /* cutoff of a maximization: nodes with a smaller objective are dropped */
+#define KLV_PARAM_CUTUP                  2007 /* cutoff of a minimization: nodes with a larger objective are dropped */
+#define KLV_PARAM_EPAGAP                 2008 /* absolute gap at which the search stops */
+#define KLV_PARAM_EPGAP                  2009 /* relative gap at which the search stops */
 #define KLV_PARAM_EPINT                  2010 /* distance from a whole number that still counts as one */
-#define KLV_PARAM_MIPDISPLAY             2012 /* * node log: 0 none to 5 with all node solves */
-#define KLV_PARAM_MIPINTERVAL            2013 /* * nodes between two lines of the node log */
-#define KLV_PARAM_INTSOLLIM              2015 /* * limit on integer solutions */
+#define KLV_PARAM_MIPDISPLAY             2012 /* node log: 0 none to 5 with all node solves */
+#define KLV_PARAM_MIPINTERVAL            2013 /* nodes between two lines of the node log */
+#define KLV_PARAM_INTSOLLIM              2015 /* limit on integer solutions */
 #define KLV_PARAM_NODEFILEIND            2016 /* * nodes: 0 in memory, 1 compressed, 2 on disk, 3 compressed on disk */
-#define KLV_PARAM_NODELIM                2017 /* * limit on nodes */
-#define KLV_PARAM_NODESEL                2018 /* * next node: 0 depth first, 1 best bound, 2 best estimate, 3 another estimate */
-#define KLV_PARAM_OBJDIF                 2019 /* * a solution must improve the objective by this */
-#define KLV_PARAM_MIPORDIND              2020 /* * priority order: 0 ignored, 1 used */
-#define KLV_PARAM_RELOBJDIF              2022 /* * a solution must improve the objective by this share */
-#define KLV_PARAM_STARTALG               2025 /* * method at the root, numbered as for LPMETHOD */
+#define KLV_PARAM_NODELIM                2017 /* limit on nodes */
+#define KLV_PARAM_NODESEL                2018 /* next node: 0 depth first, 1 best bound, 2 best estimate, 3 another estimate */
+#define KLV_PARAM_OBJDIF                 2019 /* a solution must improve the objective by this */
+#define KLV_PARAM_MIPORDIND              2020 /* priority order: 0 ignored, 1 used */
+#define KLV_PARAM_RELOBJDIF              2022 /* a solution must improve the objective by this share */
+#define KLV_PARAM_STARTALG               2025 /* method at the root, numbered as for LPMETHOD */
 #define KLV_PARAM_SUBALG                 2026 /* * method at the nodes, numbered as for LPMETHOD */
-#define KLV_PARAM_TRELIM                 2027 /* * megabytes that the tree may take */
-#define KLV_PARAM_VARSEL                 2028 /* * branch: -1, 1 least, most infeasible, 0 automatic, 2 pseudocost, 3 strong, 4 */
+#define KLV_PARAM_TRELIM                 2027 /* megabytes that the tree may take */
+#define KLV_PARAM_VARSEL                 2028 /* branch: -1, 1 least, most infeasible, 0 automatic, 2 pseudocost, 3 strong, 4 */
 #define KLV_PARAM_BNDSTRENIND            2029 /* * bound strengthening of integer models: -1 automatic, 0 off, 1 on */
 #define KLV_PARAM_HEURFREQ               2031 /* * nodes between heuristics: -1 never, 0 automatic */
 #define KLV_PARAM_MIPORDTYPE             2032 /* generated order: 0 none, 1 costs, 2 range of bounds, 3 cost by nonzeros */
@@ -544,8 +544,8 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_IMPLBD                 2041 /* * implied bound cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
 #define KLV_PARAM_PROBE                  2042 /* * probing: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
 #define KLV_PARAM_GUBCOVERS              2044 /* * GUB cover cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
-#define KLV_PARAM_STRONGCANDLIM          2045 /* * candidates of strong branching */
-#define KLV_PARAM_STRONGITLIM            2046 /* * iterations for each candidate of strong branching: 0 automatic */
+#define KLV_PARAM_STRONGCANDLIM          2045 /* candidates of strong branching */
+#define KLV_PARAM_STRONGITLIM            2046 /* iterations for each candidate of strong branching: 0 automatic */
 #define KLV_PARAM_FRACCAND               2048 /* * candidates for Gomory cuts */
 #define KLV_PARAM_FRACCUTS               2049 /* * Gomory cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
 #define KLV_PARAM_FRACPASS               2050 /* * passes of Gomory cuts: 0 automatic */
@@ -555,9 +555,9 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_AGGCUTLIM              2054 /* * rows that may be aggregated for a cut */
 #define KLV_PARAM_MIPCBREDLP             2055 /* * what callbacks see: 0 the model, 1 the presolved model */
 #define KLV_PARAM_CUTPASS                2056 /* * passes of cuts at the root: -1 none, 0 automatic */
-#define KLV_PARAM_MIPEMPHASIS            2058 /* * search: 0 balance, 1 feasibility, 2 optimality, 3 bound, 4 hidden solutions */
+#define KLV_PARAM_MIPEMPHASIS            2058 /* search: 0 balance, 1 feasibility, 2 optimality, 3 bound, 4 hidden solutions */
 #define KLV_PARAM_SYMMETRY               2059 /* * symmetry: -1 automatic, 0 off, 1 to 5 more and more */
-#define KLV_PARAM_DIVETYPE               2060 /* * dives: 0 automatic, 1 plain, 2 probing, 3 guided */
+#define KLV_PARAM_DIVETYPE               2060 /* dives: 0 automatic, 1 plain, 2 probing, 3 guided */
 #define KLV_PARAM_RINSHEUR               2061 /* * nodes between RINS heuristics: -1 never, 0 automatic */
 #define KLV_PARAM_SUBMIPNODELIM          2062 /* * nodes of searches inside heuristics */
 #define KLV_PARAM_LBHEUR                 2063 /* * local branching after each solution: 0 off, 1 on */
@@ -574,7 +574,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_SOLNPOOLAGAP           2106 /* * absolute gap of solutions that the pool keeps */
 #define KLV_PARAM_SOLNPOOLINTENSITY      2107 /* * effort of the pool: 0 automatic, 1 mild to 4 all solutions */
 #define KLV_PARAM_POPULATELIM            2108 /* * solutions of one call that fills the pool */
-#define KLV_PARAM_MIPSEARCH              2109 /* * search: 0 automatic, 1 traditional, 2 dynamic */
+#define KLV_PARAM_MIPSEARCH              2109 /* search: 0 automatic, 1 traditional, 2 dynamic */
 #define KLV_PARAM_MIQCPSTRAT             2110 /* * relaxations of quadratic constraints: 0 automatic, 1 QCP, 2 LP */
 #define KLV_PARAM_ZEROHALFCUTS           2111 /* * zero-half cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
 #define KLV_PARAM_POLISHAFTEREPAGAP      2126 /* * absolute gap at which polishing begins: 0 not by this */
@@ -1429,6 +1429,70 @@ KLV_API int KLVhybbaropt(KLVenv env, KLVprob lp, int method);
 
 /* Sifting. Not available yet: 1292. */
 KLV_API int KLVsiftopt(KLVenv env, KLVprob lp);
+
+/* ---- Mixed-integer optimizer ---------------------------------------------------------------- */
+
+/* Statuses of mixed-integer solutions. Those that come in pairs say whether an integer solution is
+ * known. */
+#define KLV_STATUS_MIP_OPTIMAL 101
+#define KLV_STATUS_MIP_OPTIMAL_TOLERANCE 102 /* within KLV_PARAM_EPGAP or KLV_PARAM_EPAGAP */
+#define KLV_STATUS_MIP_INFEASIBLE 103
+#define KLV_STATUS_MIP_SOLUTION_LIMIT 104
+#define KLV_STATUS_MIP_NODE_LIMIT 105
+#define KLV_STATUS_MIP_NODE_LIMIT_NO_SOLUTION 106
+#define KLV_STATUS_MIP_TIME_LIMIT 107
+#define KLV_STATUS_MIP_TIME_LIMIT_NO_SOLUTION 108
+#define KLV_STATUS_MIP_ERROR 109
+#define KLV_STATUS_MIP_ERROR_NO_SOLUTION 110
+#define KLV_STATUS_MIP_MEMORY_LIMIT 111
+#define KLV_STATUS_MIP_MEMORY_LIMIT_NO_SOLUTION 112
+#define KLV_STATUS_MIP_ABORTED 113
+#define KLV_STATUS_MIP_ABORTED_NO_SOLUTION 114
+#define KLV_STATUS_MIP_OPTIMAL_UNSCALED 115
+#define KLV_STATUS_MIP_UNBOUNDED 118
+#define KLV_STATUS_MIP_INFEASIBLE_OR_UNBOUNDED 119
+#define KLV_STATUS_MIP_ITERATION_LIMIT 131
+#define KLV_STATUS_MIP_ITERATION_LIMIT_NO_SOLUTION 132
+
+/* Solves a mixed-integer problem by branch and bound; status, best integer solution and the counts
+ * below are in the problem afterwards. A limit that ends the search is a status, not an error. 3003
+ * for a problem without discrete parts, 1018 for a quadratic objective, 1031 for quadratic
+ * constraints; after an error the problem holds what it held before. */
+KLV_API int KLVmipopt(KLVenv env, KLVprob lp);
+
+/* The functions below tell about the last call of KLVmipopt. Those that return an int return 0 on
+ * failure, those that store a value return 3003 for a problem without discrete parts and 1217 when
+ * it was not optimized. */
+
+/* Returns the number of nodes processed, the root not counted. */
+KLV_API int KLVgetnodecnt(KLVenv env, KLVprob lp);
+
+/* Returns the number of nodes that were open when the search ended. */
+KLV_API int KLVgetnodeleftcnt(KLVenv env, KLVprob lp);
+
+/* Returns the simplex iterations of all linear programs together. */
+KLV_API int KLVgetmipitcnt(KLVenv env, KLVprob lp);
+
+/* Returns the node at which the best integer solution was found. */
+KLV_API int KLVgetnodeint(KLVenv env, KLVprob lp);
+
+/* Returns the status of the last node's linear program, as for a continuous problem. */
+KLV_API int KLVgetsubstat(KLVenv env, KLVprob lp);
+
+/* Returns the method that solved it (KLV_METHOD_...). */
+KLV_API int KLVgetsubmethod(KLVenv env, KLVprob lp);
+
+/* Stores the best bound on the objective that the search has proved. */
+KLV_API int KLVgetbestobjval(KLVenv env, KLVprob lp, double* bound_p);
+
+/* Stores the gap between the best integer solution and the best bound, relative to the former. */
+KLV_API int KLVgetmiprelgap(KLVenv env, KLVprob lp, double* gap_p);
+
+/* Stores the objective that a node had to be able to beat when the search ended. */
+KLV_API int KLVgetcutoff(KLVenv env, KLVprob lp, double* cutoff_p);
+
+/* Stores the number of cuts of a type, 0 to 22, that were applied. 1003 for another type. */
+KLV_API int KLVgetnumcuts(KLVenv env, KLVprob lp, int type, int* count_p);
 
 /* ---- Solutions ------------------------------------------------------------------------------ */
 

@@ -75,6 +75,15 @@ void Problem::store_result(SolveResult&& result) noexcept {
   basis.factored = true;
 }
 
+void Problem::store_result(MipResult&& result) noexcept {
+  discard_solution();
+  solution_status = result.status;
+  incumbent = std::move(result.incumbent);
+  search = std::move(result.search);
+  solution.iterations = static_cast<int>(std::min(search.iterations, 2147483647.0));
+  solution.phase_one_iterations = solution.barrier_iterations = 0;
+}
+
 void Problem::discard_solution() noexcept {
   if (solution_status == kNoSolution && !solution.has_primal && !incumbent.present) return;
   solution_status = kNoSolution;

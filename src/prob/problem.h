@@ -161,6 +161,7 @@ class Problem {
   void set_type(int type) { type_ = type; }
   /// Stores what an optimizer found, in place of the last result.
   void store_result(SolveResult&& result) noexcept;
+  void store_result(MipResult&& result) noexcept;
   /// Puts a basis in place of the stored one; a stored solution loses its basis.
   void store_start_basis(StoredBasis&& start) noexcept;
   /// Changes the type, one that is neither a view nor that of a node, and with it the model.
@@ -187,6 +188,7 @@ class Problem {
   int solution_status = kNoSolution;
   SolutionRecord solution;
   Incumbent incumbent;
+  SearchRecord search;  // of the last mixed-integer optimization
   StoredBasis basis;               // kept in step by edits, see change_kind.cpp
   KeptSlot<WorkingLp> working_lp;  // the optimizers' own copy of the model; see revisions()
   KeptSlot<PresolvedProblem> presolve;

@@ -122,6 +122,27 @@ struct Incumbent {
   int iterations = 0;  // the same, of all its simplex runs
 };
 
+/// What a mixed-integer search tells about itself beside its incumbent. Objective values are in the
+/// caller's sense.
+struct SearchRecord {
+  double best_bound = 0.0;
+  double cutoff = 0.0;
+  double iterations = 0.0;  // of all linear programs
+  int nodes = 0;            // processed
+  int nodes_left = 0;
+  int incumbent_node = 0;
+  int node_status = 0;  // of the last node's linear program
+  int node_method = 0;
+  Vector<int> cuts;  // applied, by cut type
+};
+
+/// What a mixed-integer optimizer hands to Problem::store_result().
+struct MipResult {
+  int status = kNoSolution;
+  Incumbent incumbent;
+  SearchRecord search;
+};
+
 /// Row activities of a point, accumulated in extended precision; `activity` gets one per row.
 void compute_row_activities(const Model& model, const double* x, Vector<double>& activity);
 

@@ -15,7 +15,7 @@ import tempfile
 import unittest
 
 KELVO = SOURCE = MODELS = ""
-KEYS = {"status", "status_string", "objective", "best_bound", "gap", "nodes", "iterations", "time",
+KEYS = {"status", "status_string", "objective", "best_bound", "gap", "nodes", "nodes_left", "iterations", "time",
         "rows", "columns", "nonzeros"}
 INFEASIBLE = "Minimize\n x + y\nSubject To\n low: x + y >= 3\n high: x + y <= 1\nEnd\n"
 UNBOUNDED = "Maximize\n x + y\nSubject To\n c1: x - y <= 1\nEnd\n"
@@ -73,8 +73,6 @@ class Solving(Command):
             answers = [line.rstrip("\n").split("\t") for line in file if not line.startswith("#")]
         solved = 0
         for model, status, objective in answers:
-            if status.startswith("integer"):
-                continue
             for method in ("auto", "primal", "dual"):
                 with self.subTest(model=model, method=method):
                     outcome = self.outcome(os.path.join(MODELS, model), "--method", method)
@@ -119,12 +117,20 @@ class Solving(Command):
         spaced = self.file("two words & \"quotes\".lp", "Maximize\n x\nSubject To\n c1: x <= 4\nEnd\n")
         self.assertEqual(self.outcome(spaced)["objective"], 4.0)
 
-    def test_integer_columns_need_relax(self):
+    def test_integer_programs(self):
         depots = os.path.join(MODELS, "depots.lp")
-        run = self.fail_with(["depots.lp", "--relax"], depots, "--json", self.path("outcome.json"))
-        self.assertNotIn("Status", run.stdout)
-        failed = json.loads(self.read("outcome.json"))
-        self.assertEqual((failed["status"], failed["rows"]), (None, 7))
+        output = self.succeed(depots)
+        self.assertIn("   Node  Left     Objective  IInf  Best Integer     Best Node    ItCnt     Gap\n", output)
+        self.assertRegex(output, r"Best bound: +1695\nGap: +0 %\nNodes: +\d+\nIterations: +\d+\n")
+        outcome = self.outcome(depots)
+        self.assertEqual((outcome["best_bound"], outcome["gap"], outcome["nodes_left"]), (1695, 0, 0))
+        stopped = self.outcome(depots, "--node-limit", "0", "--set", "PREIND=0")
+        self.assertIn(stopped["status"], (105, 106))
+        self.assertLessEqual(stopped["best_bound"], 1695)
+        first = self.outcome(depots, "--first")
+        self.assertIn(first["status"], (101, 102, 104))
+        wide = self.outcome(depots, "--gap", "0.9")
+        self.assertEqual(wide["status"], 102 if wide["gap"] > 0 else 101)
         relaxed = self.outcome(depots, "--relax", "--values", self.path("values"))
         self.assertEqual(relaxed["status"], 1)
         self.assertLess(relaxed["objective"], 1695)  # the integer optimum
@@ -330,7 +336,7 @@ class Options(Command):
         self.assertNotIn("BARITLIM", used)
         self.assertEqual(names("tilim", "--all"), ["TILIM", "TUNINGTILIM"])
         self.assertEqual(names("TILIM*"), ["TILIM"])
-        self.assertEqual(names("Optimality"), ["EPOPT", "NETEPOPT"])
+        self.assertEqual(names("Optimality"), ["EPOPT", "MIPEMPHASIS", "NETEPOPT"])
         self.assertIn('"."', self.succeed("params", "KLV_PARAM_WORKDIR", "--all"))
         self.assertEqual(self.succeed("params", "tilim").splitlines()[1].split(),
                          ["TILIM", "1e+75", ">=", "0", "time", "limit", "in", "seconds"])

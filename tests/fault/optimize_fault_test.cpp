@@ -8,6 +8,8 @@ using kelvo::test::Call;
 using kelvo::test::call;
 using kelvo::test::NamedCall;
 
+const int kList[] = {0, 1, 2};
+
 /// max 3x + 2y + z,  x + y + z <= 4,  x + 3y >= 1,  x - z in [-2, 2],  0 <= x <= 3, y free of an
 /// upper bound, 0 <= z <= 2; optimal value 10.
 int fill(KLVenv env, KLVprob lp) {
@@ -52,8 +54,6 @@ int nothing(KLVenv, KLVprob) {
   return 0;
 }
 
-const int kList[] = {0, 1, 2};
-
 TEST(OptimizeFaults, Optimizers) {
   expect_all_or_nothing(
       {{"dual", KLVdualopt},
@@ -67,6 +67,31 @@ TEST(OptimizeFaults, Optimizers) {
         }},
        {"dual form", KLVdualopt, with(KLV_PARAM_PREDUAL, 1, with(KLV_PARAM_ADVIND, 0, nothing))},
        {"a start through presolve", KLVlpopt, with(KLV_PARAM_ADVIND, 2, KLVdualopt)}});
+}
+
+/// The same with whole x and y, and x, y, z in a set of type 2; the same optimal value.
+int fill_mixed_integer(KLVenv env, KLVprob lp) {
+  const int begin = 0;
+  const double weights[] = {1, 2, 3};
+  int status = fill(env, lp);
+  if (status == 0) status = KLVcopyctype(env, lp, "IIS");
+  if (status == 0) {
+    status = KLVaddsos(env, lp, 1, 3, "2", &begin, kList, weights, nullptr);
+  }
+  return status;
+}
+
+TEST(OptimizeFaults, MixedIntegerOptimizer) {
+  kelvo::test::expect_all_or_nothing(fill_mixed_integer,
+                                     {{"search", KLVmipopt}, {"again", KLVmipopt, KLVmipopt}},
+                                     {.may_survive = true, .may_keep_room = true},
+                                     [](const kelvo::test::OwnedProblem& p, const Call& call) {
+                                       EXPECT_EQ(call(p.env, p.lp), 0) << "with memory again";
+                                       EXPECT_EQ(KLVgetstat(p.env, p.lp), KLV_STATUS_MIP_OPTIMAL);
+                                       double objective = 0;
+                                       EXPECT_EQ(KLVgetobjval(p.env, p.lp, &objective), 0);
+                                       EXPECT_NEAR(objective, 10.0, 1e-9);
+                                     });
 }
 
 TEST(OptimizeFaults, FactorAndSensitivity) {

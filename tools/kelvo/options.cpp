@@ -94,6 +94,13 @@ void add_solve_options(CLI::App& app, Options& options) {
   app.add_option("--threads", options.threads)
       ->group("")  // no optimizer of this version works with several threads
       ->check(is_thread_count);
+  app.add_option("--gap", options.gap, "stop an integer search at this relative gap")
+      ->option_text("G")
+      ->check(not_negative);
+  app.add_option("--node-limit", options.node_limit, "stop an integer search after so many nodes")
+      ->option_text("N")
+      ->check(CLI::NonNegativeNumber);
+  app.add_flag("--first", options.first, "stop an integer search at its first solution");
   app.add_flag("--relax", options.relax, "drop integrality and the other discrete parts");
   app.add_flag("--quiet", options.quiet, "no log, the summary alone");
   app.add_option("--log", options.log_file, "write the log to a file too")->option_text("FILE");

@@ -21,6 +21,9 @@ struct Options {
   std::vector<std::string> settings;  // NAME=VALUE
   std::optional<double> time_limit;   // seconds from the start of the program
   std::optional<int> threads;
+  std::optional<double> gap;      // relative, at which a mixed-integer search stops
+  std::optional<int> node_limit;  // of a mixed-integer search
+  bool first = false;             // stop at the first integer solution
   bool relax = false;
   bool quiet = false;
   std::string log_file;

@@ -30,6 +30,19 @@ bool has_feasible_point(Session& session) {
   return feasible != 0;
 }
 
+void note_search(Session& session, Outcome& outcome) {
+  constexpr double kNone = 1e75;
+  KLVenv env = session.env();
+  KLVprob problem = session.problem();
+  outcome.nodes = KLVgetnodecnt(env, problem);
+  outcome.nodes_left = KLVgetnodeleftcnt(env, problem);
+  double value = 0.0;
+  if (KLVgetbestobjval(env, problem, &value) == 0 && value > -kNone && value < kNone) {
+    outcome.best_bound = value;
+    if (outcome.objective && KLVgetmiprelgap(env, problem, &value) == 0) outcome.gap = value;
+  }
+}
+
 }  // namespace
 
 void note_sizes(const Session& session, Outcome& outcome) {
@@ -52,6 +65,7 @@ void note_solution(Session& session, Outcome& outcome) {
     session.check(KLVgetobjval(env, problem, &objective), "cannot read the objective");
     outcome.objective = objective;
   }
+  if (KLVgetprobtype(env, problem) == KLV_PROBTYPE_MILP) note_search(session, outcome);
 }
 
 std::string summary(const Outcome& outcome) {
@@ -61,7 +75,11 @@ std::string summary(const Outcome& outcome) {
                             : std::string("Objective:   none (no feasible point)\n");
   if (outcome.best_bound) text += format("Best bound:  %.10g\n", *outcome.best_bound);
   if (outcome.gap) text += format("Gap:         %.4g %%\n", 100.0 * *outcome.gap);
-  if (outcome.nodes) text += format("Nodes:       %d\n", *outcome.nodes);
+  if (outcome.nodes) {
+    text += format("Nodes:       %d", *outcome.nodes);
+    if (*outcome.nodes_left > 0) text += format(" (%d open)", *outcome.nodes_left);
+    text += "\n";
+  }
   if (outcome.iterations) text += format("Iterations:  %d\n", *outcome.iterations);
   if (outcome.barrier_iterations)
     text += format("Barrier:     %d iterations\n", *outcome.barrier_iterations);
@@ -82,6 +100,7 @@ std::string json(const Outcome& outcome) {
   object.add_real("best_bound", outcome.best_bound);
   object.add_real("gap", outcome.gap);
   object.add_integer("nodes", outcome.nodes);
+  object.add_integer("nodes_left", outcome.nodes_left);
   object.add_integer("iterations", outcome.iterations);
   object.add_real("time", outcome.time);
   object.add_integer("rows", outcome.rows);

@@ -16,6 +16,7 @@ struct Outcome {
   std::optional<double> best_bound;  // of a mixed-integer search
   std::optional<double> gap;         // relative
   std::optional<int> nodes;
+  std::optional<int> nodes_left;
   std::optional<int> iterations;
   std::optional<int> barrier_iterations;
   std::string start;  // what became of a start file; empty without one

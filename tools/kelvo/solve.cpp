@@ -21,6 +21,9 @@ namespace {
 void apply_options(Session& session, const Options& options) {
   read_parameters(session, options.parameter_file, options.settings);
   if (!options.method.empty()) set_integer(session, "LPMETHOD", method_code(options.method));
+  if (options.gap) set_real(session, "EPGAP", *options.gap);
+  if (options.node_limit) set_integer(session, "NODELIM", *options.node_limit);
+  if (options.first) set_integer(session, "INTSOLLIM", 1);
   if (options.threads) set_at_most(session, "THREADS", *options.threads);
   if (!options.write_parameter_file.empty()) {
     session.check(KLVwriteparam(session.env(), options.write_parameter_file.c_str()),
@@ -70,15 +73,13 @@ void read_start(Session& session, const std::string& path, Outcome& outcome) {
 }
 
 void optimize(Session& session, const Options& options) {
-  if (is_mixed_integer(session)) {
-    throw Failure(options.model +
-                  " has integer columns or other discrete parts, which this version does not "
-                  "solve yet; --relax solves it without them");
-  }
   if (options.time_limit) {
     set_real(session, "TILIM", std::max(0.0, *options.time_limit - seconds_since_start()));
   }
-  session.check(KLVlpopt(session.env(), session.problem()), "cannot solve " + options.model);
+  const bool mixed_integer = is_mixed_integer(session);
+  session.check(mixed_integer ? KLVmipopt(session.env(), session.problem())
+                              : KLVlpopt(session.env(), session.problem()),
+                "cannot solve " + options.model);
 }
 
 /// Solves a linear problem; returns the lines of the values file.
