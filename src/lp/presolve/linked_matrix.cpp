@@ -82,4 +82,10 @@ void LinkedMatrix::erase(int e) {
   free_ = e;
 }
 
+int LinkedMatrix::add_row() {
+  row_first_.push_back(-1);
+  row_count_.push_back(0);
+  return static_cast<int>(row_first_.size()) - 1;
+}
+
 }  // namespace kelvo

@@ -35,6 +35,8 @@ class LinkedMatrix {
   /// Adds an entry where there is none.
   int insert(int i, int j, double value);
   void erase(int e);
+  /// Adds a row without entries.
+  int add_row();
 
  private:
   Vector<MatrixEntry> entries_;

@@ -19,6 +19,14 @@ constexpr std::int64_t kLeastWork = 1000000;
 
 }  // namespace
 
+KeptLines::KeptLines(const Vector<char>& alive) : place(alive.size(), -1) {
+  for (std::size_t line = 0; line < alive.size(); ++line) {
+    if (!alive[line]) continue;
+    place[line] = static_cast<int>(lines.size());
+    lines.push_back(static_cast<int>(line));
+  }
+}
+
 PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_settings,
                        const ColumnMarks& marks, StopCheck& stop, PresolveProgress* progress)
     : settings(presolve_settings),
@@ -49,6 +57,36 @@ PresolveLp::PresolveLp(const LpProblem& lp, const PresolveSettings& presolve_set
   for (int j = 0; j < lp.num_cols; ++j) col_list.add(j);
   tidy_bounds();
   sum_all_rows();
+}
+
+PresolveOutcome PresolveLp::outcome() const {
+  switch (finding.kind) {
+    case FindingKind::none:
+      break;
+    case FindingKind::empty_column:
+    case FindingKind::dual_bounds_column:
+    case FindingKind::dual_bounds_row:
+      return PresolveOutcome::dual_infeasible;
+    case FindingKind::empty_row:
+    case FindingKind::column_bounds:
+    case FindingKind::integer_column:
+    case FindingKind::forced_row:
+    case FindingKind::implied_bounds:
+    case FindingKind::duplicate_rows:
+    case FindingKind::dependent_row:
+    case FindingKind::integer_equation:
+    case FindingKind::binary_negative:
+    case FindingKind::binary_above_one:
+    case FindingKind::inconsistent_sets:
+    case FindingKind::infeasible_indicator:
+    case FindingKind::probing:
+      return PresolveOutcome::infeasible;
+  }
+  if (stopped_ != StopReason::none) {
+    return stopped_ == StopReason::user_abort ? PresolveOutcome::aborted
+                                              : PresolveOutcome::time_limit;
+  }
+  return stack.size() > 0 ? PresolveOutcome::reduced : PresolveOutcome::unchanged;
 }
 
 void PresolveLp::tidy_bounds() {
@@ -294,6 +332,67 @@ void PresolveLp::fail(FindingKind kind, int line, int other) {
   finding.kind = kind;
   finding.line = line;
   finding.other = other;
+}
+
+int PresolveLp::add_row(double low, double high) {
+  const int i = matrix.add_row();
+  row_lower.push_back(low);
+  row_upper.push_back(high);
+  row_alive.push_back(1);
+  row_list.grow();
+  row_list.add(i);
+  activity_.emplace_back();
+  fresh_error_.emplace_back();
+  row_size_.push_back(0.0);
+  row_copy_.emplace_back();
+  --stats.rows_removed;
+  return i;
+}
+
+void PresolveLp::mark_integer(int j) {
+  if (marks_.is_integer.empty()) marks_.is_integer.assign(num_cols(), 0);
+  marks_.is_integer[j] = 1;
+  intersect_bounds(j, -kInf, kInf);
+}
+
+void PresolveLp::protect(int j, bool stays) {
+  if (marks_.is_protected.empty()) marks_.is_protected.assign(num_cols(), 0);
+  marks_.is_protected[j] = stays;
+  col_list.add(j);
+}
+
+LpProblem PresolveLp::reduced_form(const KeptLines& rows, const KeptLines& cols) const {
+  LpProblem reduced;
+  reduced.num_rows = static_cast<int>(rows.lines.size());
+  reduced.num_cols = static_cast<int>(cols.lines.size());
+  reduced.offset = offset;
+  SparseMatrix columns;
+  columns.num_major = reduced.num_cols;
+  columns.num_minor = reduced.num_rows;
+  columns.start.reserve(reduced.num_cols + 1);
+  columns.index.reserve(matrix.num_nonzeros());
+  columns.value.reserve(matrix.num_nonzeros());
+  for (const int j : cols.lines) {
+    for (int e = matrix.col_first(j); e >= 0; e = matrix[e].col_next) {
+      columns.index.push_back(rows.place[matrix[e].row]);
+      columns.value.push_back(matrix[e].value);
+    }
+    columns.start.push_back(static_cast<int>(columns.index.size()));
+  }
+  reduced.rows = transpose(columns);
+  columns = SparseMatrix();                   // large
+  reduced.columns = transpose(reduced.rows);  // with ascending indices
+  for (const int j : cols.lines) {
+    reduced.cost.push_back(cost[j]);
+    reduced.lower.push_back(lower[j]);
+    reduced.upper.push_back(upper[j]);
+  }
+  for (const int i : rows.lines) {
+    reduced.cost.push_back(0.0);
+    reduced.lower.push_back(-row_upper[i]);
+    reduced.upper.push_back(-row_lower[i]);
+  }
+  return reduced;
 }
 
 }  // namespace kelvo

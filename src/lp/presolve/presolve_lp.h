@@ -26,6 +26,11 @@ namespace kelvo {
 class WorkList {
  public:
   explicit WorkList(int size) : listed_(size, 0), changed_(size, 0) {}
+  /// Room for one more line.
+  void grow() {
+    listed_.push_back(0);
+    changed_.push_back(0);
+  }
   void add(int line) {
     changed_[line] = now_;
     if (listed_[line]) return;
@@ -52,6 +57,13 @@ class WorkList {
   int now_ = 0;
   Vector<int> lines_;
   std::size_t next_ = 0;
+};
+
+/// The lines alive, in their order, and their places.
+struct KeptLines {
+  explicit KeptLines(const Vector<char>& alive);
+  Vector<int> lines;
+  Vector<int> place;  // [lines before] or -1
 };
 
 class PresolveLp {
@@ -93,12 +105,19 @@ class PresolveLp {
   /// True also when the work is done that presolve may do.
   bool tired() const { return ended() || work > work_limit; }
   StopReason stopped() const { return stopped_; }
+  PresolveOutcome outcome() const;
   /// Calls the stop check once in a while.
   void poll() {
     if (work < next_poll_) return;
     next_poll_ = work + kPollInterval;
     if (stopped_ == StopReason::none) stopped_ = stop_.check();
     if (progress_ != nullptr) progress_->report(stats);
+  }
+
+  /// Calls the stop check now.
+  StopReason poll_now() {
+    if (stopped_ == StopReason::none) stopped_ = stop_.check();
+    return stopped_;
   }
 
   const Activity& activity(int i);
@@ -142,6 +161,16 @@ class PresolveLp {
   Stretch record_row_once(int i);
   void fail(FindingKind kind, int line, int other = -1);
 
+  /// Adds a row without entries.
+  int add_row(double low, double high);
+  /// Declares that a column takes whole values only: every solution that counts has them.
+  void mark_integer(int j);
+  /// Whether the column has to stay (see ColumnMarks).
+  void protect(int j, bool stays);
+
+  /// What is alive as a program of its own; of the rows and columns alive.
+  LpProblem reduced_form(const KeptLines& rows, const KeptLines& cols) const;
+
  private:
   static constexpr std::int64_t kPollInterval = 20000;
 
@@ -155,7 +184,7 @@ class PresolveLp {
 
   StopCheck& stop_;
   PresolveProgress* const progress_;  // may be null
-  const ColumnMarks marks_;
+  ColumnMarks marks_;
   Vector<Activity> activity_;  // [rows]
   struct Errors {
     double min = 0.0, max = 0.0;

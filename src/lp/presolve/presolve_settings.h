@@ -44,8 +44,9 @@ struct PresolveSettings {
 /// What is known of the columns beside their numbers; each mark is for every column, or none at
 /// all.
 struct ColumnMarks {
-  Vector<char> is_protected;  // [num_cols] or empty. 1: the column must stay
-  Vector<char> is_integer;    // [num_cols] or empty. 1: the column takes whole values only
+  // [num_cols] or empty. 1: the column must stay, and more than rows and bounds may hold it back
+  Vector<char> is_protected;
+  Vector<char> is_integer;  // [num_cols] or empty. 1: the column takes whole values only
 };
 
 struct PresolveStats {
@@ -85,13 +86,19 @@ enum class FindingKind {
   duplicate_rows,
   dual_bounds_column,
   dual_bounds_row,
-  dependent_row
+  dependent_row,
+  integer_equation,  // over integer columns, with no whole point
+  binary_negative,   // row `line` and binary column `other`
+  binary_above_one,
+  inconsistent_sets,     // a special ordered set and bounds
+  infeasible_indicator,  // whose binary column is fixed
+  probing                // both values of a binary column, or propagation alone
 };
 
 struct Finding {
   FindingKind kind = FindingKind::none;
   int line = -1;     // row or column
-  int other = -1;    // a second row
+  int other = -1;    // a second row; of column bounds, the row that moved them, if one did
   char sense = ' ';  // of an empty row, with the right-hand side
   double rhs = 0.0;
 };

@@ -41,6 +41,12 @@ constexpr FindingText kTexts[] = {
     {false, "Primal unbounded due to dual bounds, variable '%.255s'.\n"},
     {true, "Dual infeasible due to dual bounds, row '%.255s'.\n"},
     {true, "Row '%.255s' is dependent and infeasible.\n"},
+    {true, "Integer infeasible equality row '%.255s'.\n"},
+    {true, "Row '%.255s' implies binary variable '%.255s' is negative.\n"},
+    {true, "Row '%.255s' implies binary variable '%.255s' is greater than 1.\n"},
+    {true, "Inconsistency between regular and SOS constraints.\n"},
+    {true, "Infeasible indicator constraint\n"},
+    {true, ""},
 };
 
 }  // namespace
@@ -49,12 +55,15 @@ void PresolveLog::finding(const Finding& finding, const LpProblem& lp) {
   if (!settings_.progress || finding.kind == FindingKind::none) return;
   const FindingText& text = kTexts[static_cast<int>(finding.kind)];
   const LineName line(lp, text.of_row, finding.line);
-  const LineName other(lp, text.of_row, finding.other);
+  const bool of_two_rows = finding.kind == FindingKind::duplicate_rows;
+  const LineName other(lp, of_two_rows, finding.other);
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
+  const bool of_binary =
+      finding.kind == FindingKind::binary_negative || finding.kind == FindingKind::binary_above_one;
   if (finding.kind == FindingKind::empty_row) {
     sink_.print(Channel::results, text.format, line.text(), finding.sense, finding.rhs);
-  } else if (finding.kind == FindingKind::duplicate_rows) {
+  } else if (of_two_rows || of_binary) {
     sink_.print(Channel::results, text.format, line.text(), other.text());
   } else {
     sink_.print(Channel::results, text.format, line.text());
@@ -84,9 +93,9 @@ void PresolveLog::report(const PresolveStats& stats) {
               stats.bounds_improved);
 }
 
-void PresolveLog::summary(const Presolve& presolve, const LpProblem& reduced) {
+void PresolveLog::summary(const PresolveSummary& summary) {
   if (!settings_.progress) return;
-  const PresolveStats& stats = presolve.stats();
+  const PresolveStats& stats = summary.stats;
   if (settings_.aggregator != 0 && settings_.display > 0) {
     if (stats.aggregator_rounds == 1) {
       sink_.send(Channel::results, "Tried aggregator 1 time.\n");
@@ -94,21 +103,27 @@ void PresolveLog::summary(const Presolve& presolve, const LpProblem& reduced) {
       sink_.print(Channel::results, "Tried aggregator %d times.\n", stats.aggregator_rounds);
     }
   }
-  if (presolve.outcome() == PresolveOutcome::unchanged) {
-    sink_.send(Channel::results, "No LP presolve or aggregator reductions.\n");
+  const char* const word = summary.word;
+  if (summary.unchanged) {
+    sink_.print(Channel::results, "No %s presolve or aggregator reductions.\n", word);
     return;
   }
   if (stats.rows_removed > 0 || stats.cols_removed > 0) {
-    sink_.print(Channel::results, "LP Presolve eliminated %d rows and %d columns.\n",
+    sink_.print(Channel::results, "%s Presolve eliminated %d rows and %d columns.\n", word,
                 stats.rows_removed, stats.cols_removed);
+  }
+  if (summary.tells_coefficients && stats.coefficients_changed > 0) {
+    sink_.print(Channel::results, "%s Presolve modified %d coefficients.\n", word,
+                stats.coefficients_changed);
   }
   if (stats.substitutions > 0) {
     sink_.print(Channel::results, "Aggregator did %d substitutions.\n", stats.substitutions);
   }
+  const LpProblem& reduced = summary.reduced;
   if (reduced.num_rows == 0 && reduced.num_cols == 0) {
     sink_.send(Channel::results, "All rows and columns eliminated.\n");
   } else {
-    sink_.print(Channel::results, "Reduced LP has %d rows, %d columns, and %d nonzeros.\n",
+    sink_.print(Channel::results, "Reduced %s has %d rows, %d columns, and %d nonzeros.\n", word,
                 reduced.num_rows, reduced.num_cols, reduced.columns.num_nonzeros());
   }
 }

@@ -7,6 +7,15 @@
 
 namespace kelvo {
 
+/// What presolve made of a program.
+struct PresolveSummary {
+  const char* word;  // for the kind of the program: "LP", "MIP" and so on
+  bool unchanged;
+  bool tells_coefficients;  // those of a mixed-integer program
+  const PresolveStats& stats;
+  const LpProblem& reduced;
+};
+
 class PresolveLog final : public PresolveProgress {
  public:
   PresolveLog(MessageSink& sink, const PresolveSettings& settings)
@@ -20,7 +29,7 @@ class PresolveLog final : public PresolveProgress {
   /// The same for a variable whose bounds cross by more than the tolerance, if there is one.
   void empty_interval(const LpProblem& lp, double tolerance);
   /// What was eliminated and what is left.
-  void summary(const Presolve& presolve, const LpProblem& reduced);
+  void summary(const PresolveSummary& summary);
   void time();
 
  private:

@@ -84,7 +84,8 @@ PresolvedLp::PresolvedLp(const LpProblem& original, const PresolveSettings& sett
     case PresolveOutcome::reduced:
     case PresolveOutcome::unchanged: {
       reduced_ = presolve_.take_reduced();
-      log.summary(presolve_, reduced_);
+      log.summary({"LP", presolve_.outcome() == PresolveOutcome::unchanged, false,
+                   presolve_.stats(), reduced_});
       has_reduced_ = outcome() == PresolveOutcome::reduced;
       break;
     }

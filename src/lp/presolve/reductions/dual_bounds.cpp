@@ -153,7 +153,7 @@ void DualBounds::run() {
     for (int j = 0; j < lp_.num_cols() && !lp_.ended(); ++j) {
       if (!lp_.col_alive[j]) continue;
       if (lp_.upper[j] < kInf && lp_.lower[j] > -kInf) continue;
-      if (lp_.is_integer(j)) continue;
+      if (lp_.is_integer(j) || !lp_.may_remove(j)) continue;
       changed |= tighten_by(j);
       lp_.poll();
     }

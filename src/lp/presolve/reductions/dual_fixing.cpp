@@ -37,8 +37,9 @@ void remove_with_rows(PresolveLp& lp, int j, bool up) {
 }  // namespace
 
 bool make_room(PresolveLp& lp, int j, bool above) {
+  if (!lp.may_remove(j)) return false;
   if (above ? lp.upper[j] == kInf : lp.lower[j] == -kInf) return true;
-  if (!lp.may_remove(j) || !lp.is_implied(j, above)) return false;
+  if (!lp.is_implied(j, above)) return false;
   lp.change_bounds(j, above ? lp.lower[j] : -kInf, above ? kInf : lp.upper[j]);
   return true;
 }

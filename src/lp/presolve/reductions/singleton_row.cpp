@@ -14,7 +14,10 @@ bool remove_singleton_row(PresolveLp& lp, int i) {
   if (std::fabs(a) < tol::kSame) return false;
   const double at_low = lp.row_lower[i] / a, at_high = lp.row_upper[i] / a;
   const double old_lower = lp.lower[j], old_upper = lp.upper[j];
-  if (!lp.intersect_bounds(j, std::min(at_low, at_high), std::max(at_low, at_high))) return false;
+  if (!lp.intersect_bounds(j, std::min(at_low, at_high), std::max(at_low, at_high))) {
+    lp.finding.other = i;
+    return false;
+  }
   const TransferredEnds ends{lp.lower[j] != old_lower, lp.upper[j] != old_upper, lp.is_fixed(j)};
   lp.stack.push(SingletonRow(i, j, a, ends));
   lp.erase_row(i);
