@@ -1,12 +1,19 @@
 #include "env/message_channel.h"
 
+#include <algorithm>
+
 namespace kelvo {
 
 void MessageChannel::send(const char* text) {
-  for (std::size_t i = destinations_.size(); i-- > 0;) {
-    // A function called earlier may have detached destinations.
-    if (i >= destinations_.size()) continue;
-    const Destination destination = destinations_[i];
+  // A function that is called may detach destinations and attach others, which are too late for
+  // this text: numbers, unlike places, say who has heard it.
+  std::int64_t last = next_number_;
+  for (std::size_t i = destinations_.size();;) {
+    i = std::min(i, destinations_.size());
+    while (i > 0 && destinations_[i - 1].number >= last) --i;
+    if (i == 0) return;
+    const Destination destination = destinations_[i - 1];
+    last = destination.number;
     switch (destination.kind) {
       case Kind::file:
         std::fputs(text, destination.file);
@@ -37,15 +44,15 @@ void MessageChannel::disconnect() {
 }
 
 void MessageChannel::attach(std::FILE* file) {
-  destinations_.push_back({Kind::file, file, nullptr, nullptr, nullptr});
+  destinations_.push_back({next_number_++, Kind::file, file, nullptr, nullptr, nullptr});
 }
 
 void MessageChannel::attach_pointer(std::FILE** file) {
-  destinations_.push_back({Kind::file_pointer, nullptr, file, nullptr, nullptr});
+  destinations_.push_back({next_number_++, Kind::file_pointer, nullptr, file, nullptr, nullptr});
 }
 
 void MessageChannel::attach(void* handle, MessageFunction function) {
-  destinations_.push_back({Kind::function, nullptr, nullptr, handle, function});
+  destinations_.push_back({next_number_++, Kind::function, nullptr, nullptr, handle, function});
 }
 
 template <class Matches>

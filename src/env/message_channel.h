@@ -6,6 +6,7 @@
 // a channel neither opens nor closes them, and flushes them only when told to.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 
 #include "base/containers.h"
@@ -19,7 +20,8 @@ using MessageFunction = void (*)(void* handle, const char* text);
 
 class MessageChannel {
  public:
-  /// Sends a text to every destination. A function may attach and detach destinations meanwhile.
+  /// Sends a text once to every destination. A function may attach and detach destinations
+  /// meanwhile; new ones do not receive it.
   void send(const char* text);
   /// Flushes every file.
   void flush();
@@ -44,6 +46,7 @@ class MessageChannel {
  private:
   enum class Kind { file = 1, file_pointer = 2, function = 3 };
   struct Destination {
+    std::int64_t number;  // grows with every attachment
     Kind kind;
     std::FILE* file;           // kind file
     std::FILE** pointer;       // kind file_pointer
@@ -55,6 +58,7 @@ class MessageChannel {
   bool detach_last(Matches matches);
 
   Vector<Destination> destinations_;  // in the order of attachment
+  std::int64_t next_number_ = 0;
 };
 
 }  // namespace kelvo

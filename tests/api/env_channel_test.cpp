@@ -106,6 +106,31 @@ TEST_F(Channels, AListenerMayDetachItselfAndOthersWhileItIsCalled) {
   }
 }
 
+TEST_F(Channels, AMessageIsHeardOnceWhoeverIsDetachedMeanwhile) {
+  struct Remover {
+    KLVenv env;
+    KLVchannel channel;
+    std::string first = {}, late = {};
+    int calls = 0;
+    static void hear(void* handle, const char*) {
+      auto* const self = static_cast<Remover*>(handle);
+      ++self->calls;
+      KLVdelfuncdest(self->env, self->channel, &self->first, append);
+      KLVaddfuncdest(self->env, self->channel, &self->late, append);
+    }
+  };
+  KLVchannel channel = KLVaddchannel(env);
+  Remover remover{env, channel};
+  std::string second;
+  collect(channel, remover.first);
+  collect(channel, second);
+  EXPECT_EQ(KLVaddfuncdest(env, channel, &remover, Remover::hear), 0);
+  KLVmsgstr(channel, "text;");
+  EXPECT_EQ(remover.calls, 1);
+  EXPECT_EQ(second, "text;");
+  EXPECT_EQ(remover.first + remover.late, "");
+}
+
 TEST_F(Channels, LongMessagesAreCut) {
   const std::string line(5000, 'y');
   EXPECT_EQ(KLVmsg(log_channel, "%s", line.c_str()), 1023);

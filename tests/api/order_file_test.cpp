@@ -105,6 +105,11 @@ TEST_F(OrderFiles, WritingNeedsAnOrder) {
             "ENDATA\n");
   ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_MIPORDTYPE, 1), 0);
   EXPECT_NE(stored().find("    c                             2\n"), std::string::npos);
+  change_cost(0, -3);
+  EXPECT_NE(
+      stored().find(" a                             1\n    c                             1\n"),
+      std::string::npos)
+      << "equal costs";
   ASSERT_EQ(KLVsetintparam(env, KLV_PARAM_MIPORDTYPE, 0), 0);
   EXPECT_EQ(stored(), "none") << "a generated order is not kept";
 

@@ -48,6 +48,21 @@ TEST_F(ProblemChange, CoefficientListsLetTheLastOneWin) {
   EXPECT_EQ(KLVgetnumnz(env, lp), 7);
 }
 
+/// Coefficients wait for the next query: many rows, the same places more than once, in any order.
+TEST_F(ProblemChange, CoefficientsThatWaitForManyRows) {
+  constexpr int kRows = 300;
+  ASSERT_EQ(KLVnewcols(env, lp, 3, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+  ASSERT_EQ(KLVnewrows(env, lp, kRows, nullptr, nullptr, nullptr, nullptr), 0);
+  std::map<std::pair<int, int>, double> expected;
+  for (int k = 0; k < 4 * kRows; ++k) {
+    const int row = k * 7 % kRows, column = k * 5 % 3;
+    EXPECT_EQ(KLVchgcoef(env, lp, row, column, k % 11), 0);
+    expected[{row, column}] = k % 11;
+  }
+  std::erase_if(expected, [](const auto& entry) { return entry.second == 0.0; });
+  EXPECT_EQ(image().entries, expected);
+}
+
 TEST_F(ProblemChange, BoundsFollowTheirThresholds) {
   load_small();
   const auto change = [&](char code, double value) {

@@ -143,15 +143,21 @@ Subject To
  first: alpha + beta <= 4.5
  second: alpha - gamma >= -2
  third: beta + delta <= 3
+ switch: beta = 1 -> alpha <= 2
+Lazy Constraints
+ late: alpha + delta <= 5
+User Cuts
+ cut: alpha + beta <= 4
 Bounds
  2 <= gamma <= 7
  alpha <= 3
+ 1 <= delta <= 9
 General
- alpha
+ alpha delta
 Binary
  beta
 Semi-continuous
- gamma
+ gamma delta
 SOS
  choice: S1:: alpha:1 beta:2
 End
@@ -166,6 +172,7 @@ Bounds
  0 <= gamma <= 7
  alpha <= 3
  beta <= 1
+ delta <= 9
 End
 """)
         for ending in ("lp", "mps"):

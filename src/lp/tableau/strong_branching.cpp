@@ -49,9 +49,8 @@ BranchingStop StrongBranching::run_side(int j, double lower, double upper, doubl
   const double factor = working_.scaling().variable_factor(j, model_.num_cols);
   const ProbeResult result =
       working_.simplex().probe({{j, lower * factor, upper * factor}}, settings_, context_);
-  objective = model_.sense * (result.outcome == SimplexOutcome::infeasible
-                                  ? kWorstObjective
-                                  : result.bound - working_.lp().offset);
+  objective = model_.sense *
+              (result.outcome == SimplexOutcome::infeasible ? kWorstObjective : result.bound);
   return stop_of(result.outcome);
 }
 
