@@ -513,7 +513,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_BRDIR                  2001 /* branch first: -1 down, 0 automatic, 1 up */
 #define KLV_PARAM_BTTOL                  2002 /* share of the gap by which a dive may fall behind before it ends */
 #define KLV_PARAM_CLIQUES                2003 /* * clique cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
-#define KLV_PARAM_COEREDIND              2004 /* * coefficient reduction: 0 off, 1 moderate, 2 more */
+#define KLV_PARAM_COEREDIND              2004 /* coefficient reduction: 0 off, 1 moderate, 2 more */
 #define KLV_PARAM_COVERS                 2005 /* * cover cuts: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
 #define KLV_PARAM_CUTLO                  2006 /* cutoff of a maximization: nodes with a smaller objective are dropped */
 #define KLV_PARAM_CUTUP                  2007 /* cutoff of a minimization: nodes with a larger objective are dropped */
@@ -533,7 +533,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_SUBALG                 2026 /* * method at the nodes, numbered as for LPMETHOD */
 #define KLV_PARAM_TRELIM                 2027 /* megabytes that the tree may take */
 #define KLV_PARAM_VARSEL                 2028 /* branch: -1, 1 least, most infeasible, 0 automatic, 2 pseudocost, 3 strong, 4 */
-#define KLV_PARAM_BNDSTRENIND            2029 /* * bound strengthening of integer models: -1 automatic, 0 off, 1 on */
+#define KLV_PARAM_BNDSTRENIND            2029 /* bound strengthening of integer models: -1 automatic, 0 off, 1 on */
 #define KLV_PARAM_HEURFREQ               2031 /* * nodes between heuristics: -1 never, 0 automatic */
 #define KLV_PARAM_MIPORDTYPE             2032 /* generated order: 0 none, 1 costs, 2 range of bounds, 3 cost by nonzeros */
 #define KLV_PARAM_CUTSFACTOR             2033 /* * limit on rows and cuts, as a multiple of the rows */
@@ -542,7 +542,7 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_BBINTERVAL             2039 /* * nodes between choices of the best bound */
 #define KLV_PARAM_FLOWCOVERS             2040 /* * flow cover cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
 #define KLV_PARAM_IMPLBD                 2041 /* * implied bound cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
-#define KLV_PARAM_PROBE                  2042 /* * probing: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
+#define KLV_PARAM_PROBE                  2042 /* probing: -1 off, 0 automatic, 1 moderate to 3 very aggressive */
 #define KLV_PARAM_GUBCOVERS              2044 /* * GUB cover cuts: -1 off, 0 automatic, 1 moderate, 2 aggressive */
 #define KLV_PARAM_STRONGCANDLIM          2045 /* candidates of strong branching */
 #define KLV_PARAM_STRONGITLIM            2046 /* iterations for each candidate of strong branching: 0 automatic */
@@ -556,13 +556,13 @@ KLV_API void KLVEgeneric_unlock(volatile int* lock);
 #define KLV_PARAM_MIPCBREDLP             2055 /* * what callbacks see: 0 the model, 1 the presolved model */
 #define KLV_PARAM_CUTPASS                2056 /* * passes of cuts at the root: -1 none, 0 automatic */
 #define KLV_PARAM_MIPEMPHASIS            2058 /* search: 0 balance, 1 feasibility, 2 optimality, 3 bound, 4 hidden solutions */
-#define KLV_PARAM_SYMMETRY               2059 /* * symmetry: -1 automatic, 0 off, 1 to 5 more and more */
+#define KLV_PARAM_SYMMETRY               2059 /* symmetry: -1 automatic, 0 off, 1 to 5 more and more */
 #define KLV_PARAM_DIVETYPE               2060 /* dives: 0 automatic, 1 plain, 2 probing, 3 guided */
 #define KLV_PARAM_RINSHEUR               2061 /* * nodes between RINS heuristics: -1 never, 0 automatic */
 #define KLV_PARAM_SUBMIPNODELIM          2062 /* * nodes of searches inside heuristics */
 #define KLV_PARAM_LBHEUR                 2063 /* * local branching after each solution: 0 off, 1 on */
 #define KLV_PARAM_REPEATPRESOLVE         2064 /* * presolve again after the root: -1 automatic, 0 off, 1 to 3 more */
-#define KLV_PARAM_PROBETIME              2065 /* * seconds for probing */
+#define KLV_PARAM_PROBETIME              2065 /* seconds for probing */
 #define KLV_PARAM_POLISHTIME             2066 /* * seconds of polishing integer solutions */
 #define KLV_PARAM_REPAIRTRIES            2067 /* * attempts to repair a start: -1 none, 0 automatic */
 #define KLV_PARAM_EPRELAX                2073 /* * tolerance on the relaxations of FeasOpt */

@@ -61,6 +61,12 @@ MipSolverSettings read_mip_settings(const Settings& settings, int sense) {
   // These are limits on the objective of a continuous problem.
   mip.lp.simplex.objective_lower_limit = -kNoValue;
   mip.lp.simplex.objective_upper_limit = kNoValue;
+  mip.presolve.lp = mip.lp.presolve;
+  mip.presolve.coefficient_reduction = settings.get_int(param::COEREDIND);
+  mip.presolve.bound_strengthening = settings.get_int(param::BNDSTRENIND);
+  mip.presolve.probing = settings.get_int(param::PROBE);
+  mip.presolve.probing_time = settings.get_double(param::PROBETIME);
+  mip.presolve.symmetry = settings.get_int(param::SYMMETRY);
   mip.root_algorithm = settings.get_int(param::STARTALG);
   mip.use_order = settings.get_int(param::MIPORDIND) != 0;
   mip.generated_order = settings.get_int(param::MIPORDTYPE);

@@ -164,7 +164,8 @@ SearchEnd MipSolver::stopped() {
 bool MipSolver::presolve(SearchedProgram& program) {
   if (!settings_.lp.presolve.on) return true;
   const double start = clock_();
-  const PresolveOutcome outcome = program.presolve(settings_.lp.presolve, context_.stop);
+  const PresolveOutcome outcome =
+      program.presolve(settings_.presolve, {context_.sink, context_.stop});
   answer_.presolve_seconds = clock_() - start;
   log_.presolve_time(answer_.presolve_seconds);
   switch (outcome) {

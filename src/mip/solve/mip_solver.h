@@ -4,6 +4,7 @@
 
 #include "lp/solve/lp_solver.h"
 #include "mip/form/mip_settings.h"
+#include "mip/presolve/mip_presolve_settings.h"
 #include "mip/solve/node_log.h"
 #include "prob/model/model.h"
 
@@ -34,7 +35,8 @@ enum MipStatus : int {
 
 struct MipSolverSettings {
   SearchSettings search;
-  DriverSettings lp;  // for the relaxations; presolve's part for the program
+  DriverSettings lp;  // for the relaxations
+  MipPresolveSettings presolve;
   NodeLogSettings log;
   int root_algorithm = 0;  // a method choice of the linear optimizers; 0 automatic
   int threads = 1;

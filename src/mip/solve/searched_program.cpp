@@ -1,6 +1,5 @@
 #include "mip/solve/searched_program.h"
 
-#include "lp/presolve/crush.h"
 #include "prob/model/default_names.h"
 
 namespace kelvo {
@@ -8,35 +7,19 @@ namespace kelvo {
 SearchedProgram::SearchedProgram(MipProblem&& mip, const Model& model)
     : model_(model), mip_(std::move(mip)) {}
 
-PresolveOutcome SearchedProgram::presolve(const PresolveSettings& settings, StopCheck& stop) {
-  // Reductions know rows, bounds and integrality; rows that hold only sometimes, and columns that
-  // have other requirements, they do not know.
-  if (mip_.has_constraint_branches()) return PresolveOutcome::unchanged;
-  ColumnMarks marks;
-  marks.is_integer = mip_.is_integer;
-  auto presolve = make_owned<Presolve>(mip_.lp, settings, marks, stop);
+PresolveOutcome SearchedProgram::presolve(const MipPresolveSettings& settings,
+                                          const MipPresolveContext& context) {
+  auto presolve = make_owned<MipPresolve>(mip_, settings, context);
   const PresolveOutcome outcome = presolve->outcome();
   if (outcome != PresolveOutcome::reduced) return outcome;
-  MipProblem reduced;
-  reduced.lp = with_rows(presolve->take_reduced());
-  for (const int j : presolve->kept_cols()) {
-    reduced.is_integer.push_back(mip_.is_integer[j]);
-    if (mip_.priority.empty()) continue;
-    reduced.priority.push_back(mip_.priority[j]);
-    reduced.direction.push_back(mip_.direction[j]);
-  }
-  mip_ = std::move(reduced);
+  mip_ = presolve->take_reduced();
+  if (!mip_.lp.has_rows()) mip_.lp = with_rows(mip_.lp);
   presolve_ = std::move(presolve);
   return outcome;
 }
 
 void SearchedProgram::to_model(const Vector<double>& searched, Vector<double>& x) const {
-  if (presolve_ == nullptr) {
-    x = searched;
-  } else {
-    x.resize(presolve_->col_map().size());
-    uncrush_x(*presolve_, searched.data(), x.data());
-  }
+  x = presolve_ == nullptr ? searched : presolve_->postsolve(searched);
   x.resize(model_.num_cols);  // columns that the conversion added are at the end
 }
 

@@ -1,7 +1,7 @@
 // The program that is searched: the caller's after presolve, with the way back.
 #pragma once
 
-#include "lp/presolve/presolve.h"
+#include "mip/presolve/mip_presolve.h"
 #include "mip/solve/incumbent.h"
 #include "mip/solve/node_log.h"
 
@@ -13,7 +13,7 @@ class SearchedProgram final : public PointMap, public ColumnNames {
   SearchedProgram(MipProblem&& mip, const Model& model);
 
   /// Presolves; what the outcome proves is said by it.
-  PresolveOutcome presolve(const PresolveSettings& settings, StopCheck& stop);
+  PresolveOutcome presolve(const MipPresolveSettings& settings, const MipPresolveContext& context);
 
   const MipProblem& mip() const { return mip_; }
   void to_model(const Vector<double>& searched, Vector<double>& x) const override;
@@ -22,8 +22,8 @@ class SearchedProgram final : public PointMap, public ColumnNames {
  private:
   const Model& model_;
   MipProblem mip_;
-  Owned<Presolve> presolve_;  // or null
-  mutable String name_;       // of the last call
+  Owned<MipPresolve> presolve_;  // or null
+  mutable String name_;          // of the last call
 };
 
 }  // namespace kelvo
