@@ -57,8 +57,8 @@ void write_files(Session& session, const Options& options, bool solved) {
   }
 }
 
-/// Loads a start. Its values become the basis of a linear problem; MIP starts only wait, since no
-/// optimizer takes them yet.
+/// Loads a start. Its values become the basis of a linear problem; MIP starts only wait, since the
+/// optimizer does not take them yet.
 void read_start(Session& session, const std::string& path, Outcome& outcome) {
   KLVenv env = session.env();
   KLVprob problem = session.problem();
