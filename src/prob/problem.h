@@ -188,7 +188,7 @@ class Problem {
   int solution_status = kNoSolution;
   SolutionRecord solution;
   Incumbent incumbent;
-  SearchRecord search;  // of the last mixed-integer optimization
+  SearchRecord search;             // of the last mixed-integer optimization
   StoredBasis basis;               // kept in step by edits, see change_kind.cpp
   KeptSlot<WorkingLp> working_lp;  // the optimizers' own copy of the model; see revisions()
   KeptSlot<PresolvedProblem> presolve;
