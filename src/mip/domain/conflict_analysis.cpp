@@ -78,7 +78,7 @@ bool ConflictAnalysis::resolve(ConflictCut cut) {
   const LocalBounds& bounds = domain_.bounds();
   while (!heap_.empty()) {
     const int position = pop();
-    const BoundChange& entry = bounds.change(position);
+    const DomainChange& entry = bounds.change(position);
     const BoundLiteral needed{entry.bound, needed_[position]};
     is_queued_[position] = 0;
     if (is_exhausted()) {
@@ -134,7 +134,7 @@ bool ConflictAnalysis::find_cut(ConflictCut cut, LearnedClause& learned) {
 // Whether a kept literal follows from kept ones before it.
 bool ConflictAnalysis::is_implied(const Needed& needed) {
   const LocalBounds& bounds = domain_.bounds();
-  const BoundChange& entry = bounds.change(needed.position);
+  const DomainChange& entry = bounds.change(needed.position);
   explanation_.clear();
   const bool explained =
       explainer_.explain({entry.bound, needed.value}, entry.reason, needed.position, explanation_);

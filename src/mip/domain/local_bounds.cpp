@@ -91,7 +91,7 @@ Tightening LocalBounds::tighten_globally(int bound, double value) {
 }
 
 void LocalBounds::undo_last() {
-  const BoundChange& entry = trail_.back();
+  const DomainChange& entry = trail_.back();
   const int v = variable_of(entry.bound);
   bound_[entry.bound] = entry.old_value;
   latest_[entry.bound] = entry.previous;

@@ -20,7 +20,7 @@
 namespace kelvo {
 
 /// One change of a bound; 32 bytes.
-struct BoundChange {
+struct DomainChange {
   double old_value;
   double new_value;
   int bound;
@@ -91,7 +91,7 @@ class LocalBounds {
   }
 
   int size() const { return static_cast<int>(trail_.size()); }
-  const BoundChange& change(int position) const { return trail_[position]; }
+  const DomainChange& change(int position) const { return trail_[position]; }
   /// Position of the last change of a bound; -1 for none.
   int latest(int bound) const { return latest_[bound]; }
   int level_start(int level) const { return level == 0 ? 0 : level_start_[level - 1]; }
@@ -107,7 +107,7 @@ class LocalBounds {
   template <class Visit>
   void for_each_changed(const DomainMark& mark, Visit visit) const {
     for (int p = mark.position; p < size(); ++p) {
-      const BoundChange& entry = trail_[p];
+      const DomainChange& entry = trail_[p];
       if (entry.previous >= mark.position) continue;
       if (is_upper(entry.bound) && latest_[opposite(entry.bound)] >= mark.position) continue;
       visit(variable_of(entry.bound));
@@ -126,7 +126,7 @@ class LocalBounds {
   Vector<int> latest_;       // [2 num_vars] position of the last change; -1
   Vector<int> steps_;        // [2 num_vars] changes on the trail
   Vector<char> is_integer_;  // [num_vars] logicals: 0
-  Vector<BoundChange> trail_;
+  Vector<DomainChange> trail_;
   Vector<int> level_start_;  // [level] length of the trail where level k+1 began
   Vector<int> changed_;      // variables that take_changed() will report
   Vector<char> is_changed_;  // [num_vars]

@@ -128,11 +128,11 @@ void RowSystem::move(int bound, double from, double to) {
   }
 }
 
-void RowSystem::apply(const BoundChange& change) {
+void RowSystem::apply(const DomainChange& change) {
   move<true>(change.bound, change.old_value, change.new_value);
 }
 
-void RowSystem::undo(const BoundChange& change) {
+void RowSystem::undo(const DomainChange& change) {
   move<false>(change.bound, change.new_value, change.old_value);
 }
 

@@ -64,9 +64,9 @@ class RowSystem {
   const RowState& state(int row) const { return state_[row]; }
 
   /// Moves the activities by a change of the trail, and queues the rows that it may matter for.
-  void apply(const BoundChange& change);
+  void apply(const DomainChange& change);
   /// Moves them back; queues nothing.
-  void undo(const BoundChange& change);
+  void undo(const DomainChange& change);
   /// Sums a row from its entries by the bounds of now, to which all changes have been applied.
   void sum(int row);
 

@@ -279,7 +279,7 @@ class Walk {
     const LocalBounds& local = domain_.bounds();
     Explainer explainer(domain_);
     for (int p = local.level() == 0 ? local.size() : local.level_start(1); p < local.size(); ++p) {
-      const BoundChange& change = local.change(p);
+      const DomainChange& change = local.change(p);
       Vector<BoundLiteral> explanation;
       const BoundLiteral literal{change.bound, change.new_value};
       if (!explainer.explain(literal, change.reason, p, explanation)) continue;
